@@ -1,8 +1,13 @@
 # A library is one or more folders; a file laid into a folder is part of it.
 
 function(penlog_library name)
-  cmake_parse_arguments(ARG "QT" "" "FOLDERS;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "QT" "" "FOLDERS;SOURCES;LINKS" ${ARGN})
   set(sources)
+  foreach(source ${ARG_SOURCES})
+    if(EXISTS ${CMAKE_SOURCE_DIR}/${source})
+      list(APPEND sources ${source})
+    endif()
+  endforeach()
   foreach(folder ${ARG_FOLDERS})
     file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
     list(APPEND sources ${found})

@@ -1,0 +1,31 @@
+// What the console shows: the channels of the strip charts and their ranges.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace penlog {
+
+/// Entries 1 to 4 are the graphs; entry 0 is unused.
+struct DisplayState {
+  std::array<std::int16_t, 5> GraphChannel{};  ///< channel shown, 0 none
+  std::int16_t GraphCount = 0;
+  std::array<float, 5> GraphMin{};
+  std::array<float, 5> GraphMax{};
+  std::array<float, 5> GraphShownMin{};
+  std::array<float, 5> GraphShownMax{};
+  std::array<std::int16_t, 5> GraphAutoScale{};  ///< -1 the axis follows the data
+  std::array<std::int16_t, 5> GraphRedraw{};     ///< -1 clear and redraw
+  std::array<float, 5> GraphStep{};
+  std::array<std::int16_t, 5> GraphDivisions{};
+  std::array<std::int16_t, 5> GraphTicks{};
+  float GraphDepthMin = 0;
+  float GraphDepthMax = 1;
+  float GraphDepthStep = 0;
+  std::int16_t GraphDepthTicks = 0;
+  std::int16_t GraphDepthDivisions = 0;
+};
+
+inline DisplayState display;
+
+}  // namespace penlog

@@ -1,0 +1,97 @@
+#include "forms/control.h"
+
+#include "forms/form.h"
+#include "platform/runtime_fault.h"
+
+namespace penlog {
+
+Control::Control(Form& form, std::string name, ControlKind kind)
+    : form_(form), name_(std::move(name)), kind_(kind) {
+  form.Add(this);
+}
+
+bool Control::IsShown() const {
+  if (!Visible || !form_.Visible) return false;
+  return Container == nullptr || Container->IsShown();
+}
+
+bool Control::IsUsable() const {
+  if (!Enabled || !form_.Enabled) return false;
+  return Container == nullptr || Container->IsUsable();
+}
+
+Label::Label(Form& form, std::string name, std::string caption)
+    : Control(form, std::move(name), ControlKind::Label) {
+  Caption = std::move(caption);
+}
+
+Button::Button(Form& form, std::string name, std::string caption)
+    : Control(form, std::move(name), ControlKind::Button) {
+  Caption = std::move(caption);
+}
+
+TextBox::TextBox(Form& form, std::string name, std::string text)
+    : Control(form, std::move(name), ControlKind::TextBox) {
+  Text = std::move(text);
+  BackColor = kWhite;
+}
+
+CheckBox::CheckBox(Form& form, std::string name, std::string caption)
+    : Control(form, std::move(name), ControlKind::CheckBox) {
+  Caption = std::move(caption);
+}
+
+OptionButton::OptionButton(Form& form, std::string name, std::string caption)
+    : Control(form, std::move(name), ControlKind::OptionButton) {
+  Caption = std::move(caption);
+}
+
+ComboBox::ComboBox(Form& form, std::string name)
+    : Control(form, std::move(name), ControlKind::ComboBox) {
+  BackColor = kWhite;
+}
+
+ListBox::ListBox(Form& form, std::string name)
+    : Control(form, std::move(name), ControlKind::ListBox) {
+  BackColor = kWhite;
+}
+
+Shape::Shape(Form& form, std::string name) : Control(form, std::move(name), ControlKind::Shape) {}
+
+Frame::Frame(Form& form, std::string name, std::string caption)
+    : Control(form, std::move(name), ControlKind::Frame) {
+  Caption = std::move(caption);
+}
+
+MenuEntry::MenuEntry(Form& form, std::string name, std::string caption)
+    : Control(form, std::move(name), ControlKind::Menu) {
+  Caption = std::move(caption);
+}
+
+Picture::Picture(Form& form, std::string name)
+    : Control(form, std::move(name), ControlKind::Picture) {}
+
+void Picture::Cls() {
+  steps.clear();
+  ++clearings;
+}
+
+void SubscriptFault(int subscript) {
+  throw RuntimeFault("Subscript out of range: " + std::to_string(subscript));
+}
+
+void SetText(Control& box, const std::string& text) {
+  if (box.Text == text) return;
+  box.Text = text;
+  const auto change = box.Change;
+  if (change) change();
+}
+
+void SetChecked(Control& box, bool checked) {
+  if (box.Checked == checked) return;
+  box.Checked = checked;
+  const auto click = box.Click;
+  if (click) click();
+}
+
+}  // namespace penlog

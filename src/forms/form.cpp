@@ -1,0 +1,116 @@
+#include "forms/form.h"
+
+#include <algorithm>
+
+#include "platform/yield.h"
+
+namespace penlog {
+
+namespace {
+
+std::vector<Form*>& Forms() {
+  static std::vector<Form*>& forms = *new std::vector<Form*>;
+  return forms;
+}
+
+std::vector<Form*>& Shown() {
+  static std::vector<Form*>& forms = *new std::vector<Form*>;
+  return forms;
+}
+
+}  // namespace
+
+Form::Form(std::string name, std::string caption)
+    : Caption(caption), name_(std::move(name)), first_caption_(std::move(caption)) {
+  Forms().push_back(this);
+}
+
+Form::~Form() {
+  std::erase(Forms(), this);
+  std::erase(Shown(), this);
+}
+
+Control* Form::Find(const std::string& name) const {
+  const auto found = std::find_if(controls_.begin(), controls_.end(),
+                                  [&](const Control* control) { return control->Name() == name; });
+  return found == controls_.end() ? nullptr : *found;
+}
+
+void Form::KeepFirstValues() {
+  first_caption_ = Caption;
+  first_back_color_ = BackColor;
+  for (Control* control : controls_) {
+    control->first_values_ = *control;
+    control->first_visible_ = control->Visible;
+    control->first_enabled_ = control->Enabled;
+    control->first_always_usable_ = control->AlwaysUsable;
+  }
+}
+
+void Form::BackToFirstValues() {
+  Caption = first_caption_;
+  BackColor = first_back_color_;
+  Enabled = true;
+  for (Control* control : controls_) {
+    static_cast<ControlValues&>(*control) = control->first_values_;
+    control->Visible = control->first_visible_;
+    control->Enabled = control->first_enabled_;
+    control->AlwaysUsable = control->first_always_usable_;
+    if (auto* picture = dynamic_cast<Picture*>(control)) picture->Cls();
+  }
+}
+
+void Form::Hold(Frame& frame, const std::vector<Control*>& controls) {
+  for (Control* control : controls) control->Container = &frame;
+}
+
+void LoadForm(Form& form) {
+  if (form.Loaded) return;
+  form.Loaded = true;
+  const auto load = form.Load;
+  if (load) load();
+}
+
+void Show(Form& form) {
+  LoadForm(form);
+  form.Visible = true;
+  std::erase(Shown(), &form);
+  Shown().push_back(&form);
+}
+
+void ShowModal(Form& form) {
+  form.Modal = true;
+  Show(form);
+  while (form.Visible) WaitYield("the end of a modal screen");
+  form.Modal = false;
+}
+
+void Hide(Form& form) {
+  form.Visible = false;
+  form.Modal = false;
+  std::erase(Shown(), &form);
+}
+
+void Unload(Form& form) {
+  Hide(form);
+  form.Loaded = false;
+  ++form.generation_;
+  form.BackToFirstValues();
+}
+
+const std::vector<Form*>& AllForms() { return Forms(); }
+
+const std::vector<Form*>& ShownForms() { return Shown(); }
+
+Form* FindForm(const std::string& name) {
+  for (Form* form : Forms()) {
+    if (form->Name() == name) return form;
+  }
+  return nullptr;
+}
+
+void ResetForms() {
+  for (Form* form : Forms()) Unload(*form);
+}
+
+}  // namespace penlog

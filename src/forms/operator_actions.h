@@ -1,0 +1,59 @@
+// What the operator does reaches a form only through here: the view and the script player post
+// actions, and each is checked again when its turn comes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "forms/form.h"
+
+namespace penlog {
+
+enum class ActionKind {
+  Click,    ///< a button, a menu entry
+  Press,    ///< a button goes down
+  Release,  ///< and up again; never refused once its press was served
+  Type,     ///< `text` is the new content of a text field
+  Select,   ///< `number` is the entry of a list
+  Check,    ///< `number` 1 or 0
+  Point,    ///< pointer over a picture at `x`, `y`; `number` 1 for a click
+  Close,    ///< the window's own close button; `control` is null
+};
+
+/// How the control stood when the operator saw it; an action with another stamp is stale.
+struct ActionStamp {
+  std::uint32_t generation = 0;
+  std::uint32_t falls = 0;  ///< of visible and enabled: the control, its frames and its screen
+  bool operator==(const ActionStamp&) const = default;
+};
+
+struct OperatorAction {
+  ActionKind kind = ActionKind::Click;
+  Form* form = nullptr;
+  Control* control = nullptr;
+  std::string text;
+  int number = 0;
+  double x = 0;
+  double y = 0;
+  ActionStamp stamp;
+};
+
+/// The stamp of a control as it stands now.
+ActionStamp StampOf(const Form& form, const Control* control);
+
+/// Queues an action. The stamp is the poster's: of the last frame that was shown.
+void PostAction(OperatorAction action);
+/// The same with the stamp of this moment.
+void PostActionNow(OperatorAction action);
+
+/// Why the action can't be served now, for the player's report; empty if it can: its screen is
+/// visible and loaded, its control visible and enabled since the stamp, and no box, dialog or modal
+/// screen lies above.
+std::string WhyRefused(const OperatorAction& action);
+
+/// Called after each action with whether it was served; for the player and for tests.
+void OnActionServed(std::function<void(const OperatorAction&, bool served)> listener);
+/// Drops actions under way; for tests.
+void ResetActions();
+
+}  // namespace penlog

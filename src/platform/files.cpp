@@ -1,0 +1,95 @@
+#include "platform/files.h"
+
+#include <cstdlib>
+
+#include "platform/runtime_fault.h"
+#include "platform/texts.h"
+
+namespace penlog {
+
+namespace {
+
+Disk* disk_in_use = nullptr;
+
+/// Closes the handle on every way out.
+struct HandleGuard {
+  explicit HandleGuard(Disk::Handle opened) : handle(opened) {}
+  ~HandleGuard() {
+    try {
+      TheDisk().Close(handle);
+    } catch (const RuntimeFault&) {
+      // What was synced stands; a failing close has nothing to add.
+    }
+  }
+  HandleGuard(const HandleGuard&) = delete;
+  HandleGuard& operator=(const HandleGuard&) = delete;
+  Disk::Handle handle;
+};
+
+bool IsSeparator(char c) { return c == '/' || (c == '\\' && TheDisk().Separator() == '\\'); }
+
+}  // namespace
+
+Disk& TheDisk() {
+  if (disk_in_use == nullptr) std::abort();  // a program without a disk is mis-built
+  return *disk_in_use;
+}
+
+void UseDisk(Disk* disk) { disk_in_use = disk; }
+
+void AppendToFile(const std::string& path, std::string_view bytes) {
+  const HandleGuard file(TheDisk().OpenAppend(path));
+  TheDisk().Write(file.handle, bytes);
+  TheDisk().Sync(file.handle);
+}
+
+void ReplaceFile(const std::string& path, std::string_view bytes) {
+  const std::string beside = path + ".new";
+  {
+    const HandleGuard file(TheDisk().Create(beside));
+    TheDisk().Write(file.handle, bytes);
+    TheDisk().Sync(file.handle);
+  }
+  TheDisk().Rename(beside, path);
+  TheDisk().SyncFolder(FolderOf(path));
+}
+
+std::string ReadFile(const std::string& path) { return TheDisk().Read(path); }
+
+std::string ReadTextFile(const std::string& path) { return FromFileBytes(ReadFile(path)); }
+
+void CopyFile(const std::string& from, const std::string& to) { ReplaceFile(to, ReadFile(from)); }
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+  std::string path(folder);
+  if (!path.empty() && !IsSeparator(path.back())) path += TheDisk().Separator();
+  return path += name;
+}
+
+bool IsRoot(std::string_view path) {
+  return path == "/" || (path.size() == 3 && path[1] == ':' && (path[2] == '\\' || path[2] == '/'));
+}
+
+std::string FolderOf(std::string_view path) {
+  std::size_t at = path.size();
+  while (at > 0 && path[at - 1] != '/' && path[at - 1] != '\\') --at;
+  if (at == 0) return ".";
+  const std::string_view with_separator = path.substr(0, at);
+  return std::string(IsRoot(with_separator) ? with_separator : path.substr(0, at - 1));
+}
+
+std::string FreeNameBeside(const std::string& path) {
+  const std::size_t dot = path.rfind('.');
+  const std::size_t name = path.find_last_of("/\\");
+  const bool has_extension =
+      dot != std::string::npos && (name == std::string::npos || dot > name);
+  const std::string stem = has_extension ? path.substr(0, dot) : path;
+  const std::string extension = has_extension ? path.substr(dot) : "";
+  std::string candidate = path;
+  for (int n = 2; TheDisk().FileExists(candidate); ++n) {
+    candidate = stem + " (" + std::to_string(n) + ")" + extension;
+  }
+  return candidate;
+}
+
+}  // namespace penlog

@@ -1,0 +1,63 @@
+// The running sounding: the console's mode, depth, readings and recorded rows.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "core/channel_table.h"
+
+namespace penlog {
+
+struct SoundingState {
+  /// 0 nothing, 1 waiting, 2 recording, 3 4 5 9 seismic steps, 8 start requested.
+  std::int16_t ConsoleMode = 0;
+  std::int32_t TimeOriginMs = 0;    ///< time of day at which the sounding was started; 0 until then
+  std::int32_t ElapsedMs = 0;       ///< ms since TimeOriginMs, as of the head of the pass
+  std::int32_t SecondsCounter = 0;  ///< whole seconds
+  std::int32_t TicksSinceStep = 0;  ///< ticks of 55 ms since the last due row
+  std::int16_t AutoMode = 1;        ///< 1 auto, 0 manual
+  std::int16_t ManualClampState = 1;  ///< 1 clamp closed
+  std::int16_t StopWarningKind = 0;   ///< 0 stop, 1 dissipation, 2 seismic interrupted
+  std::int16_t CloseWithFinalBaseline = 0;
+  std::int16_t RestartTestActive = 0;
+
+  // Depth.
+  float CurrentDepth = 0;  ///< m, grows downward
+  float DepthCounts = 0;   ///< counted steps since the start of the sounding
+  std::int32_t NextRecordCount = 0;
+  std::int32_t NextPictureCount = 0;
+  float Rebound = 0;  ///< m that the rods have come back up
+  std::int16_t PressureLine = 0;  ///< 0 pressure on, 1 off
+  std::int16_t ClampLine = 0;     ///< 0 clamped, 1 open
+  std::int16_t CountLine = 0;     ///< proximity counter: 0 held, 1 not
+  std::int16_t PhaseDown = 0;     ///< encoder: 1 line not held, 0 held
+  std::int16_t PhaseUp = 0;
+  std::int16_t RecordPending = 0;  ///< -1 a row is due
+  std::int32_t PictureCount = 0;
+  double LastStepSeconds = 0;
+
+  // Quits.
+  std::int16_t QuitState = 0;  ///< 0 clear, 1 latched, 3 overridden
+  std::int16_t QuitSettleCount = 0;
+  ChannelTable<std::int16_t> QuitFlag;
+
+  // Readings and rows; raw cone units.
+  ChannelTable<float> Readings;
+  std::array<ChannelTable<float>, 11> ReadingWindow;  ///< samples 1 to 10 of each channel
+  std::array<std::string, 31> ReplyTokens;            ///< fields 1 to 30 of the last reply
+  std::int32_t RowCount = 0;                          ///< last row used; row 0 the baselines
+  RowTable Rows;
+  RowColumn RowSpeed;  ///< cm/s
+  RowColumn RowQt;     ///< corrected tip resistance in base units
+};
+
+inline SoundingState sounding;
+
+/// While a row could be lost behind a question: modes 2, 3, 4, 5 and 9.
+inline bool IsRecording() {
+  const int mode = sounding.ConsoleMode;
+  return mode == 2 || mode == 3 || mode == 4 || mode == 5 || mode == 9;
+}
+
+}  // namespace penlog
