@@ -1,7 +1,7 @@
 #include "platform/texts.h"
 
+#include <algorithm>
 #include <array>
-#include <cstdint>
 
 namespace penlog {
 namespace {
@@ -113,11 +113,11 @@ std::string Right(std::string_view text, int count) {
 }
 
 std::string Mid(std::string_view text, int start, int count) {
-  return Left(text.substr(BytesOf(text, start - 1)), count);
+  return Left(text.substr(BytesOf(text, std::max(start, 1) - 1)), count);
 }
 
 std::string Mid(std::string_view text, int start) {
-  return std::string(text.substr(BytesOf(text, start - 1)));
+  return std::string(text.substr(BytesOf(text, std::max(start, 1) - 1)));
 }
 
 std::string FromFileBytes(std::string_view bytes) {
