@@ -1,24 +1,8 @@
 #include "forms/control.h"
 
-#include "forms/form.h"
 #include "platform/runtime_fault.h"
 
 namespace penlog {
-
-Control::Control(Form& form, std::string name, ControlKind kind)
-    : form_(form), name_(std::move(name)), kind_(kind) {
-  form.Add(this);
-}
-
-bool Control::IsShown() const {
-  if (!Visible || !form_.Visible) return false;
-  return Container == nullptr || Container->IsShown();
-}
-
-bool Control::IsUsable() const {
-  if (!Enabled || !form_.Enabled) return false;
-  return Container == nullptr || Container->IsUsable();
-}
 
 Label::Label(Form& form, std::string name, std::string caption)
     : Control(form, std::move(name), ControlKind::Label) {

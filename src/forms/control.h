@@ -120,7 +120,7 @@ struct Control : ControlValues {
   // The events of all kinds; a kind fires those that it has.
   std::function<void()> Click;                      ///< Button, CheckBox, OptionButton, lists, Menu
   std::function<void()> Press;                      ///< Button: mouse or key down
-  std::function<void()> Release;                    ///< Button: up, or focus, window or pointer lost
+  std::function<void()> Release;                    ///< Button: up, or focus or pointer lost
   std::function<void()> Change;                     ///< TextBox
   std::function<void(double, double, bool)> Point;  ///< Picture: fractions, and whether clicked
 

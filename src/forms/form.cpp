@@ -20,6 +20,23 @@ std::vector<Form*>& Shown() {
 
 }  // namespace
 
+// A control's ties to its screen stand here, so that controls know no screen.
+
+Control::Control(Form& form, std::string name, ControlKind kind)
+    : form_(form), name_(std::move(name)), kind_(kind) {
+  form.Add(this);
+}
+
+bool Control::IsShown() const {
+  if (!Visible || !form_.Visible) return false;
+  return Container == nullptr || Container->IsShown();
+}
+
+bool Control::IsUsable() const {
+  if (!Enabled || !form_.Enabled) return false;
+  return Container == nullptr || Container->IsUsable();
+}
+
 Form::Form(std::string name, std::string caption)
     : Caption(caption), name_(std::move(name)), first_caption_(std::move(caption)) {
   Forms().push_back(this);

@@ -38,7 +38,9 @@ void UseHost(Host* host);
 /// A host without a machine: it keeps what it was asked for.
 class VirtualHost : public Host {
  public:
-  void Tone(int frequency_hz, int length_ms) override { tones.push_back({frequency_hz, length_ms}); }
+  void Tone(int frequency_hz, int length_ms) override {
+    tones.push_back({frequency_hz, length_ms});
+  }
   bool StartProgram(const std::string& path, const std::vector<std::string>& words) override;
   bool StartSelf() override;
   std::string UserName() override { return user; }

@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that the build needs and this machine lacks.
+# Usage: install_needs.sh run|test
+set -euo pipefail
+purpose=${1:-run}
+
+if ! command -v apt-get >/dev/null || ! grep -qs 'VERSION_ID="\?12' /etc/os-release; then
+  cat >&2 <<TXT
+This script installs packages on Debian 12 only. Elsewhere please install:
+  a C++20 compiler, CMake 3.25 or later, Ninja,
+  Qt 6.4 or later (Core, Gui, Widgets, Network, PrintSupport), GoogleTest, Google Benchmark,
+  and, for the tests, ser2net and pyserial (libasound2 for the tone is optional).
+TXT
+  command -v cmake >/dev/null && command -v ninja >/dev/null && exit 0
+  exit 1
+fi
+
+packages=(g++ cmake ninja-build qt6-base-dev qt6-qpa-plugins libgl1-mesa-dev libegl1-mesa-dev
+          libgtest-dev libbenchmark-dev libasound2-dev fonts-dejavu-core)
+if [ "$purpose" = test ]; then packages+=(ser2net python3-serial locales); fi
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
+    missing+=("$package")
+done
+if [ "${#missing[@]}" -gt 0 ]; then
+  sudo=
+  [ "$(id -u)" = 0 ] || sudo=sudo
+  echo "installing: ${missing[*]}"
+  $sudo apt-get update -q
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
+fi
