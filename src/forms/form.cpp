@@ -39,7 +39,9 @@ bool Control::IsUsable() const {
 
 Form::Form(std::string name, std::string caption)
     : Caption(caption), name_(std::move(name)), first_caption_(std::move(caption)) {
-  Forms().push_back(this);
+  const auto behind = std::find_if(Forms().begin(), Forms().end(),
+                                   [&](const Form* form) { return form->name_ > name_; });
+  Forms().insert(behind, this);
 }
 
 Form::~Form() {
@@ -111,6 +113,7 @@ void Hide(Form& form) {
 void Unload(Form& form) {
   Hide(form);
   form.Loaded = false;
+  form.Released();
   ++form.generation_;
   form.BackToFirstValues();
 }

@@ -36,6 +36,9 @@ class Form {
   std::function<void()> QueryUnload;  ///< runs when the operator closes the window; without one
                                       ///< the window stays
 
+  /// Runs at `Unload`: stops the screen's timers and closes its ports.
+  virtual void Released() {}
+
  protected:
   /// Last line of each screen's constructor: what the controls hold now are their first values.
   void KeepFirstValues();
@@ -65,7 +68,7 @@ void Hide(Form& form);
 /// Hides it and puts its controls back to their first values; `Load` runs at the next showing.
 void Unload(Form& form);
 
-/// Every screen of the program, in order of construction.
+/// Every screen of the program, in order of names: the same in each build.
 const std::vector<Form*>& AllForms();
 /// Screens that are visible, the front one last.
 const std::vector<Form*>& ShownForms();

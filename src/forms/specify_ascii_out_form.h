@@ -1,0 +1,29 @@
+// Chooses the serial port of the ASCII output when the one that was set is not there.
+#pragma once
+
+#include "forms/control.h"
+#include "forms/form.h"
+
+namespace penlog {
+
+struct SpecifyASCIIOutForm : Form {
+  SpecifyASCIIOutForm();
+
+  Label lblChoose{*this, "lblChoose", "ASCII OUT SERIAL PORT:"};
+  ComboBox cmbASCIIOutSerialPort{*this,
+                                 "cmbASCIIOutSerialPort"};  ///< numbers as text, devices beside
+  Label lblConeSerialPortCaption{*this, "lblConeSerialPortCaption", "CONE SERIAL PORT:"};
+  Label lblConeSerialPort{*this, "lblConeSerialPort"};
+  Label lblTruckInterfaceSerialPortCaption{*this, "lblTruckInterfaceSerialPortCaption",
+                                           "TRUCK INTERFACE SERIAL PORT:"};
+  Label lblTruckInterfaceSerialPort{*this, "lblTruckInterfaceSerialPort"};
+  Label lblVideoOverlaySerialPortCaption{*this, "lblVideoOverlaySerialPortCaption",
+                                         "VIDEO OVERLAY SERIAL PORT:"};
+  Label lblVideoOverlaySerialPort{*this, "lblVideoOverlaySerialPort"};
+  Button cmdSavePort{*this, "cmdSavePort", "SAVE PORT"};
+  Button cmdCancel{*this, "cmdCancel", "CANCEL"};
+};
+
+inline SpecifyASCIIOutForm frmSpecifyASCIIOut;
+
+}  // namespace penlog

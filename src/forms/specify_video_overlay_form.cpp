@@ -1,0 +1,10 @@
+#include "forms/specify_video_overlay_form.h"
+
+namespace penlog {
+
+SpecifyVideoOverlayForm::SpecifyVideoOverlayForm()
+    : Form("frmSpecifyVideoOverlay", "SPECIFY VIDEO OVERLAY PORT") {
+  KeepFirstValues();
+}
+
+}  // namespace penlog

@@ -1,0 +1,24 @@
+#include "forms/start_up_form.h"
+
+namespace penlog {
+
+StartUpForm::StartUpForm() : Form("StartUp", "PENLOG") {
+  Hold(frLoad, {&lblLoad, &lblStatusIndicator});
+  Hold(frmResume, {&lblLastSoundingConeCaption, &lblLastSoundingCone, &lblLastSoundingDepthCaption,
+                   &lblLastSoundingDepth, &lblDistanceDrilledCaption, &txtDistanceDrilled,
+                   &cmdResumeAtLastDepth, &cmdResumeAtSurface, &cmdCancel});
+  lblTitle.Bold = true;
+  for (Control* control :
+       std::initializer_list<Control*>{&cmdResume, &cmdSystemSetup, &frLoad, &frmResume}) {
+    control->Visible = false;
+  }
+  KeepFirstValues();
+}
+
+void StartUpForm::Released() {
+  Timer1.Stop();
+  ConeComm.Close();
+  CommTick = 0;
+}
+
+}  // namespace penlog

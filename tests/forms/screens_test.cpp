@@ -1,0 +1,156 @@
+// Every screen: what it shows before anything has happened, and that it goes back to that.
+#include <set>
+
+#include "forms/cone_settings_form.h"
+#include "forms/create_new_directory_form.h"
+#include "forms/main_form.h"
+#include "forms/restart_form.h"
+#include "forms/setup_display_form.h"
+#include "forms/setup_sounding_form.h"
+#include "forms/specify_ascii_out_form.h"
+#include "forms/specify_truck_interface_form.h"
+#include "forms/specify_video_overlay_form.h"
+#include "forms/start_up_form.h"
+#include "forms/warning_form.h"
+#include "support/world.h"
+
+namespace penlog {
+namespace {
+
+const std::vector<Form*> kScreens = {&Main,
+                                     &SetupDisplay,
+                                     &SetupSounding,
+                                     &StartUp,
+                                     &frmConeSettings,
+                                     &frmCreateNewDirectory,
+                                     &frmSpecifyASCIIOut,
+                                     &frmSpecifyTruckInterface,
+                                     &frmSpecifyVideoOverlay,
+                                     &frmWarning,
+                                     &frmZOLRestart};
+
+TEST(Screens, AllStandInTheListInOrderOfNames) {
+  EXPECT_EQ(AllForms(), kScreens);
+  for (Form* form : kScreens) EXPECT_EQ(FindForm(form->Name()), form);
+}
+
+TEST(Screens, ControlNamesAreUniqueOnAScreen) {
+  for (const Form* form : AllForms()) {
+    std::set<std::string> names;
+    for (const Control* control : form->Controls()) {
+      EXPECT_TRUE(names.insert(control->Name()).second) << form->Name() << "." << control->Name();
+    }
+  }
+}
+
+TEST(Screens, ContainersBelongToTheSameScreen) {
+  for (const Form* form : AllForms()) {
+    for (const Control* control : form->Controls()) {
+      if (control->Container == nullptr) continue;
+      EXPECT_EQ(&control->Container->Owner(), form) << control->Name();
+      EXPECT_NE(control->Container, control);
+    }
+  }
+}
+
+TEST(Screens, MainOffersNoStartBeforeABaseline) {
+  World world;
+  EXPECT_FALSE(Main.cmdStart.Enabled);
+  EXPECT_EQ(Main.cmdStart.Caption, "START");
+  EXPECT_TRUE(Main.cmdTakeBaseline.Visible);
+  EXPECT_TRUE(Main.cmdExit.Enabled);
+  EXPECT_EQ(Main.lblCommStatus.Caption, "No Cone Present");
+  EXPECT_EQ(Main.lblDissipationValue.Caption, "Inactive");
+}
+
+TEST(Screens, MainHidesItsDialogsAtFirst) {
+  World world;
+  for (const Control* control : std::initializer_list<const Control*>{
+           &Main.frmLocalWarning, &Main.frmQuitWarning, &Main.frmTakeFinalBaseline,
+           &Main.cmdResetQuits, &Main.frmGraphArea, &Main.lblBigDepth}) {
+    EXPECT_FALSE(control->Visible) << control->Name();
+  }
+}
+
+TEST(Screens, StopDialogAndOverrideTakeActionsInAnyCase) {
+  World world;
+  std::set<std::string> usable;
+  for (const Form* form : AllForms()) {
+    for (const Control* control : form->Controls()) {
+      if (control->AlwaysUsable) usable.insert(form->Name() + "." + control->Name());
+    }
+  }
+  EXPECT_EQ(usable, (std::set<std::string>{"Main.cmdResetQuits", "Main.cmdWarningCancel",
+                                           "Main.cmdWarningOK1", "Main.cmdWarningOK2"}));
+}
+
+TEST(Screens, UnloadBringsBackFirstValues) {
+  World world;
+  LoadForm(Main);
+  Main.lblDepth.Caption = "12.340 m";
+  Main.lblChanValue(30).Caption = "1.0";
+  Main.lblChanValue(30).Visible = true;
+  Main.cmdStart.Enabled = true;
+  Main.shpBubble.Where.left = 0.9;
+  Main.pctGraph(1).Draw({});
+  Main.CommTick = 7;
+  Unload(Main);
+  EXPECT_EQ(Main.lblDepth.Caption, "0.000 m");
+  EXPECT_EQ(Main.lblChanValue(30).Caption, "");
+  EXPECT_FALSE(Main.lblChanValue(30).Visible);
+  EXPECT_FALSE(Main.cmdStart.Enabled);
+  EXPECT_EQ(Main.shpBubble.Where.left, 0.4);
+  EXPECT_TRUE(Main.pctGraph(1).steps.empty());
+  EXPECT_EQ(Main.CommTick, 0);
+}
+
+TEST(Screens, UnloadStopsTimersAndClosesPorts) {
+  World world;
+  LoadForm(frmWarning);
+  frmWarning.Timer2.Start();
+  StartUp.Timer1.Start();
+  Main.Timer1.Start();
+  ResetForms();
+  EXPECT_FALSE(frmWarning.Timer2.Running());
+  EXPECT_FALSE(StartUp.Timer1.Running());
+  EXPECT_FALSE(Main.Timer1.Running());
+}
+
+TEST(Screens, TimersHaveTheirIntervals) {
+  EXPECT_EQ(Main.Timer1.Interval(), 55);
+  EXPECT_EQ(StartUp.Timer1.Interval(), 55);
+  EXPECT_EQ(frmWarning.Timer1.Interval(), 1500);
+  EXPECT_EQ(frmWarning.Timer2.Interval(), 200);
+  EXPECT_FALSE(frmWarning.Timer1.Running());
+}
+
+TEST(Screens, WarningPanelsBeginGreen) {
+  World world;
+  EXPECT_TRUE(frmWarning.frmSerialConnected.Visible);
+  EXPECT_TRUE(frmWarning.frmModulesConnected.Visible);
+  EXPECT_FALSE(frmWarning.frmSerialWarning.Visible);
+  EXPECT_FALSE(frmWarning.frmModuleWarning.Visible);
+}
+
+TEST(Screens, ASCIIWarningKeepsTheFrameGrabbersWords) {
+  World world;
+  EXPECT_EQ(frmWarning.lblASCIIOutWarning.Caption, frmWarning.lblSensorayWarning.Caption);
+  EXPECT_EQ(frmWarning.lblASCIIOutWarning.Caption.rfind("FRAME GRABBER CONNECTION HAS BEEN LOST.  "
+                                                        "DO NOT CONTINUE PUSH! CHECK",
+                                                        0),
+            0u);
+}
+
+TEST(Screens, WhatComesLaterIsOutOfReach) {
+  World world;
+  for (const Control* control : std::initializer_list<const Control*>{
+           &Main.cmdResetPorts, &Main.cmdDissipation, &Main.cmdActivateSeismic,
+           &Main.cmdChangeSeismicOptions, &StartUp.cmdSystemSetup, &StartUp.cmdResume,
+           &SetupSounding.cmdGetGPS, &SetupSounding.cmdEnterGPS, &frmWarning.mnuResetComms}) {
+    EXPECT_FALSE(control->Visible && control->Enabled) << control->Name();
+  }
+  EXPECT_TRUE(StartUp.cmdCalibrate.Visible && StartUp.cmdCalibrate.Enabled);
+}
+
+}  // namespace
+}  // namespace penlog
