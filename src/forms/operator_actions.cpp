@@ -82,8 +82,8 @@ void ActionTarget::Handle(const Event&) {
   waiting_.pop_front();
   // A release must reach a button that took the press: the override may never stay on.
   const bool served = OwesRelease(action) || WhyRefused(action).empty();
-  if (served) Serve(action);
   if (listener) listener(action, served);
+  if (served) Serve(action);
 }
 
 void ActionTarget::Serve(const OperatorAction& action) {

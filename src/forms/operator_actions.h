@@ -51,7 +51,8 @@ void PostActionNow(OperatorAction action);
 /// screen lies above.
 std::string WhyRefused(const OperatorAction& action);
 
-/// Called after each action with whether it was served; for the player and for tests.
+/// Called as each action's turn comes, with whether it is served; for the player and for tests.
+/// Before its handler runs: a handler may not return before the program ends.
 void OnActionServed(std::function<void(const OperatorAction&, bool served)> listener);
 /// Drops actions under way; for tests.
 void ResetActions();

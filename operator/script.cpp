@@ -1,0 +1,148 @@
+#include "operator/script.h"
+
+#include <algorithm>
+#include <array>
+#include <regex>
+
+#include "platform/numbers.h"
+#include "platform/texts.h"
+
+namespace penlog {
+
+namespace {
+
+/// An action's grammar: what each word must be, and how many must and may stand.
+struct Grammar {
+  const char* verb;
+  std::size_t least;
+  std::size_t most;
+  bool names_control;  // the first word is SCREEN.CONTROL
+};
+
+constexpr std::array kGrammars = {
+    Grammar{"screen", 1, 2, false}, Grammar{"click", 1, 1, true},   Grammar{"press", 1, 1, true},
+    Grammar{"release", 1, 1, true}, Grammar{"type", 2, 2, true},    Grammar{"select", 2, 2, true},
+    Grammar{"check", 1, 1, true},   Grammar{"uncheck", 1, 1, true}, Grammar{"menu", 1, 1, true},
+    Grammar{"point", 3, 4, true},   Grammar{"answer", 2, 2, false}, Grammar{"file", 1, 1, false},
+    Grammar{"expect", 2, 3, true},  Grammar{"wait", 1, 1, false},   Grammar{"rig", 1, 100, false},
+    Grammar{"shot", 1, 2, false},   Grammar{"kill", 0, 0, false},   Grammar{"end", 0, 0, false},
+};
+
+struct Word {
+  std::string text;
+  bool quoted = false;
+};
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r';
+}
+
+/// Takes a quoted text that begins at `at`; false if its quote is not closed.
+bool TakeQuoted(std::string_view line, std::size_t& at, std::string& text) {
+  for (++at; at < line.size(); ++at) {
+    if (line[at] != '"') {
+      text += line[at];
+    } else if (at + 1 < line.size() && line[at + 1] == '"') {
+      text += line[++at];
+    } else {
+      ++at;
+      return true;
+    }
+  }
+  return false;
+}
+
+bool SplitWords(std::string_view line, std::vector<Word>& words) {
+  std::size_t at = 0;
+  while (true) {
+    while (at < line.size() && IsBlank(line[at])) ++at;
+    if (at >= line.size() || line[at] == '#') {
+      // `#2` names a list entry; a comment's sign stands alone or before a letter.
+      const bool entry = at + 1 < line.size() && line[at] == '#' && line[at + 1] >= '0' &&
+                         line[at + 1] <= '9' && !words.empty();
+      if (!entry) return true;
+    }
+    Word word;
+    if (line[at] == '"') {
+      word.quoted = true;
+      if (!TakeQuoted(line, at, word.text)) return false;
+    } else {
+      while (at < line.size() && !IsBlank(line[at])) word.text += line[at++];
+    }
+    words.push_back(std::move(word));
+  }
+}
+
+bool IsNumber(const std::string& text) {
+  const auto number = WholeNumberText(text);
+  return number && *number >= 0;
+}
+
+/// Why the words don't fit the action; empty if they do.
+std::string WordFault(const ScriptAction& action) {
+  const auto& words = action.words;
+  const auto found = std::find_if(kGrammars.begin(), kGrammars.end(),
+                                  [&](const Grammar& g) { return action.verb == g.verb; });
+  if (found == kGrammars.end()) return "unknown action \"" + action.verb + "\"";
+  if (words.size() < found->least) return "\"" + action.verb + "\" needs more words";
+  if (words.size() > found->most) return "\"" + action.verb + "\" has too many words";
+  if (found->names_control && words[0].find('.') == std::string::npos) {
+    return "\"" + words[0] + "\" is not SCREEN.CONTROL";
+  }
+  if (action.verb == "wait" && !IsNumber(words[0])) return "\"wait\" needs seconds";
+  if (action.verb == "screen" && words.size() == 2 && !IsNumber(words[1])) {
+    return "\"screen\" needs seconds behind the name";
+  }
+  if (action.verb == "expect" && words.size() == 3 && !IsNumber(words[2])) {
+    return "\"expect\" needs seconds at its end";
+  }
+  if (action.verb == "expect" && !words[1].empty() && words[1][0] == '~') {
+    try {
+      const std::regex pattern(words[1].substr(1));
+    } catch (const std::regex_error&) {
+      return "\"" + words[1] + "\" is no pattern";
+    }
+  }
+  if (action.verb == "point" && (!IsNumber(words[1]) || !IsNumber(words[2]))) {
+    return "\"point\" needs two fractions";
+  }
+  if (action.verb == "point" && words.size() == 4 && words[3] != "click") {
+    return "\"point\" may end in \"click\" only";
+  }
+  if (action.verb == "answer" && words[0] != "ok" && words[0] != "cancel" && words[0] != "yes" &&
+      words[0] != "no") {
+    return "\"" + words[0] + "\" is no answer";
+  }
+  return {};
+}
+
+}  // namespace
+
+Script ParseScript(const std::string& title, std::string_view text) {
+  Script script{title, {}};
+  int number = 0;
+  while (!text.empty()) {
+    const auto end = text.find('\n');
+    const std::string line(text.substr(0, end));
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    ++number;
+    const std::string where = title + ":" + std::to_string(number) + ": ";
+    std::vector<Word> words;
+    if (!SplitWords(line, words)) throw ScriptFault(where + "a quote is not closed");
+    if (words.empty()) continue;
+    ScriptAction action;
+    action.line = number;
+    action.verb = words[0].text;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+      action.words.push_back(words[i].text);
+      action.quoted.push_back(words[i].quoted);
+      action.rest += (i > 1 ? " " : "") + words[i].text;
+    }
+    const std::string fault = WordFault(action);
+    if (!fault.empty()) throw ScriptFault(where + fault);
+    script.actions.push_back(std::move(action));
+  }
+  return script;
+}
+
+}  // namespace penlog

@@ -1,0 +1,49 @@
+#include "operator/script.h"
+
+#include <gtest/gtest.h>
+
+namespace penlog {
+namespace {
+
+TEST(Script, ReadsWordsQuotesAndComments) {
+  const Script script = ParseScript("s",
+                                    "# all of it\n\n  type A.txtName \"a \"\"b\"\" c\" # why\n"
+                                    "select A.cmb #2\nrig push 2.5\n");
+  ASSERT_EQ(script.actions.size(), 3u);
+  EXPECT_EQ(script.actions[0].line, 3);
+  EXPECT_EQ(script.actions[0].words[1], "a \"b\" c");
+  EXPECT_EQ(script.actions[1].words[1], "#2");
+  EXPECT_EQ(script.actions[2].rest, "push 2.5");
+}
+
+TEST(Script, RefusesWhatItDoesNotKnow) {
+  const struct {
+    const char* line;
+    const char* fault;
+  } rows[] = {
+      {"jump A.b", "s:1: unknown action \"jump\""},
+      {"click", "s:1: \"click\" needs more words"},
+      {"click A.b c", "s:1: \"click\" has too many words"},
+      {"click b", "s:1: \"b\" is not SCREEN.CONTROL"},
+      {"wait soon", "s:1: \"wait\" needs seconds"},
+      {"wait -1", "s:1: \"wait\" needs seconds"},
+      {"answer maybe \"x\"", "s:1: \"maybe\" is no answer"},
+      {"type A.b \"open", "s:1: a quote is not closed"},
+      {"expect A.b ~[", "s:1: \"~[\" is no pattern"},
+      {"expect A.b x soon", "s:1: \"expect\" needs seconds at its end"},
+      {"screen A soon", "s:1: \"screen\" needs seconds behind the name"},
+      {"point A.b 0.5 x", "s:1: \"point\" needs two fractions"},
+      {"point A.b 0.5 0.5 hit", "s:1: \"point\" may end in \"click\" only"},
+  };
+  for (const auto& row : rows) {
+    try {
+      ParseScript("s", row.line);
+      ADD_FAILURE() << row.line;
+    } catch (const ScriptFault& fault) {
+      EXPECT_STREQ(fault.what(), row.fault);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace penlog
