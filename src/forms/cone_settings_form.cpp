@@ -3,6 +3,7 @@
 namespace penlog {
 
 ConeSettingsForm::ConeSettingsForm() : Form("frmConeSettings", "CONE SETTINGS") {
+  ClosingEnds = true;
   KeepFirstValues();
 }
 

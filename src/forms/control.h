@@ -87,17 +87,17 @@ struct DrawStep {
 /// The values of every kind of control. A kind uses those that it needs.
 struct ControlValues {
   std::string Caption;
-  std::string Text;                ///< TextBox, ComboBox: what is typed or chosen
-  bool Checked = false;            ///< CheckBox, OptionButton, Menu
+  std::string Text;      ///< TextBox, ComboBox: what is typed or chosen
+  bool Checked = false;  ///< CheckBox, OptionButton, Menu
   Colour ForeColor = kBlack;
   Colour BackColor = kGrey;
-  Colour FillColor = kBlack;       ///< Shape
+  Colour FillColor = kBlack;  ///< Shape
   FillStyle Fill = FillStyle::Hollow;
   bool Bold = false;
   Place Where;
-  std::vector<std::string> List;   ///< ComboBox, ListBox
-  std::vector<std::string> Beside; ///< what the view shows beside each entry; may be empty
-  int ListIndex = -1;              ///< -1 none
+  std::vector<std::string> List;    ///< ComboBox, ListBox
+  std::vector<std::string> Beside;  ///< what the view shows beside each entry; may be empty
+  int ListIndex = -1;               ///< -1 none
   bool operator==(const ControlValues&) const = default;
 };
 

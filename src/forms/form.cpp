@@ -118,9 +118,13 @@ void Unload(Form& form) {
   form.BackToFirstValues();
 }
 
-const std::vector<Form*>& AllForms() { return Forms(); }
+const std::vector<Form*>& AllForms() {
+  return Forms();
+}
 
-const std::vector<Form*>& ShownForms() { return Shown(); }
+const std::vector<Form*>& ShownForms() {
+  return Shown();
+}
 
 Form* FindForm(const std::string& name) {
   for (Form* form : Forms()) {

@@ -34,7 +34,8 @@ class Form {
 
   std::function<void()> Load;         ///< runs when the screen is loaded
   std::function<void()> QueryUnload;  ///< runs when the operator closes the window; without one
-                                      ///< the window stays
+                                      ///< the window stays, or the program ends
+  bool ClosingEnds = false;  ///< closing its window ends the program: the screens on the main way
 
   /// Runs at `Unload`: stops the screen's timers and closes its ports.
   virtual void Released() {}

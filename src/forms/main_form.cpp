@@ -40,6 +40,7 @@ MainForm::MainForm() : Form("Main", "PENLOG") {
     lblChanLabel(channel).Visible = false;
     lblChanValue(channel).Visible = false;
   }
+  ClosingEnds = true;
   KeepFirstValues();
 }
 

@@ -1,11 +1,13 @@
 #include "forms/operator_actions.h"
 
+#include <algorithm>
 #include <deque>
 #include <set>
 #include <utility>
 
 #include "platform/boxes.h"
 #include "platform/clock.h"
+#include "platform/yield.h"
 
 namespace penlog {
 
@@ -18,6 +20,7 @@ class ActionTarget : public EventTarget {
   void Post(OperatorAction action);
   void Handle(const Event& event) override;
   void Reset();
+  bool Waits(const Control& control) const;
 
   std::function<void(const OperatorAction&, bool)> listener;
 
@@ -43,13 +46,20 @@ bool IsList(ControlKind kind) {
 }
 
 void ServeSelect(Control& control, int number) {
-  if (!IsList(control.Kind()) || number < -1 ||
-      number >= static_cast<int>(control.List.size())) {
+  if (!IsList(control.Kind()) || number < -1 || number >= static_cast<int>(control.List.size())) {
     return;
   }
   control.ListIndex = number;
   if (number >= 0) control.Text = control.List[static_cast<std::size_t>(number)];
   Run(control.Click);
+}
+
+void ServeClose(Form& form) {
+  if (form.QueryUnload) {
+    Run(form.QueryUnload);
+  } else if (form.ClosingEnds) {
+    RequestEnd();
+  }
 }
 
 void ServeCheck(Control& control, bool checked) {
@@ -88,7 +98,9 @@ void ActionTarget::Handle(const Event&) {
 
 void ActionTarget::Serve(const OperatorAction& action) {
   switch (action.kind) {
-    case ActionKind::Click: Run(action.control->Click); break;
+    case ActionKind::Click:
+      Run(action.control->Click);
+      break;
     case ActionKind::Press:
       if (!pressed_.insert(action.control).second) return;  // a key's repeat is no new press
       Run(action.control->Press);
@@ -101,15 +113,26 @@ void ActionTarget::Serve(const OperatorAction& action) {
       action.control->Text = action.text;
       Run(action.control->Change);
       break;
-    case ActionKind::Select: ServeSelect(*action.control, action.number); break;
-    case ActionKind::Check: ServeCheck(*action.control, action.number != 0); break;
+    case ActionKind::Select:
+      ServeSelect(*action.control, action.number);
+      break;
+    case ActionKind::Check:
+      ServeCheck(*action.control, action.number != 0);
+      break;
     case ActionKind::Point: {
       const auto point = action.control->Point;
       if (point) point(action.x, action.y, action.number != 0);
       break;
     }
-    case ActionKind::Close: Run(action.form->QueryUnload); break;
+    case ActionKind::Close:
+      ServeClose(*action.form);
+      break;
   }
+}
+
+bool ActionTarget::Waits(const Control& control) const {
+  return std::any_of(waiting_.begin(), waiting_.end(),
+                     [&](const OperatorAction& action) { return action.control == &control; });
 }
 
 void ActionTarget::Reset() {
@@ -127,7 +150,9 @@ ActionStamp StampOf(const Form& form, const Control* control) {
   return stamp;
 }
 
-void PostAction(OperatorAction action) { Actions().Post(std::move(action)); }
+void PostAction(OperatorAction action) {
+  Actions().Post(std::move(action));
+}
 
 void PostActionNow(OperatorAction action) {
   action.stamp = StampOf(*action.form, action.control);
@@ -162,10 +187,16 @@ std::string WhyRefused(const OperatorAction& action) {
   return {};
 }
 
+bool ActionWaits(const Control& control) {
+  return Actions().Waits(control);
+}
+
 void OnActionServed(std::function<void(const OperatorAction&, bool)> listener) {
   Actions().listener = std::move(listener);
 }
 
-void ResetActions() { Actions().Reset(); }
+void ResetActions() {
+  Actions().Reset();
+}
 
 }  // namespace penlog

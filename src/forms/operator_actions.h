@@ -51,6 +51,10 @@ void PostActionNow(OperatorAction action);
 /// screen lies above.
 std::string WhyRefused(const OperatorAction& action);
 
+/// True while an action for this control waits in the queue: what its widget shows is then newer
+/// than what the control holds.
+bool ActionWaits(const Control& control);
+
 /// Called as each action's turn comes, with whether it is served; for the player and for tests.
 /// Before its handler runs: a handler may not return before the program ends.
 void OnActionServed(std::function<void(const OperatorAction&, bool served)> listener);

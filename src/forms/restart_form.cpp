@@ -3,6 +3,7 @@
 namespace penlog {
 
 RestartForm::RestartForm() : Form("frmZOLRestart", "RESTART PENLOG") {
+  ClosingEnds = true;
   KeepFirstValues();
 }
 

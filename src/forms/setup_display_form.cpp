@@ -9,6 +9,7 @@ SetupDisplayForm::SetupDisplayForm() : Form("SetupDisplay", "DISPLAY SETUP") {
     chkRecordChan(channel).Visible = false;
     chkGraphChan(channel).Visible = false;
   }
+  ClosingEnds = true;
   KeepFirstValues();
 }
 

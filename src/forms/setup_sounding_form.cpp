@@ -12,6 +12,7 @@ SetupSoundingForm::SetupSoundingForm() : Form("SetupSounding", "SOUNDING SETUP")
     control->Visible = false;
     control->Enabled = false;
   }
+  ClosingEnds = true;
   KeepFirstValues();
 }
 

@@ -12,6 +12,7 @@ StartUpForm::StartUpForm() : Form("StartUp", "PENLOG") {
        std::initializer_list<Control*>{&cmdResume, &cmdSystemSetup, &frLoad, &frmResume}) {
     control->Visible = false;
   }
+  ClosingEnds = true;
   KeepFirstValues();
 }
 

@@ -141,6 +141,44 @@ TEST(Screens, ASCIIWarningKeepsTheFrameGrabbersWords) {
             0u);
 }
 
+TEST(Screens, ClosingAMainWindowEndsTheProgram) {
+  World world;
+  Show(Main);
+  OperatorAction close;
+  close.kind = ActionKind::Close;
+  close.form = &Main;
+  PostActionNow(close);
+  EXPECT_THROW(WaitYield("the end"), ProgramEnd);
+}
+
+TEST(Screens, ClosingASideWindowLeavesItThere) {
+  World world;
+  Show(frmWarning);
+  OperatorAction close;
+  close.kind = ActionKind::Close;
+  close.form = &frmWarning;
+  PostActionNow(close);
+  Yield();
+  EXPECT_FALSE(EndUnderWay());
+  EXPECT_TRUE(frmWarning.Visible);
+}
+
+TEST(Screens, AnActionWaitsUntilItIsServed) {
+  World world;
+  Show(SetupSounding);
+  OperatorAction type;
+  type.kind = ActionKind::Type;
+  type.form = &SetupSounding;
+  type.control = &SetupSounding.txtOperator;
+  type.text = "A";
+  PostActionNow(type);
+  EXPECT_TRUE(ActionWaits(SetupSounding.txtOperator));
+  EXPECT_FALSE(ActionWaits(SetupSounding.txtLocation));
+  Yield();
+  EXPECT_FALSE(ActionWaits(SetupSounding.txtOperator));
+  EXPECT_EQ(SetupSounding.txtOperator.Text, "A");
+}
+
 TEST(Screens, WhatComesLaterIsOutOfReach) {
   World world;
   for (const Control* control : std::initializer_list<const Control*>{
