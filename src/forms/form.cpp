@@ -97,6 +97,12 @@ void Show(Form& form) {
   Shown().push_back(&form);
 }
 
+void SendBehind(Form& form) {
+  if (!form.Visible) return;
+  std::erase(Shown(), &form);
+  Shown().insert(Shown().begin(), &form);
+}
+
 void ShowModal(Form& form) {
   form.Modal = true;
   Show(form);

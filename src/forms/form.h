@@ -63,6 +63,8 @@ class Form {
 void LoadForm(Form& form);
 /// Loads it if needed and brings it to the front.
 void Show(Form& form);
+/// Puts a visible screen behind all others.
+void SendBehind(Form& form);
 /// Shows it above all others, and waits in a yield loop until it is hidden or unloaded.
 void ShowModal(Form& form);
 void Hide(Form& form);

@@ -1,0 +1,137 @@
+#include "display/set_display.h"
+
+#include <array>
+
+#include "conelink/cone_state.h"
+#include "core/channels.h"
+#include "core/settings.h"
+#include "display/display_state.h"
+#include "forms/main_form.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr double kGap = 0.02;  // between two graphs, of the area's width
+constexpr int kMostGraphs = 4;
+
+// Rows of the chart area, in fractions of its height.
+constexpr double kTitleTop = 0.0;
+constexpr double kTitleHeight = 0.06;
+constexpr double kBarTop = 0.07;
+constexpr double kBarHeight = 0.04;
+constexpr double kChartTop = 0.12;
+constexpr double kChartHeight = 0.76;
+constexpr double kRangeTop = 0.89;
+constexpr double kRangeHeight = 0.05;
+constexpr double kKeyTop = 0.95;
+constexpr double kKeyHeight = 0.05;
+constexpr double kValueAt = 0.55;  // of a graph's width
+constexpr double kUnitsAt = 0.8;
+
+std::string SelectedUnit(int channel) {
+  return channels.UnitLabel(channels.ChannelUnits(channel), channel);
+}
+
+void ShowValueList() {
+  for (int channel = 1; channel <= kChannels; ++channel) {
+    const bool listed =
+        channels.ChannelComputed(channel) == 0 && channels.ChannelPresent(channel) == kTrue;
+    Main.lblChanLabel(channel).Visible = listed;
+    Main.lblChanValue(channel).Visible = listed;
+    if (!listed) continue;
+    Main.lblChanLabel(channel).Caption =
+        channels.ChannelLabel(1, channel) + "(" + SelectedUnit(channel) + ")";
+  }
+}
+
+void HideGraphs() {
+  for (int g = 1; g <= kMostGraphs; ++g) {
+    for (Control* control : std::initializer_list<Control*>{
+             &Main.lblGraphTitle(g), &Main.lblGraphValue(g), &Main.lblGraphUnits(g),
+             &Main.lblGraphxMin(g), &Main.lblGraphxMax(g), &Main.pctGraph(g), &Main.shpBar(g),
+             &Main.lineBar(g), &Main.frmKey(g)}) {
+      control->Visible = false;
+    }
+  }
+}
+
+void Put(Control& control, double left, double top, double width, double height) {
+  control.Where = {true, left, top, width, height};
+  control.Visible = true;
+}
+
+/// The series names of a graph with more than one series; it stays hidden for one.
+void ShowKey(int g) {
+  const int channel = display.GraphChannel[static_cast<std::size_t>(g)];
+  const bool tip = channel == 1 && settings.TipPlotValues == 1;
+  const bool pore_pressures = channel == 3 && settings.CombinePPPlots == 1;
+  Main.frmKey(g).Visible = tip || pore_pressures;
+  Main.lblKeyc(g).Visible = pore_pressures;
+  if (tip) {
+    Main.lblKeya(g).Caption = "Qc";
+    Main.lblKeyb(g).Caption = "Qt";
+  } else if (pore_pressures) {
+    Main.lblKeya(g).Caption = "U1";
+    Main.lblKeyb(g).Caption = "U2";
+    Main.lblKeyc(g).Caption = "U3";
+  }
+}
+
+void LayOutGraph(int g, double left, double width) {
+  const int channel = display.GraphChannel[static_cast<std::size_t>(g)];
+  Put(Main.lblGraphTitle(g), left, kTitleTop, width * kValueAt, kTitleHeight);
+  Put(Main.lblGraphValue(g), left + width * kValueAt, kTitleTop, width * (kUnitsAt - kValueAt),
+      kTitleHeight);
+  Put(Main.lblGraphUnits(g), left + width * kUnitsAt, kTitleTop, width * (1 - kUnitsAt),
+      kTitleHeight);
+  Put(Main.pctGraph(g), left, kChartTop, width, kChartHeight);
+  Put(Main.lblGraphxMin(g), left, kRangeTop, width / 2, kRangeHeight);
+  Put(Main.lblGraphxMax(g), left + width / 2, kRangeTop, width / 2, kRangeHeight);
+  Put(Main.shpBar(g), left, kBarTop, width, kBarHeight);
+  Put(Main.lineBar(g), left, kBarTop, 0, kBarHeight);
+  Main.shpBar(g).Visible = Main.lineBar(g).Visible = channel != 22;
+  Main.frmKey(g).Where = {true, left, kKeyTop, width, kKeyHeight};
+  Main.lblGraphTitle(g).Caption = GraphTitle(g);
+  Main.lblGraphUnits(g).Caption = SelectedUnit(channel);
+  ShowKey(g);
+}
+
+void ClearRanges() {
+  const DisplayState start;
+  display.GraphMin = start.GraphMin;
+  display.GraphMax = start.GraphMax;
+  display.GraphShownMin = start.GraphShownMin;
+  display.GraphShownMax = start.GraphShownMax;
+  display.GraphStep = start.GraphStep;
+  display.GraphDepthMin = 0;
+  display.GraphDepthMax = 1;
+}
+
+}  // namespace
+
+double GraphWidth(int count) {
+  constexpr std::array<double, 5> kTotal = {0, 0.98, 0.96, 0.94, 0.92};
+  return count < 1 || count > kMostGraphs ? 0 : kTotal[static_cast<std::size_t>(count)] / count;
+}
+
+std::string GraphTitle(int g) {
+  const int channel = display.GraphChannel[static_cast<std::size_t>(g)];
+  const std::string label = channels.ChannelLabel(1, channel);
+  if (channel != 1 || settings.TipConfiguration != 1) return label + ":";
+  if (display.GraphCount == 1) return label + " (BALL)";
+  return (display.GraphCount == 3 ? "test" : "") + label + " (BALL):";
+}
+
+void SetDisplay() {
+  Main.lblCommStatus.Caption = "Cone # " + cone.ConeId + " Found";
+  ShowValueList();
+  HideGraphs();
+  const double width = GraphWidth(display.GraphCount);
+  for (int g = 1; width > 0 && g <= display.GraphCount; ++g) {
+    LayOutGraph(g, (g - 1) * (width + kGap), width);
+  }
+  ClearRanges();
+}
+
+}  // namespace penlog

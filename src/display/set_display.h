@@ -1,0 +1,18 @@
+// The console's layout from the channels present and the chosen graphs, made once.
+#pragma once
+
+#include <string>
+
+namespace penlog {
+
+/// Lays out the value list and the strip charts, and clears the charts' ranges.
+void SetDisplay();
+
+/// The title of graph `g` (1 to 4); with a ball tip it names the ball, with the required exceptions
+/// for one and for three graphs.
+std::string GraphTitle(int g);
+
+/// Width of one of `count` graphs (1 to 4) as a fraction of the graph area; 0 without graphs.
+double GraphWidth(int count);
+
+}  // namespace penlog

@@ -1,0 +1,92 @@
+#include "screens/last_sounding_parameters.h"
+
+#include <algorithm>
+
+#include "conelink/cone_state.h"
+#include "core/channels.h"
+#include "core/session.h"
+#include "display/display_state.h"
+#include "platform/files.h"
+#include "platform/numbers.h"
+#include "platform/value_reader.h"
+#include "platform/value_writer.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr const char* kFileName = "Last Sounding Parameters.txt";
+
+bool HasRecordChoice(int channel) {
+  return channel != 19 && channel != 20;
+}
+
+void TakeRecordChoices(bool (*ticked)(int channel)) {
+  cone.DelayRows = 0;
+  for (int channel = 1; channel <= kChannels; ++channel) {
+    if (!HasRecordChoice(channel)) continue;
+    auto& mode = channels.RecordMode(channel);
+    if (mode != 2) mode = ticked(channel) ? 1 : 0;
+    if (mode > 0) cone.DelayRows = std::max(cone.DelayRows, channels.ChannelDelayRows(channel));
+  }
+}
+
+void ReadChoices(ValueReader& reader) {
+  for (int channel = 1; channel <= kChannels; ++channel) {
+    if (!HasRecordChoice(channel)) continue;
+    const auto choice = reader.ReadInteger();
+    auto& mode = channels.RecordMode(channel);
+    if (mode != 2 && (choice == 0 || choice == 1)) mode = choice;
+  }
+  for (int g = 1; g <= 4; ++g) {
+    const auto channel = reader.ReadInteger();
+    const bool known = channel >= 0 && channel <= kChannels;
+    display.GraphChannel[static_cast<std::size_t>(g)] = known ? channel : std::int16_t{0};
+  }
+}
+
+}  // namespace
+
+std::string LastSoundingParametersPath() {
+  return JoinPath(session.DataDirectory, kFileName);
+}
+
+void SaveLastSoundingParameters(bool (*ticked)(int channel)) {
+  TakeRecordChoices(ticked);
+  ValueWriter writer;
+  for (const std::string* line :
+       {&session.LastDirectory, &session.LastDrive, &session.SoundingName, &cone.ConeId,
+        &session.OperatorName, &session.SoundingLocation, &session.JobNumber, &session.HoleNumber,
+        &session.HeaderNote, &session.FooterNote1, &session.FooterNote2}) {
+    writer.PrintLine(*line);
+  }
+  for (int channel = 1; channel <= kChannels; ++channel) {
+    if (!HasRecordChoice(channel)) continue;
+    const int mode = channels.RecordMode(channel);
+    writer.PrintNumberLine(mode);
+  }
+  for (std::size_t g = 1; g <= 4; ++g) writer.PrintNumberLine(int{display.GraphChannel[g]});
+  ReplaceFile(LastSoundingParametersPath(), writer.Text());
+}
+
+void LoadLastSoundingParameters() {
+  ValueReader reader(kFileName, ReadFile(LastSoundingParametersPath()));
+  session.LastDirectory = reader.ReadString();
+  session.LastDrive = reader.ReadString();
+  session.SoundingName = reader.ReadString();
+  const std::string cone_id = reader.ReadString();
+  for (std::string* field :
+       {&session.OperatorName, &session.SoundingLocation, &session.JobNumber, &session.HoleNumber,
+        &session.HeaderNote, &session.FooterNote1, &session.FooterNote2}) {
+    *field = reader.ReadString();
+  }
+  if (cone_id == cone.ConeId) ReadChoices(reader);
+}
+
+void RemoveResisitivityFromGraphChannels() {
+  auto& slots = display.GraphChannel;
+  const auto end = std::remove(slots.begin() + 1, slots.end(), std::int16_t{14});
+  std::fill(end, slots.end(), std::int16_t{0});
+}
+
+}  // namespace penlog
