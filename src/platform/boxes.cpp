@@ -1,6 +1,7 @@
 #include "platform/boxes.h"
 
 #include "platform/clock.h"
+#include "platform/runtime_fault.h"
 #include "platform/yield.h"
 
 namespace penlog {
@@ -67,15 +68,17 @@ DialogTarget& Dialogs() {
 
 bool Offers(BoxButtons buttons, BoxAnswer answer) {
   switch (buttons) {
-    case BoxButtons::Ok: return answer == BoxAnswer::Ok;
-    case BoxButtons::OkCancel: return answer == BoxAnswer::Ok || answer == BoxAnswer::Cancel;
-    case BoxButtons::YesNo: return answer == BoxAnswer::Yes || answer == BoxAnswer::No;
+    case BoxButtons::Ok:
+      return answer == BoxAnswer::Ok;
+    case BoxButtons::OkCancel:
+      return answer == BoxAnswer::Ok || answer == BoxAnswer::Cancel;
+    case BoxButtons::YesNo:
+      return answer == BoxAnswer::Yes || answer == BoxAnswer::No;
   }
   return false;
 }
 
-void PostBox(const std::string& text, BoxButtons buttons,
-             std::function<void(BoxAnswer)> answered) {
+void PostBox(const std::string& text, BoxButtons buttons, std::function<void(BoxAnswer)> answered) {
   state.open.push_back({++state.last_id, text, buttons, std::move(answered)});
 }
 
@@ -87,9 +90,13 @@ BoxAnswer MsgBox(const std::string& text, BoxButtons buttons) {
   return **answer;
 }
 
-const MessageBox* FrontBox() { return state.open.empty() ? nullptr : &state.open.front(); }
+const MessageBox* FrontBox() {
+  return state.open.empty() ? nullptr : &state.open.front();
+}
 
-const std::deque<MessageBox>& OpenBoxes() { return state.open; }
+const std::deque<MessageBox>& OpenBoxes() {
+  return state.open;
+}
 
 void AnswerBox(int id, BoxAnswer answer) {
   Boxes().Post(id, static_cast<std::uint32_t>(answer), {});
@@ -97,6 +104,7 @@ void AnswerBox(int id, BoxAnswer answer) {
 
 std::optional<std::string> AskFile(const std::string& title, const std::string& folder,
                                    const std::string& pattern, bool for_saving) {
+  if (state.dialog) throw RuntimeFault("A file dialog is open already");
   state.dialog = FileDialog{++state.last_id, title, folder, pattern, for_saving};
   state.dialog_answer.reset();
   while (!state.dialog_answer) WaitYield("the answer of a file dialog");
@@ -104,12 +112,20 @@ std::optional<std::string> AskFile(const std::string& title, const std::string& 
   return state.dialog_answer;
 }
 
-const FileDialog* OpenFileDialog() { return state.dialog ? &*state.dialog : nullptr; }
+const FileDialog* OpenFileDialog() {
+  return state.dialog ? &*state.dialog : nullptr;
+}
 
-void AnswerFileDialog(int id, const std::string& path) { Dialogs().Post(id, 0, path); }
+void AnswerFileDialog(int id, const std::string& path) {
+  Dialogs().Post(id, 0, path);
+}
 
-bool BoxIsOpen() { return !state.open.empty() || state.dialog.has_value(); }
+bool BoxIsOpen() {
+  return !state.open.empty() || state.dialog.has_value();
+}
 
-void ResetBoxes() { state = BoxState{}; }
+void ResetBoxes() {
+  state = BoxState{};
+}
 
 }  // namespace penlog

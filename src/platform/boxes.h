@@ -46,7 +46,8 @@ struct FileDialog {
   bool for_saving = false;
 };
 
-/// Shows a file dialog and waits for its answer in a yield loop; none when it was cancelled.
+/// Shows a file dialog and waits for its answer in a yield loop; none when it was cancelled. Raises
+/// a `RuntimeFault` while another is open.
 std::optional<std::string> AskFile(const std::string& title, const std::string& folder,
                                    const std::string& pattern, bool for_saving);
 const FileDialog* OpenFileDialog();

@@ -1,5 +1,6 @@
 #include "platform/event_queue.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace penlog {
@@ -29,6 +30,8 @@ class CallTable : public EventTarget {
     call();
   }
 
+  void Clear() { calls_.clear(); }
+
   void Drop(const void* owner) {
     std::erase_if(calls_, [owner](const auto& entry) { return entry.second.owner == owner; });
   }
@@ -49,7 +52,9 @@ CallTable& Calls() {
 
 }  // namespace
 
-EventTarget::~EventTarget() { TheQueue().Drop(this); }
+EventTarget::~EventTarget() {
+  TheQueue().Drop(this);
+}
 
 void EventQueue::Post(Micros time, Event event) {
   if (FromOutside(event.kind)) ++backlog_;
@@ -70,6 +75,11 @@ bool EventQueue::TakeDue(Micros now, Event& event) {
 std::optional<Micros> EventQueue::NextTime() const {
   if (waiting_.empty()) return std::nullopt;
   return waiting_.begin()->first.first;
+}
+
+bool EventQueue::OnlyRepeats() const {
+  return std::all_of(waiting_.begin(), waiting_.end(),
+                     [](const auto& entry) { return Repeats(entry.second.kind); });
 }
 
 template <class Test>
@@ -111,6 +121,12 @@ void PostCall(Micros time, const void* owner, std::function<void()> call, EventK
   TheQueue().Post(time, std::move(event));
 }
 
-void DropCalls(const void* owner) { Calls().Drop(owner); }
+void DropCalls(const void* owner) {
+  Calls().Drop(owner);
+}
+
+void DropAllCalls() {
+  Calls().Clear();
+}
 
 }  // namespace penlog

@@ -68,6 +68,8 @@ class EventQueue {
   std::optional<Micros> NextTime() const;
   /// Events that wait and came from outside (input, edges, actions): the measure of back-pressure.
   std::size_t Backlog() const { return backlog_; }
+  /// True when nothing waits but what repeats by itself: no event is coming that would end a wait.
+  bool OnlyRepeats() const;
   /// Drops what is queued for a target: one kind, or all.
   void Drop(const EventTarget* target, EventKind kind);
   void Drop(const EventTarget* target);
@@ -92,5 +94,11 @@ EventQueue& TheQueue();
 void PostCall(Micros time, const void* owner, std::function<void()> call,
               EventKind kind = EventKind::Call);
 void DropCalls(const void* owner);
+void DropAllCalls();
+
+/// Whether an event of that kind repeats by itself, so that it proves no progress.
+constexpr bool Repeats(EventKind kind) {
+  return kind == EventKind::Tick || kind == EventKind::RepeatingCall;
+}
 
 }  // namespace penlog

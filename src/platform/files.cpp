@@ -26,7 +26,23 @@ struct HandleGuard {
   Disk::Handle handle;
 };
 
-bool IsSeparator(char c) { return c == '/' || (c == '\\' && TheDisk().Separator() == '\\'); }
+void WriteBeside(const std::string& path, std::string_view bytes) {
+  const HandleGuard file(TheDisk().Create(path));
+  TheDisk().Write(file.handle, bytes);
+  TheDisk().Sync(file.handle);
+}
+
+void RemoveIfThere(const std::string& path) {
+  try {
+    if (TheDisk().FileExists(path)) TheDisk().Remove(path);
+  } catch (const RuntimeFault&) {
+    // The fault that led here is the one to report.
+  }
+}
+
+bool IsSeparator(char c) {
+  return c == '/' || (c == '\\' && TheDisk().Separator() == '\\');
+}
 
 }  // namespace
 
@@ -35,30 +51,41 @@ Disk& TheDisk() {
   return *disk_in_use;
 }
 
-void UseDisk(Disk* disk) { disk_in_use = disk; }
+void UseDisk(Disk* disk) {
+  disk_in_use = disk;
+}
 
 void AppendToFile(const std::string& path, std::string_view bytes) {
+  const bool is_new = !TheDisk().FileExists(path);
   const HandleGuard file(TheDisk().OpenAppend(path));
   TheDisk().Write(file.handle, bytes);
   TheDisk().Sync(file.handle);
+  if (is_new) TheDisk().SyncFolder(FolderOf(path));
 }
 
 void ReplaceFile(const std::string& path, std::string_view bytes) {
   const std::string beside = path + ".new";
-  {
-    const HandleGuard file(TheDisk().Create(beside));
-    TheDisk().Write(file.handle, bytes);
-    TheDisk().Sync(file.handle);
+  try {
+    WriteBeside(beside, bytes);
+    TheDisk().Rename(beside, path);
+  } catch (const RuntimeFault&) {
+    RemoveIfThere(beside);  // on a full disk it holds the last room
+    throw;
   }
-  TheDisk().Rename(beside, path);
   TheDisk().SyncFolder(FolderOf(path));
 }
 
-std::string ReadFile(const std::string& path) { return TheDisk().Read(path); }
+std::string ReadFile(const std::string& path) {
+  return TheDisk().Read(path);
+}
 
-std::string ReadTextFile(const std::string& path) { return FromFileBytes(ReadFile(path)); }
+std::string ReadTextFile(const std::string& path) {
+  return FromFileBytes(ReadFile(path));
+}
 
-void CopyFile(const std::string& from, const std::string& to) { ReplaceFile(to, ReadFile(from)); }
+void CopyFile(const std::string& from, const std::string& to) {
+  ReplaceFile(to, ReadFile(from));
+}
 
 std::string JoinPath(std::string_view folder, std::string_view name) {
   std::string path(folder);
@@ -81,8 +108,7 @@ std::string FolderOf(std::string_view path) {
 std::string FreeNameBeside(const std::string& path) {
   const std::size_t dot = path.rfind('.');
   const std::size_t name = path.find_last_of("/\\");
-  const bool has_extension =
-      dot != std::string::npos && (name == std::string::npos || dot > name);
+  const bool has_extension = dot != std::string::npos && (name == std::string::npos || dot > name);
   const std::string stem = has_extension ? path.substr(0, dot) : path;
   const std::string extension = has_extension ? path.substr(dot) : "";
   std::string candidate = path;

@@ -6,8 +6,12 @@ namespace {
 IoWatcher* io_in_use = nullptr;
 }
 
-IoWatcher* TheIo() { return io_in_use; }
+IoWatcher* TheIo() {
+  return io_in_use;
+}
 
-void UseIo(IoWatcher* io) { io_in_use = io; }
+void UseIo(IoWatcher* io) {
+  io_in_use = io;
+}
 
 }  // namespace penlog

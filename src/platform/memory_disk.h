@@ -1,9 +1,11 @@
 // A disk in memory with the same calls, for virtual time; it can be written out to a folder.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "platform/disk.h"
 
@@ -41,11 +43,23 @@ class MemoryDisk : public Disk {
   void SetReadOnly(const std::string& folder) { read_only_ = folder; }
   /// Operations so far (create, open, write, sync, close, rename, remove): a measure for tests.
   std::int64_t OperationCount() const { return operations_; }
+  /// Runs before each of these, with "create", "append", "write", "sync", "close", "rename",
+  /// "remove", "make folder" or "sync folder" and the path; what it throws fails the operation.
+  std::function<void(std::string_view operation, const std::string& path)> before;
+  /// The machine stops: handles and locks are gone, and each file holds what was synced last.
+  void LosePower();
+  /// Writes all files, with their folders, below `folder` of another disk.
+  void WriteOut(Disk& disk, const std::string& folder) const;
 
  private:
-  void CountOperation(const std::string& path);
+  void CountOperation(std::string_view operation, const std::string& path);
+  void CheckWritable(const std::string& path) const;
+  std::string PathOf(Handle handle) const;
+  void Forget(const std::string& path);
+  void AddFolders(const std::string& path);
 
   std::map<std::string, std::string> files_;
+  std::map<std::string, std::string> synced_;  // as on the medium; a path without one is empty
   std::set<std::string> folders_;
   std::set<std::string> locks_;
   std::map<Handle, std::string> open_;

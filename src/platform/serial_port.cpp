@@ -1,5 +1,9 @@
 #include "platform/serial_port.h"
 
+#include <algorithm>
+#include <limits>
+#include <vector>
+
 #include "platform/clock.h"
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
@@ -13,6 +17,11 @@ enum PortNews : std::int64_t { kNewsGone, kNewsEdgesLost, kNewsPolled, kNewsLine
 
 constexpr Micros kOpeningLimit = 2 * kSecond;
 
+std::vector<SerialPort*>& AllPorts() {
+  static std::vector<SerialPort*>& ports = *new std::vector<SerialPort*>;
+  return ports;
+}
+
 std::uint32_t Pack(ModemLines lines) {
   return (lines.cts ? 1u : 0u) | (lines.dsr ? 2u : 0u) | (lines.cd ? 4u : 0u);
 }
@@ -23,7 +32,17 @@ ModemLines Unpack(std::uint32_t bits) {
 
 }  // namespace
 
-SerialPort::~SerialPort() = default;
+SerialPort::SerialPort(std::string name) : EventTarget(std::move(name)) {
+  AllPorts().push_back(this);
+}
+
+SerialPort::~SerialPort() {
+  std::erase(AllPorts(), this);
+}
+
+void SerialPort::CloseAll() {
+  for (SerialPort* port : AllPorts()) port->Close();
+}
 
 void SerialPort::SetCommPort(int number) {
   if (PortOpen()) throw RuntimeFault(TargetName() + ": the port is open");
@@ -40,19 +59,27 @@ void SerialPort::SetSettings(std::string_view settings) {
 void SerialPort::Open() {
   if (PortOpen()) throw RuntimeFault(TargetName() + ": the port is open already");
   if (number_ < 1) throw RuntimeFault(TargetName() + ": no port number is set");
-  gone_ = break_ = dtr_ = rts_ = edges_polled_ = false;
+  gone_ = break_ = dtr_ = rts_ = edges_polled_ = lines_told_ = false;
   edges_lost_ = edge_count_ = 0;
   input_.clear();
   lines_ = {};
   driver_ = ThePorts().Open(number_, settings_, *this);
+  try {
+    WaitUntilReady();
+  } catch (...) {
+    Close();
+    throw;
+  }
+}
+
+void SerialPort::WaitUntilReady() {
   const Micros limit = Now() + kOpeningLimit;
   while (driver_ && !gone_ && !driver_->Ready() && Now() < limit) WaitYield("opening of a port");
   if (!driver_) return;  // closed by a handler meanwhile
   if (gone_ || !driver_->Ready()) {
-    Close();
     throw RuntimeFault(TargetName() + ": COM" + std::to_string(number_) + " did not open");
   }
-  lines_ = driver_->Lines();
+  if (!lines_told_) lines_ = driver_->Lines();
 }
 
 void SerialPort::Close() {
@@ -125,12 +152,18 @@ void SerialPort::LinesKnown(ModemLines lines) {
 }
 
 void SerialPort::EdgesLost(std::int64_t count) {
-  PostEvent(EventKind::PortState, kNewsEdgesLost, 0, std::to_string(count));
+  constexpr std::int64_t kMost = std::numeric_limits<std::uint32_t>::max();
+  const auto lost = static_cast<std::uint32_t>(std::clamp<std::int64_t>(count, 0, kMost));
+  PostEvent(EventKind::PortState, kNewsEdgesLost, lost, {});
 }
 
-void SerialPort::EdgesPolled() { PostEvent(EventKind::PortState, kNewsPolled, 0, {}); }
+void SerialPort::EdgesPolled() {
+  PostEvent(EventKind::PortState, kNewsPolled, 0, {});
+}
 
-void SerialPort::Vanished() { PostEvent(EventKind::PortState, kNewsGone, 0, {}); }
+void SerialPort::Vanished() {
+  PostEvent(EventKind::PortState, kNewsGone, 0, {});
+}
 
 void SerialPort::Handle(const Event& event) {
   if (!driver_) return;
@@ -139,20 +172,28 @@ void SerialPort::Handle(const Event& event) {
     Notify(kCommReceive);
   } else if (event.kind == EventKind::ModemEdge) {
     TakeEdge(Unpack(event.lines));
-  } else if (event.number == kNewsGone) {
-    gone_ = true;
-    Notify(kCommPortGone);
-  } else if (event.number == kNewsEdgesLost) {
-    edges_lost_ += std::stoll(event.text);
+  } else {
+    TakeNews(event);
+  }
+}
+
+void SerialPort::TakeNews(const Event& event) {
+  if (event.number == kNewsEdgesLost) {
+    edges_lost_ += event.lines;
   } else if (event.number == kNewsPolled) {
     edges_polled_ = true;
-  } else {
+  } else if (event.number == kNewsLinesKnown) {
+    lines_told_ = true;
     lines_ = Unpack(event.lines);
+  } else if (!gone_) {
+    gone_ = true;
+    Notify(kCommPortGone);
   }
 }
 
 void SerialPort::TakeEdge(ModemLines lines) {
   ++edge_count_;
+  lines_told_ = true;
   const ModemLines before = lines_;
   lines_ = lines;
   if (lines.cts != before.cts) Notify(kCommCts);

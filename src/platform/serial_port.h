@@ -26,7 +26,7 @@ enum class InputModes { Text, Binary };
 
 class SerialPort : public EventTarget, private PortSink {
  public:
-  explicit SerialPort(std::string name) : EventTarget(std::move(name)) {}
+  explicit SerialPort(std::string name);
   ~SerialPort() override;
 
   // The number and the settings take effect at the next opening; setting them on an open port
@@ -43,6 +43,8 @@ class SerialPort : public EventTarget, private PortSink {
   void Open();
   /// Lowers DTR and RTS, closes, drops what was received. Does nothing on a closed port.
   void Close();
+  /// Closes every port of the program: the end of `main`, where the screens still stand.
+  static void CloseAll();
   /// The opened port has vanished (or was never opened).
   bool Gone() const { return gone_ || driver_ == nullptr; }
 
@@ -91,7 +93,9 @@ class SerialPort : public EventTarget, private PortSink {
   void EdgesPolled() override;
   void Vanished() override;
 
+  void WaitUntilReady();
   void PostEvent(EventKind kind, std::int64_t number, std::uint32_t lines, std::string text);
+  void TakeNews(const Event& event);
   void TakeEdge(ModemLines lines);
   void Notify(int comm_event);
 
@@ -106,6 +110,7 @@ class SerialPort : public EventTarget, private PortSink {
   bool dtr_ = false;
   bool rts_ = false;
   bool gone_ = false;
+  bool lines_told_ = false;  // by an event since the opening: newer than the driver's first lines
   bool edges_polled_ = false;
   std::int64_t edges_lost_ = 0;
   std::int64_t edge_count_ = 0;

@@ -7,6 +7,7 @@ namespace penlog {
 void Timer::Start() {
   if (running_) return;
   running_ = true;
+  if (interval_ <= 0) return;
   due_ = Now() + interval_ * kMillisecond;
   PostNext();
 }
@@ -24,7 +25,7 @@ void Timer::PostNext() {
 }
 
 void Timer::Handle(const Event&) {
-  if (!running_) return;
+  if (!running_ || interval_ <= 0) return;
   due_ += interval_ * kMillisecond;
   if (due_ <= Now()) due_ = Now() + interval_ * kMillisecond;
   PostNext();

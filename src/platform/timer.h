@@ -13,7 +13,8 @@ class Timer : public EventTarget {
  public:
   Timer(std::string name, int interval_ms) : EventTarget(std::move(name)), interval_(interval_ms) {}
 
-  /// First tick one interval from now; starting a running timer leaves it as it is.
+  /// First tick one interval from now; starting a running timer leaves it as it is. With an
+  /// interval of 0 no tick comes.
   void Start();
   void Stop();
   bool Running() const { return running_; }

@@ -12,8 +12,7 @@ Micros SinceEpoch(const WallTime& wall) {
   using namespace std::chrono;
   const sys_days date{year{wall.year} / wall.month / wall.day};
   const Micros days = date.time_since_epoch().count();
-  return days * 86400 * kSecond +
-         (wall.hour * 3600 + wall.minute * 60 + wall.second) * kSecond +
+  return days * 86400 * kSecond + (wall.hour * 3600 + wall.minute * 60 + wall.second) * kSecond +
          wall.millisecond * kMillisecond;
 }
 
@@ -34,26 +33,28 @@ WallTime FromEpoch(Micros since_epoch) {
   return wall;
 }
 
-bool ProvesProgress(EventKind kind) {
-  return kind != EventKind::Tick && kind != EventKind::RepeatingCall;
-}
-
 }  // namespace
 
 VirtualClock::VirtualClock(WallTime start, std::uint32_t seed)
     : wall_start_(SinceEpoch(start)), random_(seed) {}
 
-WallTime VirtualClock::Wall() const { return FromEpoch(wall_start_ + wall_offset_ + now_); }
+WallTime VirtualClock::Wall() const {
+  return FromEpoch(wall_start_ + wall_offset_ + now_);
+}
 
 void VirtualClock::SleepUntil(std::optional<Micros> time) {
-  if (!time || *time - last_progress_ > standstill_limit_) {
-    standstill_report_ = time ? "nothing but ticks happened for " +
-                                    std::to_string((*time - last_progress_) / kSecond) + " s"
-                              : std::string("no event is left in the queue");
-    standstill_report_ += "; waiting for: " + WhatWaits();
-    EndProgram();
+  if (!time) EndStandstill("no event is left in the queue");
+  const Micros still = *time - last_progress_;
+  // A single event further on, as a script's long wait, is no standstill.
+  if (still > standstill_limit_ && TheQueue().OnlyRepeats()) {
+    EndStandstill("nothing but ticks happened for " + std::to_string(still / kSecond) + " s");
   }
   if (*time > now_) now_ = *time;
+}
+
+void VirtualClock::EndStandstill(const std::string& what_happened) {
+  standstill_report_ = what_happened + "; waiting for: " + WhatWaits();
+  EndProgram();
 }
 
 Micros VirtualClock::TimerTime(Micros due) {
@@ -63,7 +64,7 @@ Micros VirtualClock::TimerTime(Micros due) {
 }
 
 void VirtualClock::Handed(const Event& event) {
-  if (ProvesProgress(event.kind)) last_progress_ = now_;
+  if (!Repeats(event.kind)) last_progress_ = now_;
 }
 
 }  // namespace penlog

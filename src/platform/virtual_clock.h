@@ -28,12 +28,15 @@ class VirtualClock : public Clock {
   void StepWall(Micros by) { wall_offset_ += by; }
   /// Each timer tick comes up to `most` late, drawn from the seed.
   void SetJitter(Micros most) { jitter_ = most; }
-  /// Repeating ticks alone for this long end the run; 30 minutes unless set.
+  /// Repeating ticks alone for this long, and nothing else to come, end the run; 30 minutes
+  /// unless set.
   void SetStandstillLimit(Micros limit) { standstill_limit_ = limit; }
   /// Empty, or what the program waited for when nothing but ticks happened any more.
   const std::string& StandstillReport() const { return standstill_report_; }
 
  private:
+  void EndStandstill(const std::string& what_happened);
+
   Micros now_ = 0;
   Micros wall_start_;  // microseconds since 1970-01-01, local
   Micros wall_offset_ = 0;

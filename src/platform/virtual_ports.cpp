@@ -36,14 +36,19 @@ class VirtualWire : public WireEnd, public std::enable_shared_from_this<VirtualW
 
   bool InUse() const { return sink_ != nullptr; }
 
-  void Attach(PortSink& sink, const PortSettings& settings) {
+  /// The number of the attachment: an opening that was cut off must not touch a later one.
+  int Attach(PortSink& sink, const PortSettings& settings) {
     sink_ = &sink;
+    ++attachment_;
     dtr_ = rts_ = false;
     Later([this, settings] {
       if (OnOpened) OnOpened(settings);
     });
     TellOutputs();
+    return attachment_;
   }
+
+  bool IsAttached(int attachment) const { return InUse() && attachment == attachment_; }
 
   void Detach() {
     if (sink_ == nullptr) return;
@@ -79,7 +84,7 @@ class VirtualWire : public WireEnd, public std::enable_shared_from_this<VirtualW
   bool refused = false;
 
  private:
-  void SetOne(bool ModemLines::* line, bool held) {
+  void SetOne(bool ModemLines::*line, bool held) {
     if (lines_.*line == held) return;
     lines_.*line = held;
     if (std::exchange(lose_next_, false)) {
@@ -98,6 +103,7 @@ class VirtualWire : public WireEnd, public std::enable_shared_from_this<VirtualW
   void Later(std::function<void()> call) { PostCall(Now(), this, std::move(call)); }
 
   PortSink* sink_ = nullptr;
+  int attachment_ = 0;
   ModemLines lines_;
   bool present_ = true;
   bool lose_next_ = false;
@@ -110,9 +116,9 @@ namespace {
 class VirtualDriver : public PortDriver {
  public:
   VirtualDriver(std::shared_ptr<VirtualWire> wire, PortSink& sink, const PortSettings& settings)
-      : wire_(std::move(wire)), lines_(wire_->Lines()) {
-    wire_->Attach(sink, settings);
-  }
+      : wire_(std::move(wire)),
+        lines_(wire_->Lines()),
+        attachment_(wire_->Attach(sink, settings)) {}
   ~VirtualDriver() override {
     if (Alive()) wire_->Detach();
   }
@@ -134,10 +140,11 @@ class VirtualDriver : public PortDriver {
   ModemLines Lines() const override { return lines_; }
 
  private:
-  bool Alive() const { return wire_->Present() && wire_->InUse(); }
+  bool Alive() const { return wire_->IsAttached(attachment_); }
 
   std::shared_ptr<VirtualWire> wire_;
   ModemLines lines_;
+  int attachment_;
 };
 
 }  // namespace
@@ -152,9 +159,12 @@ WireEnd& VirtualPorts::Wire(int number) {
 }
 
 void VirtualPorts::Renumber(int from, int to) {
+  Wire(from);
   auto wire = wires_[from];
+  wire->SetPresent(false);
   wires_.erase(from);
-  wires_[to] = std::move(wire);
+  wires_[to] = wire;
+  wire->SetPresent(true);
 }
 
 void VirtualPorts::SetRefused(int number, bool refused) {
@@ -177,6 +187,8 @@ std::unique_ptr<PortDriver> VirtualPorts::Open(int number, const PortSettings& s
   return std::make_unique<VirtualDriver>(std::move(wire), sink, settings);
 }
 
-std::string VirtualPorts::DeviceName(int number) { return "wire " + std::to_string(number); }
+std::string VirtualPorts::DeviceName(int number) {
+  return "wire " + std::to_string(number);
+}
 
 }  // namespace penlog

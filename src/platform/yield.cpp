@@ -1,6 +1,7 @@
 #include "platform/yield.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <vector>
 
@@ -13,12 +14,15 @@ namespace {
 
 struct YieldState {
   bool ending = false;
+  int refusals = 0;        // one after another
   int quick_handlers = 0;  // handlers of ticks, bytes and edges on the stack
   std::vector<const char*> waits;
   std::function<void(const std::string&)> report;
 };
 
 YieldState state;
+
+constexpr int kRefusalLimit = 1000;
 
 bool MustBeQuick(EventKind kind) {
   return kind == EventKind::SerialInput || kind == EventKind::ModemEdge ||
@@ -47,33 +51,46 @@ void HandOut(const Event& event) {
   QuickGuard guard(MustBeQuick(event.kind));
   try {
     event.target->Handle(event);
-  } catch (const RuntimeFault& fault) {
+  } catch (const std::exception& fault) {
+    // Any fault, not only a RuntimeFault: a sounding must outlive a mistake in one handler.
     ReportFault(fault.what());
   }
+}
+
+void ThrowIfEnding() {
+  if (state.ending) throw ProgramEnd{};
+}
+
+/// Throwing here would terminate, so the yield returns; a loop that waits would then spin for
+/// ever and is stopped.
+void Refuse() {
+  std::fputs("penlog: a yield was refused while an exception was in flight\n", stderr);
+  if (++state.refusals > kRefusalLimit) std::abort();
 }
 
 /// False when the yield must not run: an exception is on its way through a destructor.
 bool MayYield() {
   if (std::uncaught_exceptions() > 0) {
-    std::fputs("penlog: a yield was refused while an exception was in flight\n", stderr);
+    Refuse();
     return false;
   }
-  if (state.ending) throw ProgramEnd{};
+  state.refusals = 0;
+  ThrowIfEnding();
   if (state.quick_handlers > 0) throw RuntimeFault("A handler of ticks, bytes or edges yielded");
   return true;
 }
 
 int RunDue() {
   TheClock().Collect();
+  ThrowIfEnding();  // a signal or a closed window may have asked for it just now
   int ran = 0;
   Event event;
   const Micros now = Now();
   while (ran < kEventsPerYield && TheQueue().TakeDue(now, event)) {
     ++ran;
     HandOut(event);
-    if (state.ending) throw ProgramEnd{};
+    ThrowIfEnding();
   }
-  if (state.ending) throw ProgramEnd{};
   return ran;
 }
 
@@ -96,9 +113,13 @@ void EndProgram() {
   throw ProgramEnd{};
 }
 
-void RequestEnd() { state.ending = true; }
+void RequestEnd() {
+  state.ending = true;
+}
 
-bool EndUnderWay() { return state.ending; }
+bool EndUnderWay() {
+  return state.ending;
+}
 
 std::string WhatWaits() {
   std::string text;
@@ -106,11 +127,14 @@ std::string WhatWaits() {
   return text;
 }
 
-void OnFault(std::function<void(const std::string&)> report) { state.report = std::move(report); }
+void OnFault(std::function<void(const std::string&)> report) {
+  state.report = std::move(report);
+}
 
 void ReportFault(const std::string& text) {
-  if (state.report) {
-    state.report(text);
+  const auto report = state.report;  // it may be replaced meanwhile
+  if (report) {
+    report(text);
   } else {
     std::fprintf(stderr, "penlog: %s\n", text.c_str());
   }
@@ -119,6 +143,7 @@ void ReportFault(const std::string& text) {
 void ResetYield() {
   state = YieldState{};
   TheQueue().Clear();
+  DropAllCalls();
 }
 
 }  // namespace penlog

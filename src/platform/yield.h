@@ -13,7 +13,9 @@ struct ProgramEnd {};
 
 /// Runs what is due now (at most 64 events) and returns at once; never sleeps, never moves a
 /// virtual clock. Throws `ProgramEnd` while the end is under way. Inside the handler of a tick, a
-/// byte or an edge a yield raises a `RuntimeFault`: such handlers store, count and act.
+/// byte or an edge a yield raises a `RuntimeFault`: such handlers store, count and act. A fault
+/// that leaves a handler is reported (`OnFault`), and the other events go on. In a destructor that
+/// an exception runs a yield does nothing but say so.
 void Yield();
 
 /// Runs what is due or, if nothing is, sleeps until the next event and runs that. Every loop that
@@ -22,8 +24,8 @@ void WaitYield(const char* what);
 
 /// Ends the program: throws `ProgramEnd`, and each later yield throws it again.
 [[noreturn]] void EndProgram();
-/// Asks for the end from a place that must not throw (a signal, a closed window): the next yield
-/// throws.
+/// Asks for the end from a place that must not throw (a closed window, the watch of a signal's
+/// descriptor), on the thread that yields: the next yield throws.
 void RequestEnd();
 bool EndUnderWay();
 
