@@ -76,6 +76,9 @@ TEST(SoilType, TheLastIndexHasNoContinuation) {
   SoilTables tables = Chart();
   tables.SbtTable[100][1] = {6, 1.0f};
   tables.FrictionRatioMax = 101;
+  // What lies behind the grid in memory must not be taken for a column of it.
+  tables.SptDivisor[1] = 6;
+  tables.SptDivisor[2] = 9;
   EXPECT_EQ(SoilType(10000.0f, 1005.0f, tables).zone, 6.0f);
   EXPECT_EQ(SoilType(900.0f, 90.45f, tables).zone, 2.0f);
 }
