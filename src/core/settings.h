@@ -45,11 +45,12 @@ struct SettingsState {
   std::int16_t DepthSignificantDigits = 0;  ///< above 2 selects the new sounding file form
 
   // Derived at load.
-  std::int32_t BallTipArea = 0;       ///< mm^2
-  float DepthStepResolution = 0;      ///< m; DepthResolution, at least 0.005
-  std::int16_t DepthStepCounts = 0;   ///< counts for one recorded row
-  std::int16_t PictureStepCounts = 0; ///< counts for one Lumen Probe mark, at least 1
-  std::int16_t SetupUpgraded = 0;     ///< -1: the settings file was of an older layout
+  std::int32_t BallTipArea = 0;        ///< mm^2
+  float DepthStepResolution = 0;       ///< m; DepthResolution, at least 0.005
+  std::int16_t DepthStepCounts = 0;    ///< counts for one recorded row
+  std::int16_t PictureStepCounts = 0;  ///< counts for one Lumen Probe mark, at least 1
+  std::int16_t SetupUpgraded = 0;      ///< -1: the settings file was of an older layout
+  std::int16_t SettingsDamaged = 0;    ///< -1: the settings file could not be read to its end
 
   std::array<std::string, 11> AvailableLanguages;
   std::int16_t LanguageCount = 0;

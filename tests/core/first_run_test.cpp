@@ -1,0 +1,129 @@
+#include "core/first_run.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "core/first_run_data.h"
+#include "platform/runtime_fault.h"
+#include "tests/core/settings_world.h"
+
+namespace penlog {
+namespace {
+
+class FirstRun : public ::testing::Test {
+ protected:
+  std::size_t FileCount() const {
+    return static_cast<std::size_t>(
+        std::count_if(world.disk.Files().begin(), world.disk.Files().end(),
+                      [](const auto& file) { return StartsWith(file.first, "/data/"); }));
+  }
+  SettingsWorld world;
+};
+
+TEST_F(FirstRun, FilesAreThoseOfTheDataFolderByteByByte) {
+  for (const FirstRunFile& file : FirstRunFiles()) {
+    std::ifstream in(std::string(PENLOG_SOURCE_DIR) + "/data/" + std::string(file.name),
+                     std::ios::binary);
+    const std::string content{std::istreambuf_iterator<char>(in), {}};
+    EXPECT_EQ(content, file.content) << file.name;
+    EXPECT_FALSE(file.content.empty()) << file.name;
+  }
+}
+
+TEST_F(FirstRun, FilesAreSettingsChannelsLanguagesAndTheSoilTable) {
+  for (int channel = 1; channel <= 30; ++channel) {
+    EXPECT_NE(FirstRunContent("Channel" + std::to_string(channel) + ".txt"), "") << channel;
+  }
+  for (const char* name :
+       {"System Setup Values.txt", "AvailableLanguages.txt", "Deutsch.txt", "intubc.asc"}) {
+    EXPECT_NE(FirstRunContent(name), "") << name;
+  }
+  EXPECT_EQ(FirstRunContent("Channel31.txt"), "");
+}
+
+TEST_F(FirstRun, EmptyDirectoryGetsAllFiles) {
+  LayDownFirstRunFiles();
+  EXPECT_EQ(FileCount(), FirstRunFiles().size());
+  for (const FirstRunFile& file : FirstRunFiles()) {
+    EXPECT_EQ(world.disk.Read(DataPath(file.name)), file.content) << file.name;
+  }
+}
+
+TEST_F(FirstRun, DirectoryWithOnlyASerialPortsFileIsANewOne) {
+  world.disk.Put("/data/Serial Ports.txt", "3 /dev/ttyUSB0\n");
+  LayDownFirstRunFiles();
+  EXPECT_EQ(FileCount(), FirstRunFiles().size() + 1);
+}
+
+TEST_F(FirstRun, DirectoryInUseIsLeftAsItIs) {
+  world.disk.Put("/data/Channel1.txt", "mine");
+  LayDownFirstRunFiles();
+  EXPECT_EQ(FileCount(), 1U) << "a missing channel file says that the channel is not known";
+}
+
+TEST_F(FirstRun, CutShortIsFinishedByTheNextStart) {
+  world.disk.SetRoom(3000);
+  EXPECT_THROW(LayDownFirstRunFiles(), RuntimeFault);
+  EXPECT_LT(FileCount(), FirstRunFiles().size());
+  world.disk.SetRoom(-1);
+  LayDownFirstRunFiles();
+  for (const FirstRunFile& file : FirstRunFiles()) {
+    EXPECT_EQ(world.disk.Read(DataPath(file.name)), file.content) << file.name;
+  }
+  world.disk.Remove("/data/Channel9.txt");
+  LayDownFirstRunFiles();
+  EXPECT_FALSE(world.disk.FileExists("/data/Channel9.txt"));
+}
+
+TEST_F(FirstRun, SettingsNameNoPorts) {
+  LayDownFirstRunFiles();
+  const std::string text = world.Setup();
+  std::vector<std::string> lines;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = text.find("\r\n", at);
+    lines.push_back(text.substr(at, end - at));
+    at = end + 2;
+  }
+  ASSERT_EQ(lines.size(), 62U);
+  for (const std::size_t position : {41U, 42U, 43U, 55U, 56U, 60U}) {
+    EXPECT_EQ(lines[position - 1], "0") << position;
+  }
+}
+
+TEST(DataDirectory, IsChosenByVersionAndEnvironment) {
+  struct Row {
+    std::optional<int> version;
+    const char* all_users;
+    const char* directory;
+  };
+  for (const Row& row :
+       {Row{std::nullopt, "/allusers", "/allusers/PENLOG(KQ)"},
+        Row{6, "/allusers", "/allusers/PENLOG(KQ)"}, Row{10, "/allusers/", "/allusers/PENLOG(KQ)"},
+        Row{5, "/allusers", "/program"}, Row{5, "", "/program"},
+        Row{std::nullopt, "", "/user/PENLOG(KQ)"}}) {
+    World world;
+    world.host.system_version = row.version;
+    world.host.all_users = row.all_users;
+    EXPECT_EQ(FindDataDirectory(), row.directory);
+  }
+}
+
+TEST(DataDirectory, IsMadeWhenMissing) {
+  SettingsWorld world;
+  session.DataDirectory = "/allusers/PENLOG(KQ)";
+  EXPECT_EQ(WhyNotWritable(), "");
+  EXPECT_TRUE(world.disk.FolderExists("/allusers/PENLOG(KQ)"));
+  EXPECT_TRUE(world.disk.List("/allusers/PENLOG(KQ)").empty()) << "the probe leaves nothing";
+}
+
+TEST(DataDirectory, ThatCannotBeWrittenSaysWhy) {
+  SettingsWorld world;
+  world.disk.SetReadOnly("/data");
+  EXPECT_NE(WhyNotWritable().find("Permission denied"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace penlog
