@@ -3,11 +3,25 @@
 
 #include <array>
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include "core/channel_table.h"
 
 namespace penlog {
+
+/// A change of a port asked for on the port screen; `Mainloop` serves it between two passes.
+struct PortRequest {
+  std::int16_t Requested = 0;  ///< -1 until it is served
+  std::int16_t NewPort = 0;    ///< COM number; 0 switches the output off
+};
+
+/// What is to be appended to one file and could not be written yet.
+struct HeldText {
+  std::string Text;
+  std::int64_t FileLength = -1;  ///< bytes of the file as last known; -1 unknown
+  bool Failed = false;           ///< the last attempt failed: part of it may have landed
+};
 
 struct SoundingState {
   /// 0 nothing, 1 waiting, 2 recording, 3 4 5 9 seismic steps, 8 start requested.
@@ -21,13 +35,24 @@ struct SoundingState {
   std::int16_t StopWarningKind = 0;   ///< 0 stop, 1 dissipation, 2 seismic interrupted
   std::int16_t CloseWithFinalBaseline = 0;
   std::int16_t RestartTestActive = 0;
+  std::int16_t FiveMetreWord = 0;          ///< 1 once the sounding is more than 5 m below its start
+  std::int16_t WarningCounter = 0;         ///< due rows since the stop dialog was shown
+  std::int16_t LastClockSecond = 0;        ///< second of the clock at the last tick that changed it
+  std::int16_t ExitUnderWay = 0;           ///< -1 the restart question is shown
+  std::int16_t RestartCommandPending = 0;  ///< -1 the reduced selection is to be sent to the cone
+
+  // Ports: what the port screen compares with and asks for.
+  std::array<std::int16_t, 4> PortsAtLoad{};  ///< cone, truck, ASCII, overlay
+  PortRequest TruckPortRequest;
+  PortRequest ASCIIPortRequest;
+  PortRequest VideoPortRequest;
 
   // Depth.
   float CurrentDepth = 0;  ///< m, grows downward
   float DepthCounts = 0;   ///< counted steps since the start of the sounding
   std::int32_t NextRecordCount = 0;
   std::int32_t NextPictureCount = 0;
-  float Rebound = 0;  ///< m that the rods have come back up
+  float Rebound = 0;              ///< m that the rods have come back up
   std::int16_t PressureLine = 0;  ///< 0 pressure on, 1 off
   std::int16_t ClampLine = 0;     ///< 0 clamped, 1 open
   std::int16_t CountLine = 0;     ///< proximity counter: 0 held, 1 not
@@ -36,6 +61,8 @@ struct SoundingState {
   std::int16_t RecordPending = 0;  ///< -1 a row is due
   std::int32_t PictureCount = 0;
   double LastStepSeconds = 0;
+  std::int16_t StepsMayBeMissing = 0;  ///< -1 the truck's port was away while rods could move
+  float StepsMayBeMissingDepth = 0;    ///< m; CurrentDepth at its last return
 
   // Quits.
   std::int16_t QuitState = 0;  ///< 0 clear, 1 latched, 3 overridden
@@ -50,6 +77,14 @@ struct SoundingState {
   RowTable Rows;
   RowColumn RowSpeed;  ///< cm/s
   RowColumn RowQt;     ///< corrected tip resistance in base units
+
+  // Files.
+  std::array<HeldText, 7> Held;      ///< by the index of SoundingFiles
+  std::int32_t RowsHeldBack = 0;     ///< rows that stand in memory alone: the disk refused them
+  std::int32_t HeldRetrySecond = 0;  ///< SecondsCounter at the last attempt to write them
+  std::int16_t CloseRowsMade = 0;    ///< -1 the closing lines are written or held
+  std::int16_t TableFull = 0;        ///< -1 the operator knows that no further row has room
+  std::set<std::string> Told;        ///< messages of this sounding that come once
 };
 
 inline SoundingState sounding;

@@ -1,0 +1,104 @@
+#include "sounding/held_rows.h"
+
+#include <algorithm>
+
+#include "core/session.h"
+#include "platform/files.h"
+#include "platform/runtime_fault.h"
+#include "sounding/sounding_state.h"
+#include "sounding/tell_once.h"
+
+namespace penlog {
+
+namespace {
+
+const std::string kHeldMessage =
+    "THE SOUNDING COULD NOT BE WRITTEN TO THE DISK.  THE ROWS ARE KEPT IN MEMORY AND WRITTEN AS "
+    "SOON AS THE DISK TAKES THEM.  FREE SOME ROOM AND DO NOT END THE PROGRAM.  ";
+
+HeldText& HeldFor(SoundingFile file) {
+  return sounding.Held[static_cast<std::size_t>(file)];
+}
+
+const std::string& PathOf(SoundingFile file) {
+  return session.SoundingFiles[static_cast<std::size_t>(file)];
+}
+
+std::int64_t LengthOnDisk(const std::string& path) {
+  return TheDisk().FileExists(path) ? static_cast<std::int64_t>(ReadFile(path).size()) : 0;
+}
+
+/// Takes off the front of the held text what the failed attempt left in the file.
+void DropLanded(HeldText& held, const std::string& path) {
+  const std::int64_t length = LengthOnDisk(path);
+  if (held.FileLength >= 0) {
+    const auto size = static_cast<std::int64_t>(held.Text.size());
+    const std::int64_t landed = std::clamp(length - held.FileLength, std::int64_t{0}, size);
+    held.Text.erase(0, static_cast<std::size_t>(landed));
+  }
+  held.FileLength = length;
+  held.Failed = false;
+}
+
+void CountHeldRows() {
+  std::ptrdiff_t most = 0;
+  for (const SoundingFile file : {kTemporaryFile, kCptFile}) {
+    const std::string& text = HeldFor(file).Text;
+    most = std::max(most, std::count(text.begin(), text.end(), '\n'));
+  }
+  sounding.RowsHeldBack = static_cast<std::int32_t>(most);
+}
+
+bool NothingFailed() {
+  return std::none_of(sounding.Held.begin(), sounding.Held.end(),
+                      [](const HeldText& held) { return held.Failed || !held.Text.empty(); });
+}
+
+}  // namespace
+
+bool WriteHeld(SoundingFile file) {
+  HeldText& held = HeldFor(file);
+  if (held.Text.empty() && !held.Failed) return true;
+  const std::string& path = PathOf(file);
+  try {
+    if (held.Failed || held.FileLength < 0) DropLanded(held, path);
+    held.Failed = true;  // until the append has returned
+    AppendToFile(path, held.Text);
+  } catch (const RuntimeFault& fault) {
+    held.Failed = true;
+    CountHeldRows();
+    TellOnce(kHeldMessage + fault.what());
+    return false;
+  }
+  held.FileLength += static_cast<std::int64_t>(held.Text.size());
+  held.Text.clear();
+  held.Failed = false;
+  if (sounding.RowsHeldBack > 0) CountHeldRows();
+  return true;
+}
+
+bool AppendOrHold(SoundingFile file, std::string_view text) {
+  HeldFor(file).Text += text;
+  return WriteHeld(file);
+}
+
+bool WriteAllHeld() {
+  for (const SoundingFile file : {kTemporaryFile, kCptFile, kTimFile}) WriteHeld(file);
+  if (!NothingFailed()) return false;
+  std::erase_if(sounding.Told,
+                [](const std::string& told) { return told.starts_with(kHeldMessage); });
+  return true;
+}
+
+void RetryHeld() {
+  if (NothingFailed() || sounding.HeldRetrySecond == sounding.SecondsCounter) return;
+  sounding.HeldRetrySecond = sounding.SecondsCounter;
+  WriteAllHeld();
+}
+
+void StartFile(SoundingFile file, std::size_t length) {
+  HeldFor(file) = {{}, static_cast<std::int64_t>(length), false};
+  CountHeldRows();
+}
+
+}  // namespace penlog
