@@ -1,0 +1,45 @@
+// Serial adapters in a truck come and go. Each exchange of the console looks first which of them
+// are there, keeps the panels of the status window, and opens again what has come back.
+//
+// Fault model: a port vanishes and returns under its number, also between two looks, so that only
+// the open port object knows of it; it may be there and refuse to open for a while.
+#pragma once
+
+#include <string_view>
+
+namespace penlog {
+
+/// Looks whether COM `number` exists and notes it in `PortPresent`.
+bool ProbePort(int number);
+/// Fills `PortPresent` for 1 to 255; returns how many there are.
+int ProbeAllPorts();
+
+/// The truck's, the ASCII, the overlay and the cone's port in turn. A missing one sets its lost
+/// flag and its warning panel and raises the status window. One that is back is opened with its own
+/// settings, the truck's lines are read without counting, and only then its panel says OK; while it
+/// refuses, it counts as lost. `ConePortLost` follows the cone's port. The overlay's port is not
+/// probed: its entry in `PortPresent` counts.
+void SupervisePorts();
+
+/// The same before a scan for the cone: the overlay is left out, and `ConePortLost` stays set until
+/// the scan has found the cone.
+void SuperviseBeforeScan();
+
+/// Puts the status window on top, unless it stands for a loss already.
+void RaiseWarning();
+/// When nothing is lost and the operator doesn't hold it, starts the timer that takes the status
+/// window away.
+void LowerWarningIfClear();
+
+/// Panels of the cone's port and its modules.
+void ShowConeConnected();
+void ShowModulesLost();
+
+/// `ConeComm` on COM `number`, closed before if it was open. Where it carries the truck's lines
+/// too, a latched quit is put out again and the lines are read without counting. A `RuntimeFault`
+/// when it doesn't open.
+void OpenConePort(int number);
+
+constexpr std::string_view kConeSettings = "19200,N,8,1";
+
+}  // namespace penlog

@@ -1,0 +1,65 @@
+#include "conelink/resync.h"
+
+#include <string>
+
+#include "conelink/cone_state.h"
+#include "conelink/main_exchange.h"
+#include "core/channels.h"
+#include "forms/main_form.h"
+#include "platform/texts.h"
+#include "platform/yield.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr int kComparedCharacters = 15;
+constexpr std::size_t kShortestReading = 6;
+
+std::string PauseAndSend(const std::string& command) {
+  Main_CommPause();
+  return Main_CommStringCheck(command);
+}
+
+bool Wake() {
+  PauseAndSend("Y");
+  PauseAndSend("X");
+  return !PauseAndSend("X").empty();
+}
+
+void SelectChannels() {
+  // A number that got lost on the wire must not blank the one that names the cone's family.
+  const std::string number = PauseAndSend("C 3 7");
+  if (!number.empty()) cone.ConeId = number;
+  cone.ConeLinkUp = kTrue;
+  Main_CommPause(3);
+  Main_CommStringCheck(cone.ChannelSelectCommand);
+  Main_CommPause(2);
+  Main_CommStringCheck(cone.ChannelSelectCommand);
+  Main_CommPause(2);
+  Main.frmLocalWarning.Visible = false;
+}
+
+bool RepeatsItself() {
+  const std::string first = Main_CommStringCheck("D");
+  Main_CommPause(2);
+  const std::string second = Main_CommStringCheck("D");
+  return second.size() >= kShortestReading &&
+         Left(first, kComparedCharacters) == Left(second, kComparedCharacters);
+}
+
+}  // namespace
+
+void ResyncConeData() {
+  Main.ConeComm.SetInputMode(InputModes::Text);
+  for (;;) {
+    if (Wake()) SelectChannels();
+    if (!RepeatsItself()) break;
+    Yield();
+    Main.lblCommError.Caption = "COMM ERR: duplicate";
+  }
+  sounding.QuitSettleCount = 0;
+}
+
+}  // namespace penlog

@@ -1,0 +1,125 @@
+#include "conelink/resync.h"
+
+#include <gtest/gtest.h>
+
+#include "conelink/link_world.h"
+
+namespace penlog {
+namespace {
+
+class Resync : public ::testing::Test {
+ protected:
+  Resync() {
+    settings.ConeSerialPort = settings.TruckInterfaceSerialPort = 3;
+    cone.ConeId = "DCS0001";
+    cone.ChannelSelectCommand = "Z TF";
+    LinkWorld::Open(Main.ConeComm, 3);
+    far.On("Y", "COPYRIGHT V3.20\r\n");
+    far.On("X", "OK\r\n");
+    far.On("C 3 7", "DSE0042\r\n");
+    far.On("Z TF", "\r\n");
+    far.On("D", " 1.234567 2.345678\r\n");
+  }
+
+  LinkWorld world;
+  ScriptedCone far{world.ports.Wire(3)};
+};
+
+TEST_F(Resync, WakesSelectsTwiceAndReadsUntilTwoReadingsDiffer) {
+  far.Once("D", " 1.234567 2.345678\r\n");
+  far.Once("D", " 1.234568 2.345678\r\n");
+  ResyncConeData();
+  EXPECT_EQ(far.heard,
+            (std::vector<std::string>{"Y", "X", "X", "C 3 7", "Z TF", "Z TF", "D", "D"}));
+  EXPECT_EQ(cone.ConeLinkUp, kTrue);
+  EXPECT_EQ(cone.ConeId, "DSE0042");
+  EXPECT_EQ(Main.lblCommError.Caption, "");
+}
+
+TEST_F(Resync, PausesStandBetweenTheCommands) {
+  far.Once("D", "1 2 3 4 5\r\n");
+  ResyncConeData();
+  const std::vector<int> pauses = {1, 1, 1, 3, 2, 2, 2};  // before each command from the second
+  for (std::size_t i = 0; i < pauses.size(); ++i) {
+    const Micros gap = far.heard_at[i + 1] - far.heard_at[i];
+    EXPECT_GE(gap, pauses[i] * kTick) << far.heard[i + 1];
+  }
+}
+
+TEST_F(Resync, RepeatedReadingsGoRoundAgainAndSaySo) {
+  for (int i = 0; i < 5; ++i) far.Once("D", " 1.234567 2.345678\r\n");
+  far.Once("D", " 9.234567 2.345678\r\n");
+  ResyncConeData();
+  EXPECT_EQ(far.Count("D"), 6);
+  EXPECT_EQ(far.Count("Y"), 3);
+  EXPECT_EQ(Main.lblCommError.Caption, "COMM ERR: duplicate");
+}
+
+TEST_F(Resync, OnlyTheFirst15CharactersAreCompared) {
+  far.Once("D", " 1.234567 2.3456 7\r\n");
+  far.Once("D", " 1.234567 2.3456 8\r\n");
+  far.Once("D", " 1.234567 2.3 1\r\n");
+  far.Once("D", " 1.234567 2.4 1\r\n");
+  ResyncConeData();
+  EXPECT_EQ(far.Count("D"), 4);
+}
+
+TEST_F(Resync, SecondReadingOfFewerThanSixCharactersEndsIt) {
+  const struct {
+    std::string reply;
+    int readings;
+  } rows[] = {{"?\r\n", 2}, {"1234\r\n", 2}};
+  for (const auto& row : rows) {
+    far.heard.clear();
+    far.On("D", row.reply);
+    ResyncConeData();
+    EXPECT_EQ(far.Count("D"), row.readings) << row.reply;
+  }
+  far.heard.clear();
+  far.Once("D", "12345\r\n");  // six with the blank behind it
+  far.Once("D", "12345\r\n");
+  far.On("D", "1\r\n");
+  ResyncConeData();
+  EXPECT_EQ(far.Count("D"), 4);
+}
+
+TEST_F(Resync, SilentConeEndsWithTheLinkDown) {
+  far.silent = true;
+  cone.ConeLinkUp = kTrue;
+  ResyncConeData();
+  EXPECT_EQ(cone.ConeLinkUp, kFalse);
+  EXPECT_EQ(far.Count("C 3 7"), 0);
+  EXPECT_EQ(far.Count("Z TF"), 0);
+  EXPECT_EQ(far.Count("D"), 2);
+}
+
+TEST_F(Resync, NumberThatGetsLostLeavesTheOldOne) {
+  far.On("C 3 7", "");
+  far.Once("D", "1 2 3 4 5\r\n");
+  ResyncConeData();
+  EXPECT_EQ(cone.ConeId, "DCS0001");
+  EXPECT_EQ(cone.ConeLinkUp, kTrue);
+}
+
+TEST_F(Resync, HidesTheStopDialogAndStartsTheSettlingOfTheQuitsAnew) {
+  Main.frmLocalWarning.Visible = true;
+  sounding.QuitSettleCount = 10;
+  far.Once("D", "1 2 3 4 5\r\n");
+  ResyncConeData();
+  EXPECT_FALSE(Main.frmLocalWarning.Visible);
+  EXPECT_EQ(sounding.QuitSettleCount, 0);
+}
+
+TEST_F(Resync, FrozenConeKeepsTheConsoleAliveForHours) {
+  int ticks = 0;
+  Main.Timer1.OnTick = [&ticks] {
+    CountCommTick(Main.CommTick);
+    ++ticks;
+  };
+  PostCall(Now() + 2 * 3600 * kSecond, this, [this] { far.On("D", "1\r\n"); });
+  ResyncConeData();
+  EXPECT_GE(ticks, 2 * 3600 * 1000 / 55 - 1);
+}
+
+}  // namespace
+}  // namespace penlog
