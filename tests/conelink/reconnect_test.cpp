@@ -208,13 +208,15 @@ TEST_F(Reconnect, TruckLinesAreReadAgainWithoutCounting) {
   settings.DepthResolution = 0.01f;
   ConeAt(7);
   Lose();
-  // The lines change unseen: the next two edges are swallowed.
-  world.ports.Wire(4).LoseNextEdge();
-  world.ports.Wire(4).SetLines({false, true, false});
+  // The lines change while nobody hears them.
+  Main.EncoderComm.OnComm = {};
+  sounding.ClampLine = sounding.CountLine = 1;
+  world.ports.Wire(4).SetLines({false, true, true});
+  World::RunFor(kMillisecond);
   Main.EncoderComm.SetDTREnable(true);
-  sounding.ClampLine = 1;
-  sounding.Rebound = 0;
   ReconnectSerial();
+  EXPECT_EQ(sounding.ClampLine, 0);
+  EXPECT_EQ(sounding.CountLine, 0);
   EXPECT_EQ(sounding.DepthCounts, 0);
   EXPECT_FALSE(Main.EncoderComm.DTREnable());
   EXPECT_EQ(sounding.StepsMayBeMissing, kFalse) << "the truck's own port was never away";
