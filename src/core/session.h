@@ -10,6 +10,8 @@ namespace penlog {
 struct SessionState {
   std::string DataDirectory;
   std::int16_t CommaDecimal = 0;             ///< 1 if the locale reads "2.1" as other than 2.1
+  float ScreenScaleX = 1;                    ///< screen width over that of the design, 800
+  float ScreenScaleY = 1;                    ///< screen height over that of the design, 600
   std::int16_t CalibrationMode = 0;          ///< -1 the console serves a calibration check
   std::int16_t CalibrationPlaybackOnly = 0;  ///< -1 no cone found; playback of a check alone
   std::int16_t ReadingsAveraged = 4;         ///< samples in the running average, 1 to 10
@@ -44,9 +46,9 @@ struct SessionState {
   std::array<std::string, 7> SoundingFiles;
 
   // Resume of an unfinished sounding.
-  std::string ResumeConeId;      ///< empty: a new sounding
-  float ResumeDepthStatus = 0;   ///< 0 resume at once, 1.0 wait for the resume depth
-  float ResumeTargetDepth = 0;   ///< m
+  std::string ResumeConeId;     ///< empty: a new sounding
+  float ResumeDepthStatus = 0;  ///< 0 resume at once, 1.0 wait for the resume depth
+  float ResumeTargetDepth = 0;  ///< m
 };
 
 inline SessionState session;
