@@ -68,6 +68,7 @@ void MainForm::ColourValues() {
   for (Label* label : {&lblQuitWarning, &lblQuitStop, &lblQuitFor1, &lblQuitFor2, &lblCommError}) {
     label->ForeColor = kRed;
   }
+  frmQuitWarning.BackColor = kRed;
 }
 
 void MainForm::Released() {

@@ -1,0 +1,126 @@
+#include "platform/qt/mirror.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPixmap>
+
+#include "platform/qt/widget_acts.h"
+
+namespace penlog {
+
+namespace {
+
+/// Lays out and paints what is due, without taking anything of the operator's.
+void Settle() {
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                  QEventLoop::ExcludeSocketNotifiers);
+}
+
+/// Lays `above` over the middle of the picture.
+void LayOver(QPixmap& picture, QWidget& above) {
+  const QPixmap top = above.grab();
+  QPainter painter(&picture);
+  painter.fillRect(picture.rect(), QColor(0, 0, 0, 120));
+  painter.drawPixmap((picture.width() - top.width()) / 2, (picture.height() - top.height()) / 2,
+                     top);
+}
+
+}  // namespace
+
+WindowMirror::WindowMirror() {
+  later_.setSingleShot(true);
+  QObject::connect(&later_, &QTimer::timeout, &later_, [this] { Follow(); });
+}
+
+FormWindow& WindowMirror::WindowOf(Form& form) {
+  auto& window = windows_[form.Name()];
+  if (window == nullptr) window = std::make_unique<FormWindow>(form);
+  return *window;
+}
+
+void WindowMirror::Frame() {
+  const qint64 since = since_frame_.isValid() ? since_frame_.elapsed() : kFrameMs;
+  if (since >= kFrameMs) {
+    Follow();
+  } else if (!later_.isActive()) {
+    later_.start(static_cast<int>(kFrameMs - since));
+  }
+}
+
+void WindowMirror::Follow() {
+  later_.stop();
+  since_frame_.start();
+  ++frames_;
+  for (Form* form : AllForms()) {
+    const bool known = windows_.count(form->Name()) > 0;
+    if (form->Visible || (known && !WindowOf(*form).isHidden())) WindowOf(*form).Follow();
+  }
+  FollowOrder();
+  boxes_.Follow(FrontWindow());
+}
+
+void WindowMirror::FollowOrder() {
+  if (ShownForms() == order_) return;
+  order_ = ShownForms();
+  if (QGuiApplication::platformName() == "offscreen") return;  // knows no order of windows
+  for (Form* form : order_) WindowOf(*form).raise();
+  if (FormWindow* front = FrontWindow()) front->activateWindow();
+}
+
+FormWindow* WindowMirror::FrontWindow() {
+  return ShownForms().empty() ? nullptr : &WindowOf(*ShownForms().back());
+}
+
+bool WindowMirror::Shot(const std::string& form_name, const std::string& file, int width,
+                        int height) {
+  Follow();
+  Form* form = form_name.empty() ? nullptr : FindForm(form_name);
+  if (form_name.empty() && !ShownForms().empty()) form = ShownForms().back();
+  if (form == nullptr || !form->Visible) return false;
+  FormWindow& window = WindowOf(*form);
+  const QSize before = window.size();
+  if (width > 0 && height > 0) window.resize(window.SizeOn({width, height}));
+  Settle();
+  Follow();  // places in fractions follow the new size
+  QPixmap picture = window.grab();
+  QWidget* box = form == ShownForms().back() ? boxes_.Front() : nullptr;
+  if (box != nullptr) LayOver(picture, *box);
+  window.resize(before);
+  return picture.save(QString::fromStdString(file), "PNG");
+}
+
+bool WindowMirror::Act(const OperatorAction& action, std::string& why) {
+  Follow();
+  Settle();
+  if (!action.form->Visible) {
+    why = "the screen is not visible";
+    return false;
+  }
+  FormWindow& window = WindowOf(*action.form);
+  if (action.kind == ActionKind::Close) {
+    window.close();
+    return true;
+  }
+  // A finger that is down comes up in any case.
+  why = action.kind == ActionKind::Release ? std::string() : WhyRefused(action);
+  ControlMirror* mirror = window.MirrorOf(*action.control);
+  if (mirror == nullptr) why = "the control has no widget";
+  return why.empty() && ActOnWidget(window, *mirror, action, why);
+}
+
+bool WindowMirror::PressBoxButton(BoxAnswer answer, std::string& why) {
+  Follow();
+  return boxes_.Press(answer, why);
+}
+
+std::vector<std::string> MirrorMismatches() {
+  std::vector<std::string> all;
+  for (Form* form : AllForms()) {
+    const FormWindow window(*form);
+    all.insert(all.end(), window.Mismatches().begin(), window.Mismatches().end());
+  }
+  return all;
+}
+
+}  // namespace penlog

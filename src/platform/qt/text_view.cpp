@@ -1,0 +1,86 @@
+#include "platform/qt/text_view.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <algorithm>
+
+#include "platform/qt/look.h"
+
+namespace penlog {
+
+TextView::TextView(QWidget* parent) : QWidget(parent) {
+  SetColours(Look().readout_text, Look().readout_ground);
+}
+
+void TextView::SetText(const QString& text) {
+  if (text == text_) return;
+  text_ = text;
+  update();
+}
+
+void TextView::SetColours(const QColor& text, const QColor& ground) {
+  text_colour_ = text;
+  ground_colour_ = ground;
+  update();
+}
+
+void TextView::SetBold(bool bold) {
+  bold_ = bold;
+  update();
+}
+
+int TextView::Gap() const {
+  return plain_ ? 0 : std::max(2, height() / 8);
+}
+
+int TextView::Alignment() const {
+  const int side = centred_ ? Qt::AlignHCenter : leading_ ? Qt::AlignLeft : Qt::AlignRight;
+  return side | Qt::AlignVCenter | Qt::TextSingleLine;
+}
+
+QRect TextView::TextRect() const {
+  return rect().adjusted(Gap(), 0, -Gap(), 0);
+}
+
+QFont TextView::FittingFont() const {
+  QFont fitting = font();
+  if (bold_) fitting.setBold(true);
+  const QRect room = TextRect();
+  int pixels = fitting.pixelSize() > 0 ? fitting.pixelSize() : QFontMetrics(fitting).ascent();
+  if (fill_) pixels = std::max(8, room.height());
+  const QString longest = fill_ && sample_.size() > text_.size() ? sample_ : text_;
+  fitting.setPixelSize(pixels);
+  const QFontMetrics metrics(fitting);
+  const double wide =
+      static_cast<double>(room.width()) / std::max(1, metrics.horizontalAdvance(longest));
+  const double high = static_cast<double>(room.height()) / std::max(1, metrics.height());
+  const double share = std::min({wide, high, 1.0});
+  fitting.setPixelSize(std::max(6, static_cast<int>(pixels * share)));
+  return fitting;
+}
+
+QSize TextView::sizeHint() const {
+  const QFontMetrics metrics(font());
+  return {metrics.horizontalAdvance(sample_) + 2 * Gap(), metrics.height() + 4};
+}
+
+QSize TextView::minimumSizeHint() const {
+  const QSize hint = sizeHint();
+  return {hint.width() / 2, hint.height() * 2 / 3};
+}
+
+void TextView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  if (!plain_) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground_colour_);
+    const double radius = std::min(6.0, height() / 6.0);
+    painter.drawRoundedRect(rect(), radius, radius);
+  }
+  painter.setFont(FittingFont());
+  painter.setPen(isEnabled() ? text_colour_ : Look().faint);
+  painter.drawText(TextRect(), Alignment(), text_);
+}
+
+}  // namespace penlog

@@ -1,0 +1,12 @@
+// The tests of the windows run without a display.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  QApplication::setStyle("fusion");
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
