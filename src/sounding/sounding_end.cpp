@@ -1,0 +1,68 @@
+#include "sounding/sounding_end.h"
+
+#include "conelink/cone_state.h"
+#include "core/channels.h"
+#include "core/message.h"
+#include "forms/main_form.h"
+#include "forms/restart_form.h"
+#include "forms/setup_display_form.h"
+#include "forms/setup_sounding_form.h"
+#include "forms/warning_form.h"
+#include "platform/boxes.h"
+#include "platform/host.h"
+#include "platform/runtime_fault.h"
+#include "platform/yield.h"
+#include "sounding/held_rows.h"
+#include "sounding/sounding_files.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+bool TellNotClosed(const std::string& reason) {
+  PostBox(
+      "THE SOUNDING IS NOT CLOSED YET, ITS FILES CANNOT BE WRITTEN.  NOTHING IS LOST.  FREE SOME "
+      "ROOM ON THE DISK AND PRESS TAKE BASELINE OR NO BASELINE AGAIN.  " +
+      reason);
+  return false;
+}
+
+}  // namespace
+
+bool CloseSounding() {
+  if (cone.DelayRows > sounding.RowCount) {
+    return WriteAllHeld() || TellNotClosed("");
+  }
+  if (!WriteClosingRows()) return TellNotClosed("");
+  try {
+    MarkSoundingDone();
+  } catch (const RuntimeFault& fault) {
+    return TellNotClosed(fault.what());
+  }
+  return true;
+}
+
+void ExitProgram() {
+  Main.Timer1.Stop();
+  frmWarning.Timer1.Stop();
+  frmWarning.Timer2.Stop();
+  for (Form* form : {static_cast<Form*>(&frmWarning), static_cast<Form*>(&SetupDisplay),
+                     static_cast<Form*>(&SetupSounding), static_cast<Form*>(&frmZOLRestart)}) {
+    Unload(*form);
+  }
+  Show(frmZOLRestart);
+  frmZOLRestart.Modal = true;  // the console behind it has nothing left to do
+  sounding.ExitUnderWay = kTrue;
+}
+
+void frmZOLRestart_cmdYes_Click() {
+  if (!TheHost().StartSelf()) Tell("PENLOG COULD NOT BE STARTED AGAIN.  START IT BY HAND.");
+  EndProgram();
+}
+
+void frmZOLRestart_cmdNo_Click() {
+  EndProgram();
+}
+
+}  // namespace penlog

@@ -1,0 +1,150 @@
+#include "sounding/sounding_end.h"
+
+#include "forms/restart_form.h"
+#include "forms/setup_display_form.h"
+#include "forms/setup_sounding_form.h"
+#include "forms/warning_form.h"
+#include "platform/files.h"
+#include "sounding/console.h"
+#include "sounding/row_text.h"
+#include "sounding/sounding_files.h"
+
+namespace penlog {
+namespace {
+
+constexpr const char* kTemporary = "/data/TemporaryData.txt";
+constexpr const char* kCpt = "/data/s.cpt";
+
+struct Ended : Console {
+  explicit Ended(int rows, int delay = 0) {
+    cone.DelayRows = channels.ChannelDelayRows(2) = static_cast<std::int16_t>(delay);
+    CreateSoundingFiles();
+    for (int i = 0; i < rows; ++i) {
+      ++sounding.RowCount;
+      RecordRow();
+    }
+    sounding.ConsoleMode = 1;
+  }
+};
+
+TEST(CloseSounding, MarksTheSoundingDone) {
+  Ended ended(3);
+  EXPECT_TRUE(CloseSounding());
+  EXPECT_EQ(ReadFile(kTemporary), "DONE\r\n");
+  EXPECT_EQ(ReadFile(kCpt), CptHeader() + AlignedRow(1) + AlignedRow(2) + AlignedRow(3));
+}
+
+TEST(CloseSounding, WithDelayWritesTheRowsHeldBack) {
+  Ended ended(3, 3);
+  EXPECT_TRUE(CloseSounding());
+  EXPECT_EQ(ReadFile(kCpt), CptHeader() + FlushRow(1, 3) + FlushRow(2, 3) + FlushRow(3, 3));
+  EXPECT_EQ(ReadFile(kTemporary), "DONE\r\n");
+}
+
+TEST(CloseSounding, WithFewerRowsThanTheDelayWritesNothingAndStaysUnfinished) {
+  Ended ended(2, 3);
+  sounding.CloseWithFinalBaseline = -1;
+  const std::string before = ReadFile(kTemporary);
+  EXPECT_TRUE(CloseSounding());
+  EXPECT_EQ(ReadFile(kCpt), CptHeader());
+  EXPECT_EQ(ReadFile(kTemporary), before);
+}
+
+TEST(CloseSounding, TheFinalBaselineIsTheReadingsAndTheHeaderKeepsItsOwn) {
+  Ended ended(1);
+  sounding.Readings(1) = 7.0f;
+  sounding.CloseWithFinalBaseline = -1;
+  CloseSounding();
+  EXPECT_EQ(ReadFile(kCpt), CptHeader() + AlignedRow(1) + FinalBaselineLine());
+  EXPECT_EQ(channels.Baselines(1), 0.0f);
+}
+
+TEST(CloseSounding, OnAFullDiskIsNotDoneAndCanBeRepeatedWithoutDoubling) {
+  Ended ended(3, 2);
+  sounding.CloseWithFinalBaseline = -1;
+  const std::string temporary = ReadFile(kTemporary);
+  ended.disk.SetRoom(0);
+  EXPECT_FALSE(CloseSounding());
+  EXPECT_FALSE(CloseSounding());
+  EXPECT_EQ(ReadFile(kTemporary), temporary);
+  EXPECT_FALSE(OpenBoxes().empty());
+  ended.disk.SetRoom(-1);
+  EXPECT_TRUE(CloseSounding());
+  EXPECT_EQ(ReadFile(kCpt),
+            CptHeader() + AlignedRow(3) + FlushRow(2, 3) + FlushRow(3, 3) + FinalBaselineLine());
+  EXPECT_EQ(ReadFile(kTemporary), "DONE\r\n");
+}
+
+/// Notes the order in which files reach the disk.
+class OrderedDisk : public MemoryDisk {
+ public:
+  Handle OpenAppend(const std::string& path) override {
+    last_appended = path;
+    return MemoryDisk::OpenAppend(path);
+  }
+  void Sync(Handle handle) override {
+    order += "sync " + last_appended + ";";
+    MemoryDisk::Sync(handle);
+  }
+  void Rename(const std::string& from, const std::string& to) override {
+    order += "rename to " + to + ";";
+    MemoryDisk::Rename(from, to);
+  }
+  std::string order;
+  std::string last_appended;
+};
+
+TEST(CloseSounding, WritesDoneOnlyAfterTheCptFileIsSynced) {
+  Console console;
+  OrderedDisk disk;
+  UseDisk(&disk);
+  disk.MakeFolder("/data");
+  CreateSoundingFiles();
+  ++sounding.RowCount;
+  RecordRow();
+  disk.order.clear();
+  sounding.CloseWithFinalBaseline = -1;
+  CloseSounding();
+  EXPECT_EQ(disk.order.find("sync /data/s.cpt;"), 0u) << disk.order;
+  EXPECT_NE(disk.order.find("rename to /data/TemporaryData.txt;"), std::string::npos);
+}
+
+TEST(ExitProgram, StopsTheTimersUnloadsTheScreensAndAsks) {
+  Ended ended(1);
+  Show(Main);
+  Show(frmWarning);
+  LoadForm(SetupDisplay);
+  LoadForm(SetupSounding);
+  Main.Timer1.Start();
+  frmWarning.Timer1.Start();
+  frmWarning.Timer2.Start();
+  ExitProgram();
+  EXPECT_FALSE(Main.Timer1.Running());
+  EXPECT_FALSE(frmWarning.Timer1.Running());
+  EXPECT_FALSE(frmWarning.Timer2.Running());
+  EXPECT_FALSE(frmWarning.Loaded);
+  EXPECT_FALSE(SetupDisplay.Loaded);
+  EXPECT_FALSE(SetupSounding.Loaded);
+  EXPECT_TRUE(frmZOLRestart.Visible);
+  EXPECT_EQ(sounding.ExitUnderWay, -1);
+  OperatorAction action;
+  action.form = &Main;
+  action.control = &Main.cmdExit;
+  action.stamp = StampOf(Main, &Main.cmdExit);
+  EXPECT_NE(WhyRefused(action), "") << "nothing behind the question takes an action";
+}
+
+TEST(Restart, NoEndsTheProgram) {
+  Console console;
+  EXPECT_THROW(frmZOLRestart_cmdNo_Click(), ProgramEnd);
+  EXPECT_TRUE(console.host.started.empty());
+}
+
+TEST(Restart, YesStartsTheConsoleAnewAndEnds) {
+  Console console;
+  EXPECT_THROW(frmZOLRestart_cmdYes_Click(), ProgramEnd);
+  EXPECT_EQ(console.host.started, std::vector<std::string>{"itself"});
+}
+
+}  // namespace
+}  // namespace penlog
