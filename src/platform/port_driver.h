@@ -62,6 +62,7 @@ class PortDriver {
   /// The lines as read at the opening.
   virtual ModemLines Lines() const = 0;
   /// False while the opening is still under way (a network port's settings are not acknowledged).
+  /// Raises a `RuntimeFault` with the reason when the opening has failed.
   virtual bool Ready() const { return true; }
 };
 

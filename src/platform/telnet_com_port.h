@@ -118,6 +118,8 @@ class TelnetParser {
 
   explicit TelnetParser(TelnetReceiver& receiver) : receiver_(receiver) {}
   void Feed(std::string_view bytes);
+  /// Begins a new stream.
+  void Reset() { state_ = State::Data; }
 
  private:
   enum class State { Data, Command, Option, Sub, SubCommand };

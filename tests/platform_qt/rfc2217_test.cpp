@@ -1,0 +1,331 @@
+// The client of network ports against our own server, in real time on loopback.
+#include <QElapsedTimer>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include "network_world.h"
+#include "platform/timer.h"
+
+namespace penlog {
+namespace {
+
+/// What the far end of the wire heard, in order.
+struct HeardWire {
+  explicit HeardWire(WireEnd& wire) {
+    wire.OnOpened = [this](const PortSettings& settings) {
+      opened = settings;
+      log.push_back("opened");
+    };
+    wire.OnClosed = [this] { log.push_back("closed"); };
+    wire.OnBreak = [this](bool on) { log.push_back(on ? "break" : "break off"); };
+    wire.OnOutputs = [this](bool dtr, bool rts) {
+      log.push_back(std::string("outputs") + (dtr ? " DTR" : "") + (rts ? " RTS" : ""));
+    };
+    wire.OnBytes = [this](std::string_view text) { bytes += text; };
+  }
+  PortSettings opened;
+  std::vector<std::string> log;
+  std::string bytes;
+};
+
+struct Rfc2217 : testing::Test {
+  Rfc2217() { world.ports.servers[5] = {"127.0.0.1", server.Port()}; }
+
+  NetworkWorld world;
+  Rfc2217Server server{world.clock};
+  HeardWire far{server};
+  HeardPort near{5};
+};
+
+TEST_F(Rfc2217, OpeningSetsAndAcknowledgesTheSettings) {
+  for (const char* settings : {"19200,N,8,1", "300,E,7,2", "115200,O,8,1", "9600,M,5,1"}) {
+    HeardPort port(5, settings);
+    port.port.Open();
+    EXPECT_TRUE(port.port.PortOpen());
+    EXPECT_TRUE(world.Until([&] { return far.opened == ParsePortSettings(settings); })) << settings;
+    port.port.Close();
+  }
+}
+
+TEST_F(Rfc2217, OutputsAreFalseAtOpeningAndDroppedAtTheEnd) {
+  near.port.Open();
+  near.port.SetDTREnable(true);
+  near.port.SetRTSEnable(true);
+  near.port.SetBreak(true);
+  EXPECT_TRUE(world.Until([&] { return far.log.size() >= 5; }));
+  near.port.Close();
+  EXPECT_TRUE(world.Until([&] { return !far.log.empty() && far.log.back() == "closed"; }));
+  EXPECT_EQ(far.log,
+            (std::vector<std::string>{"opened", "outputs", "outputs DTR", "outputs DTR RTS",
+                                      "break", "break off", "outputs RTS", "outputs", "closed"}));
+}
+
+TEST_F(Rfc2217, EveryByteValuePassesBothWays) {
+  near.port.Open();
+  const std::string bytes = AllByteValues() + "\xFF\xFF\r\n" + AllByteValues();
+  near.port.Output(bytes);
+  server.Send(bytes);
+  EXPECT_TRUE(world.Until(
+      [&] { return far.bytes.size() >= bytes.size() && near.bytes.size() >= bytes.size(); }));
+  EXPECT_EQ(far.bytes, bytes);
+  EXPECT_EQ(near.bytes, bytes);
+}
+
+TEST_F(Rfc2217, LinesThatStandAtOpeningAreKnownWithoutAnEdge) {
+  server.SetLines({true, false, true});
+  near.port.Open();
+  EXPECT_TRUE(near.port.CTSHolding());
+  EXPECT_FALSE(near.port.DSRHolding());
+  EXPECT_TRUE(near.port.CDHolding());
+  world.RunFor(50 * kMillisecond);
+  EXPECT_EQ(near.port.EdgeCount(), 0);
+  EXPECT_TRUE(near.heard.empty());
+}
+
+TEST_F(Rfc2217, EachEdgeIsOneEventInOrder) {
+  near.port.Open();
+  server.SetLines({true, true, true});
+  server.SetLines({true, false, true});
+  server.SetLines({});
+  EXPECT_TRUE(world.Until([&] { return near.port.EdgeCount() >= 6; }));
+  EXPECT_EQ(near.heard,
+            (std::vector<int>{kCommCts, kCommDsr, kCommCd, kCommDsr, kCommCts, kCommCd}));
+  EXPECT_EQ(near.port.EdgesLostCount(), 0);
+  EXPECT_FALSE(near.port.EdgesArePolled());
+}
+
+TEST_F(Rfc2217, EdgeAndBackWithOneSwallowedIsCountedAsLost) {
+  near.port.Open();
+  server.LoseNextEdge();
+  server.SetLines({true, false, false});
+  server.SetLines({});
+  EXPECT_TRUE(world.Until([&] { return near.port.EdgesLostCount() > 0; }));
+  EXPECT_EQ(near.port.EdgesLostCount(), 1);
+  EXPECT_EQ(near.port.EdgeCount(), 0);
+  server.SetLines({true, false, false});
+  EXPECT_TRUE(world.Until([&] { return near.port.EdgeCount() == 1; }));
+  EXPECT_TRUE(near.port.CTSHolding());
+  EXPECT_EQ(near.port.EdgesLostCount(), 1);
+}
+
+TEST_F(Rfc2217, ClearedInputDropsDataAndKeepsEdges) {
+  near.port.Open();
+  server.Send("stale reply\r");
+  server.SetLines({true, false, false});
+  world.clock.Collect();  // the server's bytes leave
+  world.clock.Collect();  // and are in the client's socket or the queue
+  near.port.ClearInBuffer();
+  EXPECT_TRUE(world.Until([&] { return near.port.EdgeCount() == 1; }));
+  EXPECT_EQ(near.bytes, "");
+  server.Send("fresh");
+  EXPECT_TRUE(world.Until([&] { return near.bytes == "fresh"; }));
+}
+
+TEST_F(Rfc2217, LostConnectionIsToldOnceAfterWhatCameBefore) {
+  near.port.Open();
+  server.Send("last words");
+  server.SetLines({true, false, false});
+  world.clock.Collect();
+  server.SetPresent(false);
+  EXPECT_TRUE(world.Until([&] { return near.port.Gone(); }));
+  EXPECT_EQ(near.bytes, "last words");
+  world.RunFor(50 * kMillisecond);
+  EXPECT_EQ(near.heard, (std::vector<int>{kCommReceive, kCommCts, kCommPortGone}));
+  EXPECT_TRUE(near.port.PortOpen());
+  EXPECT_FALSE(ThePorts().Exists(5));
+  near.port.Output("into the void");
+  near.port.SetDTREnable(true);
+  near.port.ClearInBuffer();
+  EXPECT_THROW(near.port.SetBreak(true), RuntimeFault);
+  near.port.Close();
+}
+
+TEST_F(Rfc2217, ServerThatComesBackExistsAndOpensAgain) {
+  near.port.Open();
+  server.SetPresent(false);
+  EXPECT_TRUE(world.Until([&] { return near.port.Gone(); }));
+  EXPECT_FALSE(ThePorts().Exists(5));
+  server.SetPresent(true);
+  server.SetLines({false, true, false});
+  EXPECT_TRUE(world.Until([&] { return ThePorts().Exists(5); }, 3 * kSecond));
+  near.port.Close();
+  near.port.Open();
+  EXPECT_TRUE(near.port.DSRHolding());
+  EXPECT_EQ(near.port.EdgeCount(), 0);
+}
+
+TEST_F(Rfc2217, VanishedClientDropsItsOutputs) {
+  QTcpSocket client;
+  client.connectToHost("127.0.0.1", static_cast<quint16>(server.Port()));
+  ASSERT_TRUE(client.waitForConnected(1000));
+  std::string wire = TelnetNegotiation(kTelnetWill, kTelnetComPort);
+  wire += ComPortMessage(kComSetBaud, BaudValue(19200));
+  for (int command = 2; command <= 4; ++command) {
+    wire += ComPortMessage(static_cast<std::uint8_t>(command), std::uint8_t{0});
+  }
+  wire += ComPortMessage(kComSetControl, kControlRtsOn);
+  client.write(wire.data(), static_cast<qint64>(wire.size()));
+  EXPECT_TRUE(world.Until([&] { return far.log.size() == 3; }));
+  client.abort();
+  EXPECT_TRUE(world.Until([&] { return far.log.size() == 5; }));
+  EXPECT_EQ(far.log,
+            (std::vector<std::string>{"opened", "outputs", "outputs RTS", "outputs", "closed"}));
+}
+
+TEST_F(Rfc2217, SecondClientIsSentAway) {
+  near.port.Open();
+  HeardPort second(5);
+  EXPECT_NE(FaultOfOpening(second.port), "") << "the same driver list knows it is in use";
+  Rfc2217Ports other_program(world.clock);
+  NetworkPortList other_list(other_program);
+  other_list.servers = world.ports.servers;
+  UsePorts(&other_list);
+  const std::string fault = FaultOfOpening(second.port);
+  UsePorts(&world.ports);
+  EXPECT_NE(fault.find("closed the connection"), std::string::npos) << fault;
+  server.Send("still there");
+  EXPECT_TRUE(world.Until([&] { return near.bytes == "still there"; }));
+}
+
+TEST_F(Rfc2217, NoServerMeansNoPort) {
+  server.SetPresent(false);
+  EXPECT_FALSE(ThePorts().Exists(5));
+  const std::string fault = FaultOfOpening(near.port);
+  EXPECT_NE(fault.find("rfc2217://127.0.0.1:"), std::string::npos) << fault;
+  EXPECT_FALSE(near.port.PortOpen());
+}
+
+TEST_F(Rfc2217, FirstQuestionFindsAServerThatStands) {
+  EXPECT_TRUE(ThePorts().Exists(5));
+  EXPECT_TRUE(far.log.empty()) << "a trial is no opening";
+}
+
+TEST_F(Rfc2217, AskingForAllNumbersTakesUnderFiveMilliseconds) {
+  for (int number = 1; number <= 255; ++number) {
+    world.ports.servers[number] = {"127.0.0.1", number % 2 == 0 ? server.Port() : 9};
+  }
+  for (int number = 1; number <= 255; ++number) ThePorts().Exists(number);
+  QElapsedTimer since;
+  since.start();
+  int there = 0;
+  for (int number = 1; number <= 255; ++number) there += ThePorts().Exists(number) ? 1 : 0;
+  EXPECT_LT(since.nsecsElapsed(), 5'000'000);
+  EXPECT_EQ(there, 127);
+}
+
+/// A server that answers as the test says.
+struct OddServer {
+  explicit OddServer(std::function<void(QTcpSocket&)> greet) {
+    listener.listen(QHostAddress::LocalHost);
+    QObject::connect(&listener, &QTcpServer::newConnection, &listener, [this, greet] {
+      client = listener.nextPendingConnection();
+      greet(*client);
+    });
+  }
+  NetworkAddress Address() const { return {"127.0.0.1", listener.serverPort()}; }
+  static void Say(QTcpSocket& to, const std::string& wire) {
+    to.write(wire.data(), static_cast<qint64>(wire.size()));
+  }
+  QTcpServer listener;
+  QTcpSocket* client = nullptr;
+};
+
+TEST_F(Rfc2217, ServerWithoutThePortOptionIsRefusedWithAReason) {
+  OddServer odd([](QTcpSocket& client) {
+    OddServer::Say(client, TelnetNegotiation(kTelnetDont, kTelnetComPort));
+  });
+  world.ports.servers[5] = odd.Address();
+  const std::string fault = FaultOfOpening(near.port);
+  EXPECT_NE(fault.find("no control of its serial port"), std::string::npos) << fault;
+}
+
+TEST_F(Rfc2217, SettingsThatTheServerChangesAreRefused) {
+  OddServer odd([](QTcpSocket& client) {
+    OddServer::Say(client, TelnetNegotiation(kTelnetDo, kTelnetComPort) +
+                               ComPortMessage(101, BaudValue(9600)));
+  });
+  world.ports.servers[5] = odd.Address();
+  const std::string fault = FaultOfOpening(near.port);
+  EXPECT_NE(fault.find("refuses \"19200,N,8,1\""), std::string::npos) << fault;
+  EXPECT_FALSE(near.port.PortOpen());
+}
+
+TEST_F(Rfc2217, SilentServerIsGivenUpAfterTwoSeconds) {
+  OddServer odd([](QTcpSocket&) {});
+  world.ports.servers[5] = odd.Address();
+  const Micros before = Now();
+  EXPECT_NE(FaultOfOpening(near.port), "");
+  EXPECT_GT(Now() - before, 1900 * kMillisecond);
+  EXPECT_LT(Now() - before, 2400 * kMillisecond);
+  EXPECT_FALSE(near.port.PortOpen());
+}
+
+TEST_F(Rfc2217, OnlyTheSettingsNeedAnswers) {
+  OddServer odd([](QTcpSocket& client) {
+    std::string wire = TelnetNegotiation(kTelnetDo, kTelnetComPort);
+    wire += ComPortMessage(101, BaudValue(19200)) + ComPortMessage(102, std::uint8_t{8}) +
+            ComPortMessage(103, std::uint8_t{1}) + ComPortMessage(104, std::uint8_t{1});
+    OddServer::Say(client, wire);
+  });
+  world.ports.servers[5] = odd.Address();
+  EXPECT_EQ(FaultOfOpening(near.port), "");
+  OddServer::Say(*odd.client, ComPortMessage(107, std::uint8_t{0x10}));
+  EXPECT_TRUE(world.Until([&] { return near.port.CTSHolding(); }));
+  EXPECT_EQ(near.port.EdgeCount(), 0) << "a first notification without changes is no edge";
+  OddServer::Say(*odd.client, ComPortMessage(107, std::uint8_t{0xBB - 0x20}));
+  EXPECT_TRUE(world.Until([&] { return near.port.EdgesLostCount() == 2; }))
+      << "CTS and DSR are said to have changed and stand as before";
+  EXPECT_EQ(near.port.EdgeCount(), 1);
+  EXPECT_TRUE(near.port.CDHolding());
+}
+
+TEST_F(Rfc2217, SuspendedFlowHoldsTheOutputBack) {
+  OddServer odd([](QTcpSocket& client) {
+    std::string wire = TelnetNegotiation(kTelnetDo, kTelnetComPort);
+    wire += ComPortMessage(101, BaudValue(19200)) + ComPortMessage(102, std::uint8_t{8}) +
+            ComPortMessage(103, std::uint8_t{1}) + ComPortMessage(104, std::uint8_t{1}) +
+            ComPortMessage(108, std::string_view{});
+    OddServer::Say(client, wire);
+  });
+  world.ports.servers[5] = odd.Address();
+  ASSERT_EQ(FaultOfOpening(near.port), "");
+  world.RunFor(20 * kMillisecond);
+  odd.client->readAll();
+  near.port.Output("held");
+  world.RunFor(50 * kMillisecond);
+  EXPECT_EQ(odd.client->readAll().toStdString(), "");
+  OddServer::Say(*odd.client, ComPortMessage(109, std::string_view{}));
+  EXPECT_TRUE(world.Until([&] { return odd.client->bytesAvailable() > 0; }));
+  EXPECT_EQ(odd.client->readAll().toStdString(), "held");
+}
+
+TEST_F(Rfc2217, FloodOfEdgesLosesNoneAndServesAllTicks) {
+  near.port.Open();
+  std::int64_t counted = 0;
+  near.port.OnComm = [&](int event) { counted += event == kCommCts ? 1 : 0; };
+  int ticks = 0;
+  Timer timer("ticks", 55);
+  timer.OnTick = [&] { ++ticks; };
+  timer.Start();
+  std::int64_t sent = 0;
+  std::size_t most_waiting = 0;
+  const Micros begin = Now();
+  while (Now() - begin < kSecond) {
+    for (int i = 0; i < 200 && server.Unsent() < 64 * 1024; ++i, ++sent) {
+      server.SetLines({!server.Lines().cts, false, false});
+    }
+    most_waiting = std::max(most_waiting, TheQueue().Backlog());
+    Yield();
+  }
+  const auto ticks_due = static_cast<int>((Now() - begin) / (55 * kMillisecond));
+  EXPECT_GE(ticks, ticks_due - 1);
+  EXPECT_TRUE(world.Until([&] { return counted >= sent; }, 5 * kSecond));
+  EXPECT_EQ(counted, sent);
+  EXPECT_EQ(near.port.EdgesLostCount(), 0);
+  EXPECT_GT(sent, 16'000);
+  EXPECT_LE(most_waiting, Rfc2217Client::kBacklogLimit + 2048 / 7 + 1);
+  RecordProperty("edges", static_cast<int>(sent));
+}
+
+}  // namespace
+}  // namespace penlog
