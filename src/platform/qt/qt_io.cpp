@@ -4,6 +4,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -23,15 +24,11 @@ int NewEventDescriptor() {
 
 }  // namespace
 
-QtIo::QtIo() : wake_fd_(NewEventDescriptor()) {
-  Watch(wake_fd_, [this] {
-    std::uint64_t count = 0;
-    [[maybe_unused]] const auto got = read(wake_fd_, &count, sizeof count);
-  });
-}
+QtIo::QtIo() : wake_fd_(NewEventDescriptor()), wake_(wake_fd_, QSocketNotifier::Read) {}
 
 QtIo::~QtIo() {
   watched_.clear();
+  wake_.setEnabled(false);
   close(wake_fd_);
 }
 
@@ -71,10 +68,15 @@ void QtIo::Unwatch(int id) {
 
 void QtIo::WakeUp() {
   const std::uint64_t one = 1;
+  const int before = errno;  // a signal handler must leave it as it was
   [[maybe_unused]] const auto put = write(wake_fd_, &one, sizeof one);
+  errno = before;
 }
 
+// Wake-ups are taken before the polls look: what comes after they looked wakes again.
 void QtIo::CollectPolls() {
+  std::uint64_t count = 0;
+  [[maybe_unused]] const auto got = read(wake_fd_, &count, sizeof count);
   std::vector<int> ids;
   for (const auto& poll : polls_) ids.push_back(poll.first);
   for (const int id : ids) {

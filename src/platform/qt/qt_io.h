@@ -49,6 +49,7 @@ class QtIo : public IoWatcher {
   std::map<int, std::function<void()>> polls_;
   int last_id_ = 0;
   int wake_fd_;
+  QSocketNotifier wake_;
 };
 
 }  // namespace penlog
