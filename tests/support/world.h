@@ -10,6 +10,7 @@
 #include "platform/boxes.h"
 #include "platform/host.h"
 #include "platform/memory_disk.h"
+#include "platform/serial_port.h"
 #include "platform/virtual_clock.h"
 #include "platform/virtual_ports.h"
 #include "platform/yield.h"
@@ -29,6 +30,7 @@ struct World {
     ResetForms();
   }
   ~World() {
+    SerialPort::CloseAll();  // while their wires and the clock still stand
     ResetYield();
     ResetBoxes();
     ResetActions();
