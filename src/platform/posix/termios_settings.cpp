@@ -79,7 +79,29 @@ termios RawLine(const PortSettings& settings, speed_t speed) {
   return line;
 }
 
+char ParityOf(tcflag_t flags) {
+  if ((flags & PARENB) == 0) return 'N';
+  const bool odd = (flags & PARODD) != 0;
+  if ((flags & CMSPAR) != 0) return odd ? 'M' : 'S';
+  return odd ? 'O' : 'E';
+}
+
 }  // namespace
+
+PortSettings ReadPortSettings(int fd) {
+  PortSettings settings;
+  termios line{};
+  if (::tcgetattr(fd, &line) != 0) return settings;
+  for (const Speed& speed : kSpeeds) {
+    if (speed.code == ::cfgetospeed(&line)) settings.baud = speed.baud;
+  }
+  for (std::size_t i = 0; i < kDataBits.size(); ++i) {
+    if (kDataBits[i] == (line.c_cflag & CSIZE)) settings.data_bits = static_cast<int>(i) + 5;
+  }
+  settings.parity = ParityOf(line.c_cflag);
+  settings.stop_bits = (line.c_cflag & CSTOPB) != 0 ? 2 : 1;
+  return settings;
+}
 
 bool IsPseudoTerminal(int fd) {
   constexpr unsigned kFirstMajor = 136;  // UNIX98 pseudo terminals, 136 to 143

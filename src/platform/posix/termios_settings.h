@@ -12,6 +12,9 @@ namespace penlog {
 /// for and for settings that the adapter doesn't take up.
 void ApplyPortSettings(int fd, const std::string& path, const PortSettings& settings);
 
+/// What a line is set to; what has no name in `PortSettings` reads as its first value.
+PortSettings ReadPortSettings(int fd);
+
 /// True for the program's side of a pseudo terminal, which has no line behind it.
 bool IsPseudoTerminal(int fd);
 
