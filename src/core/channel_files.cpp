@@ -54,7 +54,7 @@ void ReadNature(ValueReader& reader, int channel) {
   channels.ChannelComputed(channel) = reader.ReadInteger();
   channels.ChannelLetter(channel) = reader.ReadString();
   const std::int16_t subtract = reader.ReadInteger();
-  if (subtract < 0 || subtract > kChannels) {
+  if (subtract > kChannels) {  // below 0: nothing is subtracted, and the value isn't shown
     Refuse(NameOf(channel) + ": channel " + PlainNumber(subtract) + " to subtract does not exist");
   }
   channels.SubtractChannel(channel) = subtract;

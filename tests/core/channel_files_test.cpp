@@ -132,7 +132,6 @@ TEST_F(ChannelFiles, WithABadValueNameFileAndPlace) {
   for (const Row& row :
        {Row{4, "yes", "Channel5.txt, line 4: a whole number was expected, found \"yes\""},
         Row{6, "31", "Channel5.txt: channel 31 to subtract does not exist"},
-        Row{6, "-1", "Channel5.txt: channel -1 to subtract does not exist"},
         Row{11, "\"\"", "Channel5.txt, line 11: a number was expected"},
         Row{13, "1e99", "Channel5.txt, line 13: a number was expected, found \"1e99\""},
         Row{14, "x", "Channel5.txt, line 14: a whole number was expected, found \"x\""},
@@ -147,9 +146,17 @@ TEST_F(ChannelFiles, WithABadValueNameFileAndPlace) {
     ASSERT_EQ(world.boxes.texts.size(), 1U) << row.told;
     EXPECT_EQ(world.boxes.texts[0].find(row.told), 0U) << world.boxes.texts[0];
     EXPECT_EQ(channels.ChannelPresent(5), kTrue);
-    EXPECT_GE(channels.SubtractChannel(5), 0);
     EXPECT_LE(channels.SubtractChannel(5), 30);
   }
+}
+
+TEST_F(ChannelFiles, MayNameANegativeChannelToSubtract) {
+  auto values = ChannelValues();
+  values[5] = "-1";
+  Put(5, values);
+  LoadChannelFiles();
+  EXPECT_EQ(Told(), "");
+  EXPECT_EQ(channels.SubtractChannel(5), -1);
 }
 
 TEST_F(ChannelFiles, WithElevenUnitsAreToldAndTheFirstTenKept) {

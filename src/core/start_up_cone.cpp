@@ -1,0 +1,122 @@
+#include "core/start_up_cone.h"
+
+#include <string>
+
+#include "conelink/cone_state.h"
+#include "conelink/identification.h"
+#include "conelink/plain_exchange.h"
+#include "conelink/reply_order.h"
+#include "core/channels.h"
+#include "core/error_trap.h"
+#include "core/message.h"
+#include "core/session.h"
+#include "core/settings.h"
+#include "core/settings_file.h"
+#include "core/start_up_buttons.h"
+#include "core/start_up_ports.h"
+#include "forms/cone_settings_form.h"
+#include "forms/start_up_form.h"
+#include "platform/numbers.h"
+#include "platform/runtime_fault.h"
+#include "platform/yield.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr int kAttemptsBetweenScans = 5;
+constexpr int kModules = 9;
+
+void OpenConePort() {
+  Trapped([] { StartUp.ConeComm.Close(); });
+  Trapped([] { StartUp.ConeComm.SetCommPort(settings.ConeSerialPort); });
+  Trapped([] { StartUp.ConeComm.SetSettings("19200,N,8,1"); });
+  Trapped([] { StartUp.ConeComm.Open(); });
+  StartUp.ConeComm.SetInputMode(InputModes::Text);
+}
+
+void ReadModules() {
+  if (settings.DiscoverAddOnModules != 1 || !session.ResumeConeId.empty()) return;
+  for (int module = 1; module <= kModules; ++module) {
+    StartUp.lblLoad.Caption = "Looking For Module (" + LeadingBlankNumber(module) + ")";
+    Trapped([&] { ReadModuleSettings(module); });
+  }
+}
+
+/// One attempt. What it could not make of the cone's memory goes into `fault`.
+void AskCone(int attempt, std::string& fault) {
+  OpenConePort();
+  StartUp.lblLoad.Caption = attempt <= 2 ? "LOOKING FOR CONE" : "CONE NOT FOUND. CHECKING PORTS";
+  try {
+    ReadConeSettings();
+  } catch (const RuntimeFault& found) {
+    fault = found.what();
+  }
+  ReadModules();
+  Trapped([] { AssignReplyPositions(); });
+  Trapped([] { StartUp.ConeComm.Close(); });
+}
+
+/// The calibration screen, opened here for playback, isn't built yet.
+void GoOnWithPlaybackOnly() {
+  for (int channel = 1; channel <= 18; ++channel) channels.ChannelPresent(channel) = kFalse;
+  Tell("No Cone Found. Press OK To Proceed To Cabilibration Check (Playback Only).");
+  session.CalibrationPlaybackOnly = kTrue;
+  OfferAnotherTry();
+}
+
+void ShowReport() {
+  ShowModal(frmConeSettings);
+  EndStatus();
+  Hide(StartUp);
+}
+
+/// A cone that answers and whose memory makes no sense is not asked again by itself.
+void RefuseCone(const std::string& fault) {
+  Tell("THE CONE'S SETTINGS CANNOT BE READ. PROGRAM CANNOT CONTINUE.  " + fault);
+  sounding.ConsoleMode = 0;
+  OfferAnotherTry();
+}
+
+/// An interface on the cone's own port goes where the cone goes; another is proved again.
+bool FollowConePort(int old_port, bool shared) {
+  if (shared) {
+    settings.TruckInterfaceSerialPort = settings.ConeSerialPort;
+    return true;
+  }
+  bool changed = false;
+  return ProveTruckPort(settings.ConeSerialPort != old_port, changed);
+}
+
+bool SearchAllPorts() {
+  const int old_port = settings.ConeSerialPort;
+  const bool shared = settings.TruckInterfaceSerialPort == old_port;
+  if (!FindConePort() || !FollowConePort(old_port, shared)) return false;
+  SaveKQSettings();
+  KeepStartPorts();
+  return true;
+}
+
+void BreakLink() {
+  Yield();
+  StartUp_CommBreak();
+  Trapped([] { StartUp.ConeComm.Close(); });
+}
+
+}  // namespace
+
+void LookForCone() {
+  std::string fault;
+  for (int attempt = 1;; ++attempt) {
+    AskCone(attempt, fault);
+    const bool found = cone.ConeLinkUp == kTrue;
+    if (!found && session.CalibrationMode == kTrue) return GoOnWithPlaybackOnly();
+    if (found) return ShowReport();
+    if (sounding.ConsoleMode == 1) return RefuseCone(fault);
+    BreakLink();
+    if (attempt % kAttemptsBetweenScans == 0 && !SearchAllPorts()) return;
+  }
+}
+
+}  // namespace penlog
