@@ -67,7 +67,7 @@ void PictureView::paintEvent(QPaintEvent*) {
 }
 
 void PictureView::resizeEvent(QResizeEvent*) {
-  Clear();
+  if (store_.deviceIndependentSize().toSize() != size()) Clear();
 }
 
 void PictureView::Point(const QPointF& place, bool clicked) const {

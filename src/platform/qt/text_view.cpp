@@ -30,7 +30,7 @@ void TextView::SetBold(bool bold) {
 }
 
 int TextView::Gap() const {
-  return plain_ ? 0 : std::max(2, height() / 8);
+  return plain_ ? 0 : std::max(2, fontMetrics().height() / 4);
 }
 
 int TextView::Alignment() const {
