@@ -26,6 +26,8 @@ class PtyWire : public WireEnd {
   PtyWire& operator=(const PtyWire&) = delete;
 
   const std::string& Link() const { return link_; }
+  /// The master's descriptor; -1 while the wire is out.
+  int Descriptor() const { return master_.Get(); }
   /// The link's name from the next plugging in on, at once if the wire is out: the adapter comes
   /// back under another number.
   void SetLink(std::string link);
