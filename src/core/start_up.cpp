@@ -16,6 +16,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/port_driver.h"
+#include "platform/texts.h"
 #include "platform/value_reader.h"
 #include "platform/yield.h"
 #include "sounding/sounding_state.h"
@@ -35,7 +36,7 @@ std::string UnfinishedSounding() {
     ValueReader reader("TemporaryData.txt", ReadFile(session.SoundingFiles[0]));
     first_line = reader.ReadLine();
   });
-  return first_line == "DONE" ? "" : first_line;
+  return Trim(first_line) == "DONE" ? "" : first_line;
 }
 
 void TellOfUnfinishedSounding() {

@@ -8,6 +8,7 @@
 #include "conelink/scripted_cone.h"
 #include "core/channel_files.h"
 #include "forms/cone_settings_form.h"
+#include "sounding/reading_values.h"
 #include "sounding/sounding_state.h"
 #include "tests/core/sample_cone.h"
 #include "tests/core/start_up_world.h"
@@ -133,6 +134,22 @@ TEST_F(StartUpCone, WithAConeRecordButNoChannelFileIsPresentWithEmptyLabels) {
   EXPECT_EQ(channels.ChannelPresent(12), kTrue);
   EXPECT_EQ(channels.ChannelLabel(0, 12), "");
   EXPECT_EQ(channels.ChannelLabel(1, 12), "");
+}
+
+TEST_F(StartUpCone, HasAMeaningfulChannel19OnlyWith6And7) {
+  Plug(3, TipAndSleeve() + SampleRecord(6, 'I') + SampleRecord(7, 'J'));
+  Start();
+  channels.ChannelFullScale(19) = 20;  // degrees at 100
+  EXPECT_FLOAT_EQ(InclinationOf(30, 40), 10);
+  cones_.clear();
+  ResetForms();
+  channels = ChannelState{};
+  channels.ChannelPresent(19) = kTrue;
+  Show(StartUp);
+  Plug(3);
+  Start();
+  EXPECT_EQ(channels.ChannelPresent(19), kTrue) << "as its file says";
+  EXPECT_FALSE(InclinationOf(30, 40) > 0) << "no number that a limit could be held against";
 }
 
 TEST_F(StartUpCone, ModulesAreLookedForWhereTheSettingsSay) {

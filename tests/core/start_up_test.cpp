@@ -82,8 +82,9 @@ TEST_F(StartUpScreen, StartTellsOfAnUnfinishedSounding) {
     const char* temporary;
     bool told;
   };
-  for (const Row& row : {Row{"/soundings/A(001).cpt\r\nA(001)\r\n", true}, Row{"DONE\r\n", false},
-                         Row{"DONE", false}, Row{"", false}, Row{"DONE.cpt\r\n", true}}) {
+  for (const Row& row :
+       {Row{"/soundings/A(001).cpt\r\nA(001)\r\n", true}, Row{"DONE\r\n", false},
+        Row{"DONE", false}, Row{"DONE \n", false}, Row{"", false}, Row{"DONE.cpt\r\n", true}}) {
     world.boxes.texts.clear();
     world.disk.Put("/data/TemporaryData.txt", row.temporary);
     StartUp_cmdStart_Click();
