@@ -1,6 +1,8 @@
 // The report page on what the cone and its modules say of themselves.
 #pragma once
 
+#include <functional>
+
 #include "forms/control.h"
 #include "forms/form.h"
 
@@ -12,6 +14,9 @@ struct ConeSettingsForm : Form {
   /// The report, a line each; columns apart by at least two blanks.
   Label lblReport{*this, "lblReport"};
   Button cmdClose{*this, "cmdClose", "CLOSE"};
+
+  /// Enters the console's loop, which doesn't return; filled by the program's wiring.
+  std::function<void()> RunMainloop;
 };
 
 inline ConeSettingsForm frmConeSettings;

@@ -1,0 +1,46 @@
+#include "conelink/cone_settings_report.h"
+
+#include "conelink/cone_settings_text.h"
+#include "conelink/cone_state.h"
+#include "core/channels.h"
+#include "core/session.h"
+#include "forms/cone_settings_form.h"
+#include "forms/main_form.h"
+#include "forms/setup_sounding_form.h"
+#include "forms/start_up_form.h"
+#include "platform/boxes.h"
+#include "platform/yield.h"
+
+namespace penlog {
+
+namespace {
+
+/// The start screen's timer has nothing more to wait for.
+void GoToConsole() {
+  StartUp.Timer1.Stop();
+  Hide(StartUp);
+  Show(Main);
+  frmConeSettings.RunMainloop();
+}
+
+}  // namespace
+
+void ConeSettingsOpen() {
+  if (!session.ResumeConeId.empty() && session.ResumeConeId != cone.ConeId) {
+    MsgBox("Cone #" + session.ResumeConeId +
+           " is required to resume the last sounding.  Please attach it and restart the program.");
+    EndProgram();
+  }
+  frmConeSettings.lblReport.Caption = ConeSettingsReport();
+}
+
+void frmConeSettings_cmdClose_Click() {
+  Unload(frmConeSettings);
+  if (session.CalibrationMode == kTrue || !session.ResumeConeId.empty()) {
+    GoToConsole();
+  } else {
+    Show(SetupSounding);
+  }
+}
+
+}  // namespace penlog
