@@ -1,0 +1,359 @@
+#include "rig/truck.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/clock.h"
+#include "platform/numbers.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr Micros kFlipTime = 200;
+constexpr double kNanometresPerMicro = 1000.0;  // of 1 m/s
+
+std::int64_t LineBits(ModemLines lines) {
+  return (lines.cts ? 1 : 0) + (lines.dsr ? 2 : 0) + (lines.cd ? 4 : 0);
+}
+
+double ToMetres(Nanometres way) {
+  return static_cast<double>(way) / static_cast<double>(kNanometresPerMetre);
+}
+
+}  // namespace
+
+Truck::Truck(const TruckSetup& setup, RigFaults& faults, RigLog& log)
+    : EventTarget("truck"),
+      setup_(setup),
+      faults_(faults),
+      log_(log),
+      counter_(setup.counter, setup.direction, ToNanometres(setup.resolution)) {
+  PlaceTip(setup.start_depth);
+  lines_.dsr = true;
+}
+
+Truck::~Truck() {
+  DropCalls(this);
+}
+
+void Truck::Attach(WireEnd* wire) {
+  wire_ = wire;
+  if (wire_ != nullptr) wire_->SetLines(lines_);
+}
+
+void Truck::Tell(std::string text) {
+  log_.Add({Now(), RigLogKind::Motion, 0, Depth(), 0, std::move(text)});
+}
+
+// The lines.
+
+void Truck::SendLines() {
+  ModemLines lines = counter_.Lines(lines_);
+  if (flipped_) lines.cd = !lines.cd;
+  if (lines == lines_) return;
+  lines_ = lines;
+  const bool lost = faults_.Strikes(FaultName::EdgeLost, Now());
+  if (wire_ != nullptr) {
+    if (lost) wire_->LoseNextEdge();
+    wire_->SetLines(lines_);
+  }
+  log_.Add({Now(), RigLogKind::Edge, LineBits(lines_), Depth(), 0, lost ? "lost" : ""});
+}
+
+void Truck::SetClamp(bool closed) {
+  if (lines_.dsr == closed) return;
+  ModemLines lines = lines_;
+  lines.dsr = closed;
+  lines_ = lines;
+  if (wire_ != nullptr) wire_->SetLines(lines_);
+  log_.Add({Now(), RigLogKind::Edge, LineBits(lines_), Depth(), 0, closed ? "clamp" : "open"});
+}
+
+bool Truck::SetPressure(bool on) {
+  if (setup_.counter == CounterType::Encoder || !setup_.pressure_switch) return false;
+  if (lines_.cts == on) return true;
+  lines_.cts = on;
+  if (wire_ != nullptr) wire_->SetLines(lines_);
+  log_.Add(
+      {Now(), RigLogKind::Edge, LineBits(lines_), Depth(), 0, on ? "pressure" : "no pressure"});
+  return true;
+}
+
+void Truck::Chatter(int pairs) {
+  Tell("line CD chatters");
+  Flip(2 * pairs);
+}
+
+void Truck::Flip(int left) {
+  if (left <= 0) return;
+  flipped_ = !flipped_;
+  SendLines();
+  PostCall(Now() + kFlipTime, this, [this, left] { Flip(left - 1); });
+}
+
+void Truck::TakeOutputs(bool dtr, bool rts) {
+  if (dtr == dtr_ && rts == rts_) return;
+  dtr_ = dtr;
+  const bool rts_changed = std::exchange(rts_, rts) != rts;
+  log_.Add({Now(), RigLogKind::Output, (dtr ? 1 : 0) + (rts ? 2 : 0), Depth(), 0, ""});
+  if (!rts_changed) return;
+  if (rts && running_ && !plan_.empty() && plan_.front().hydraulic) {
+    Halt();
+    Tell("halted by RTS");
+  } else if (!rts && !running_ && Busy()) {
+    Tell("released by RTS");
+    Continue();
+  }
+}
+
+void Truck::TakeReading(Micros sampled) {
+  if (!running_ || plan_.empty() || plan_.front().kind != PlanStep::Kind::Hold) return;
+  if (sampled < begun_ || --replies_left_ > 0) return;
+  EndStep();
+  Continue();
+}
+
+// Orders.
+
+void Truck::Push(double metres) {
+  target_ = std::max(target_, tip_) + ToNanometres(metres);
+  Tell("push to " + Format(ToMetres(target_), "0.000"));
+  if (plan_.empty()) Continue();
+}
+
+/// In a hold the tip stands one step ahead of the counter: the counter passes it now.
+void Truck::CatchUp() {
+  for (const PlanStep& step : plan_) {
+    if (step.kind != PlanStep::Kind::Travel || step.counter <= 0 || step.tip != 0) continue;
+    counter_at_ += step.counter;
+    while (counter_.NextDown() <= counter_at_) {
+      counter_.PassDown();
+      SendLines();
+    }
+  }
+}
+
+void Truck::Drop() {
+  Halt();
+  if (!plan_.empty() && plan_.front().kind != PlanStep::Kind::Travel) CatchUp();
+  plan_.clear();
+}
+
+void Truck::Stop() {
+  Drop();
+  holds_left_ = 0;
+  target_ = tip_;
+  SetPressure(false);
+  Tell("stop");
+}
+
+void Truck::RodBreak() {
+  Drop();
+  Add(RodBreakPlan(setup_, Stroke()));
+}
+
+void Truck::Lift(double metres) {
+  Drop();
+  holds_left_ = 0;
+  Tell("lift by " + Format(metres, "0.000"));
+  Add(LiftPlan(setup_, ToNanometres(metres)));
+}
+
+void Truck::Hold(int steps, int replies, double metres) {
+  holds_left_ = steps;
+  hold_replies_ = replies;
+  hold_way_ = ToNanometres(metres);
+  Tell("hold " + PlainNumber(steps) + " steps");
+  if (plan_.empty()) Continue();
+}
+
+void Truck::PlaceTip(double metres) {
+  tip_ = start_ = deepest_ = target_ = ToNanometres(metres);
+}
+
+void Truck::Add(const Plan& plan) {
+  const bool idle = plan_.empty();
+  plan_.insert(plan_.end(), plan.begin(), plan.end());
+  if (idle) Continue();
+}
+
+// The steps.
+
+Nanometres Truck::Room() const {
+  return WholeSteps(setup_, setup_.rod_length) - Stroke();
+}
+
+Plan Truck::NextPlan() {
+  if (holds_left_ > 0) {
+    if (Room() < hold_way_) return RodBreakPlan(setup_, Stroke());
+    --holds_left_;
+    target_ = std::max(target_, tip_ + hold_way_);
+    return HoldPlan(setup_, hold_way_, hold_replies_);
+  }
+  if (target_ <= tip_) return {};
+  if (Room() <= 0) return RodBreakPlan(setup_, Stroke());
+  return PushPlan(setup_, std::min(target_ - tip_, Room()));
+}
+
+/// False when nothing is left to do.
+bool Truck::PlanMore() {
+  const Plan plan = NextPlan();
+  plan_.insert(plan_.end(), plan.begin(), plan.end());
+  return !plan.empty();
+}
+
+void Truck::Continue() {
+  while (!running_) {
+    if (plan_.empty() && !PlanMore()) {
+      SetPressure(false);
+      Tell("stands");
+      return;
+    }
+    if (rts_ && plan_.front().hydraulic) return;
+    if (Begin()) return;
+    plan_.pop_front();
+  }
+}
+
+/// False when the step is done at once.
+bool Truck::Begin() {
+  const PlanStep& step = plan_.front();
+  begun_ = Now();
+  switch (step.kind) {
+    case PlanStep::Kind::Travel:
+      return BeginTravel();
+    case PlanStep::Kind::Wait:
+      running_ = true;
+      PostAt(begun_ + std::llround(step.seconds * static_cast<double>(kSecond)));
+      return true;
+    case PlanStep::Kind::Hold:
+      running_ = true;
+      replies_left_ = step.replies;
+      return true;
+    case PlanStep::Kind::Clamp:
+      SetClamp(step.on);
+      return false;
+    case PlanStep::Kind::Pressure:
+      SetPressure(step.on);
+      return false;
+    case PlanStep::Kind::Tell:
+      Tell(step.text);
+      return false;
+  }
+  return false;
+}
+
+bool Truck::BeginTravel() {
+  const PlanStep& step = plan_.front();
+  const Nanometres way = std::max(std::abs(step.counter), std::abs(step.tip));
+  if (way == 0) return false;
+  const double micros = static_cast<double>(way) / (step.speed * kNanometresPerMicro);
+  length_ = std::max<Micros>(1, static_cast<Micros>(std::ceil(micros)));
+  running_ = true;
+  PostNext();
+  return true;
+}
+
+Nanometres Truck::Along(Nanometres from, Nanometres way, Micros time) const {
+  const double part = static_cast<double>(time - begun_) / static_cast<double>(length_);
+  return from + std::llround(static_cast<double>(way) * std::clamp(part, 0.0, 1.0));
+}
+
+Micros Truck::TimeAt(Nanometres counter) const {
+  const double way = static_cast<double>(plan_.front().counter);
+  const double part = static_cast<double>(counter - counter_at_) / way;
+  return begun_ + static_cast<Micros>(std::ceil(part * static_cast<double>(length_)));
+}
+
+void Truck::PostAt(Micros time) {
+  Event event;
+  event.kind = EventKind::Call;
+  event.target = this;
+  event.number = ++generation_;
+  TheQueue().Post(time, std::move(event));
+}
+
+/// The next line change of the travel under way, or its end; never now, so that time goes on.
+void Truck::PostNext() {
+  const PlanStep& step = plan_.front();
+  const Nanometres end = counter_at_ + step.counter;
+  Micros time = begun_ + length_;
+  if (step.counter > 0 && counter_.NextDown() <= end) {
+    time = std::min(time, TimeAt(counter_.NextDown()));
+  } else if (step.counter < 0 && counter_.NextUp() >= end) {
+    time = std::min(time, TimeAt(counter_.NextUp()));
+  }
+  PostAt(std::max(time, Now() + 1));
+}
+
+void Truck::PassEdges(Micros until) {
+  const PlanStep& step = plan_.front();
+  const Nanometres here = Along(counter_at_, step.counter, until);
+  while (step.counter > 0 && counter_.NextDown() <= here) {
+    counter_.PassDown();
+    SendLines();
+  }
+  while (step.counter < 0 && counter_.NextUp() >= here) {
+    counter_.PassUp();
+    SendLines();
+  }
+}
+
+void Truck::Handle(const Event& event) {
+  if (event.number != generation_ || !running_ || plan_.empty()) return;
+  if (plan_.front().kind == PlanStep::Kind::Travel) {
+    PassEdges(Now());
+    if (Now() < begun_ + length_) {
+      PostNext();
+      return;
+    }
+  }
+  EndStep();
+  Continue();
+}
+
+void Truck::EndStep() {
+  const PlanStep step = plan_.front();
+  if (step.kind == PlanStep::Kind::Travel) {
+    counter_at_ += step.counter;
+    tip_ += step.tip;
+    deepest_ = std::max(deepest_, tip_);
+    if (step.new_stroke) {
+      stroke_start_ = counter_at_;
+      target_ = tip_;
+    }
+  }
+  plan_.pop_front();
+  running_ = false;
+}
+
+/// Freezes the step under way; a travel leaves its rest to be travelled.
+void Truck::Halt() {
+  ++generation_;
+  if (!running_) return;
+  running_ = false;
+  PlanStep& step = plan_.front();
+  if (step.kind != PlanStep::Kind::Travel) return;
+  PassEdges(Now());
+  const Nanometres counter = Along(counter_at_, step.counter, Now());
+  const Nanometres tip = Along(tip_, step.tip, Now());
+  step.counter -= counter - counter_at_;
+  step.tip -= tip - tip_;
+  counter_at_ = counter;
+  tip_ = tip;
+  deepest_ = std::max(deepest_, tip_);
+}
+
+double Truck::Depth() const {
+  const bool travels = running_ && !plan_.empty() && plan_.front().kind == PlanStep::Kind::Travel;
+  return ToMetres(travels ? Along(tip_, plan_.front().tip, Now()) : tip_);
+}
+
+TipPlace Truck::Place() const {
+  const double depth = Depth();
+  return {depth, ToMetres(start_), std::max(depth, ToMetres(deepest_))};
+}
+
+}  // namespace penlog
