@@ -72,8 +72,9 @@ struct SoundingState {
   // Readings and rows; raw cone units.
   ChannelTable<float> Readings;
   std::array<ChannelTable<float>, 11> ReadingWindow;  ///< samples 1 to 10 of each channel
-  std::array<std::string, 31> ReplyTokens;            ///< fields 1 to 30 of the last reply
-  std::int32_t RowCount = 0;                          ///< last row used; row 0 the baselines
+  std::int16_t ReadingsFresh = 0;           ///< -1 a reading was taken since the link last came up
+  std::array<std::string, 31> ReplyTokens;  ///< fields 1 to 30 of the last reply
+  std::int32_t RowCount = 0;                ///< last row used; row 0 the baselines
   RowTable Rows;
   RowColumn RowSpeed;  ///< cm/s
   RowColumn RowQt;     ///< corrected tip resistance in base units

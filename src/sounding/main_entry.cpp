@@ -1,0 +1,104 @@
+#include "sounding/main_entry.h"
+
+#include "conelink/cone_state.h"
+#include "conelink/port_supervision.h"
+#include "core/channels.h"
+#include "core/error_trap.h"
+#include "core/session.h"
+#include "core/settings.h"
+#include "display/display_state.h"
+#include "display/set_display.h"
+#include "forms/main_form.h"
+#include "platform/texts.h"
+#include "sounding/auto_manual.h"
+#include "sounding/quits.h"
+#include "sounding/resume_rebuild.h"
+#include "sounding/sounding_state.h"
+#include "sounding/truck_interface.h"
+
+namespace penlog {
+
+namespace {
+
+void SetDefaults() {
+  sounding.ManualClampState = 1;
+  sounding.QuitSettleCount = 0;
+  SetAutoMode();
+  if (settings.DepthFormat == 1) {
+    Main.Label7.Caption = "ELEVATION";
+    Main.Label72.Caption = "ELEVATION";
+  }
+}
+
+/// True when the port stands open afterwards.
+bool OpenAnew(SerialPort& port, int number, const char* port_settings) {
+  return Trapped([&] {
+    port.Close();
+    port.SetSettings(port_settings);
+    port.SetCommPort(number);
+    port.Open();
+  });
+}
+
+void OpenConeAndOutputs() {
+  Trapped([] { OpenConePort(settings.ConeSerialPort); });
+  if (session.CalibrationMode == kTrue) {
+    OpenAnew(Main.CalibratorComm, settings.CalibratorSerialPort, "19200,N,8,1");
+  }
+  if (settings.ASCIIOutSerialPort > 0 &&
+      !OpenAnew(Main.ASCIIOutComm, settings.ASCIIOutSerialPort, "19200,N,8,1")) {
+    cone.ASCIIPortLost = kTrue;
+  }
+}
+
+void LayOut() {
+  display.GraphAutoScale.fill(-1);
+  display.GraphRedraw.fill(0);
+  SetDisplay();  // clears the ranges of the charts and their shown copies
+}
+
+/// Above 2 no setting is made: the port keeps what it had.
+void OpenTruck() {
+  const bool opened = Trapped([] {
+    Main.EncoderComm.Close();
+    OpenTruckPort(settings.LumenProbePresent < 2    ? "19200,N,8,1"
+                  : settings.LumenProbePresent == 2 ? "9600,N,8,1"
+                                                    : "");
+  });
+  if (!opened) cone.TruckPortLost = kTrue;
+}
+
+void OpenOverlay() {
+  if (settings.LumenProbePresent != 1) return;
+  if (!OpenAnew(Main.VideoOverlayComm, settings.VideoOverlaySerialPort, "9600,N,8,1")) {
+    cone.VideoPortLost = kTrue;
+  }
+  // The overlay's start-up screen is sent here once it stands.
+}
+
+}  // namespace
+
+std::int16_t SettledDualAxis(std::int16_t setting, bool channel8, bool channel9,
+                             const std::string& cone_id) {
+  if (channel8 && channel9) return StartsWith(cone_id, "DPG") ? std::int16_t{0} : setting;
+  return channel8 ? std::int16_t{2} : setting;
+}
+
+void EnterMainloop() {
+  settings.DualAxisSeismic =
+      SettledDualAxis(settings.DualAxisSeismic, channels.ChannelPresent(8) == kTrue,
+                      channels.ChannelPresent(9) == kTrue, cone.ConeId);
+  if (session.CalibrationMode == kTrue) Hide(Main);
+  Main.Timer1.Start();
+  SetDefaults();
+  OpenConeAndOutputs();
+  LayOut();
+  OpenTruck();
+  if (!session.ResumeConeId.empty()) RebuildResumedSounding();
+  ScaleQuitLimits();
+  OpenOverlay();
+  // The calibration check gets its first step here once it stands.
+  sounding.QuitState = 0;
+}
+
+}  // namespace penlog

@@ -1,0 +1,110 @@
+#include "sounding/main_loop.h"
+
+#include "conelink/comm_tick.h"
+#include "conelink/cone_state.h"
+#include "conelink/port_supervision.h"
+#include "conelink/reconnect.h"
+#include "conelink/resync.h"
+#include "core/channels.h"
+#include "forms/main_form.h"
+#include "platform/clock.h"
+#include "platform/runtime_fault.h"
+#include "platform/yield.h"
+#include "sounding/held_rows.h"
+#include "sounding/main_entry.h"
+#include "sounding/port_requests.h"
+#include "sounding/reading_cycle.h"
+#include "sounding/recording_pass.h"
+#include "sounding/sounding_start.h"
+#include "sounding/sounding_state.h"
+#include "sounding/tell_once.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr std::int32_t kMsOfDay = 86'400'000;
+
+void TakeTime() {
+  sounding.ElapsedMs = ElapsedSince(sounding.TimeOriginMs, TimeToMillisecond());
+}
+
+void SuperviseLink() {
+  if (cone.ConePortLost == kTrue) ReconnectSerial();
+  if (cone.ConeLinkUp == kFalse) ReconnectSerial();
+}
+
+void WaitingPass() {
+  if (cone.ConeLinkUp != kTrue) {
+    ResyncConeData();
+    if (cone.ConeLinkUp == kTrue) ShowConeConnected();
+    return;
+  }
+  // In calibration mode the calibrator is read beside the cone here once its screen stands.
+  GetConeData();
+  // While a resume waits for its depth, the screen that shows the way there is kept up here.
+}
+
+void WorkOfMode() {
+  switch (sounding.ConsoleMode) {
+    case 1:
+      return WaitingPass();
+    case 2:
+      return cone.ConeLinkUp == kTrue ? RecordingPass() : LostLinkPass();
+    case 8:
+      return StartRecording();
+    default:
+      return;  // 0 and the seismic steps only keep events running until these stand
+  }
+}
+
+}  // namespace
+
+std::int32_t TimeToMillisecond() {
+  const WallTime wall = TheClock().Wall();
+  return wall.hour * 3'600'000 + wall.minute * 60'000 + wall.second * 1000 + wall.millisecond;
+}
+
+std::int32_t ElapsedSince(std::int32_t origin, std::int32_t now) {
+  return now < origin ? kMsOfDay - origin + now : now - origin;
+}
+
+void Main_Timer1_Timer() {
+  ++sounding.TicksSinceStep;
+  const auto second = static_cast<std::int16_t>(TheClock().Wall().second);
+  if (second != sounding.LastClockSecond) {
+    ++sounding.SecondsCounter;
+    sounding.LastClockSecond = second;
+  }
+  CountCommTick(Main.CommTick);
+}
+
+void MainloopPass() {
+  if (sounding.ExitUnderWay == kTrue) return WaitYield("the answer whether to start again");
+  const Micros start = Now();
+  TakeTime();
+  SuperviseLink();
+  ServePortRequests();
+  Yield();
+  RetryHeld();
+  WorkOfMode();
+  if (Now() == start) {
+    WaitYield("the main loop with nothing to do");
+  } else {
+    Yield();
+  }
+}
+
+void Mainloop() {
+  EnterMainloop();
+  for (;;) {
+    try {
+      MainloopPass();
+    } catch (const RuntimeFault& fault) {
+      TellOnce(fault.what());
+      WaitYield("the pass after a fault");
+    }
+  }
+}
+
+}  // namespace penlog

@@ -1,0 +1,26 @@
+// The heartbeat of the console: one pass after another, each doing what the console's mode says.
+#pragma once
+
+#include <cstdint>
+
+namespace penlog {
+
+/// Entered once, when the operator leaves the display setup or the report page of a resume. Ends
+/// with the program alone. A run-time fault in a pass is told once, and the next pass follows.
+[[noreturn]] void Mainloop();
+
+/// One pass: time, link, port requests, a yield, the mode's work, a yield. A pass in which no time
+/// went by waits for the next event.
+void MainloopPass();
+
+/// The console's 55 ms timer: ticks, seconds and the pauses of the cone link.
+void Main_Timer1_Timer();
+
+/// Local time of day in ms.
+std::int32_t TimeToMillisecond();
+
+/// Milliseconds from `origin` to `now`, both times of day; an earlier time is of the next day. A
+/// second midnight is not told.
+std::int32_t ElapsedSince(std::int32_t origin, std::int32_t now);
+
+}  // namespace penlog

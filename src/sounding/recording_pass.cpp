@@ -1,0 +1,128 @@
+#include "sounding/recording_pass.h"
+
+#include <algorithm>
+#include <string>
+
+#include "conelink/cone_state.h"
+#include "conelink/main_exchange.h"
+#include "conelink/port_supervision.h"
+#include "conelink/resync.h"
+#include "conelink/value_coding.h"
+#include "core/channels.h"
+#include "core/session.h"
+#include "core/settings.h"
+#include "platform/boxes.h"
+#include "platform/numbers.h"
+#include "platform/runtime_fault.h"
+#include "sounding/quits.h"
+#include "sounding/reading_cycle.h"
+#include "sounding/sounding_files.h"
+#include "sounding/sounding_state.h"
+#include "sounding/tell_once.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr float kFirstMetre = 1.0f;  ///< no quits in it
+constexpr float kFiveMetres = 5.0f;
+constexpr double kMostDistancePushed = 262143;  ///< 18 bits
+
+template <class Work>
+void Step(Work&& work) {
+  try {
+    work();
+  } catch (const RuntimeFault& fault) {
+    TellOnce(fault.what());
+  }
+}
+
+float Pushed() {
+  return sounding.CurrentDepth - session.StartDepth;
+}
+
+void SendRestartTestCommand() {
+  if (sounding.RestartCommandPending != kTrue) return;
+  Main_CommStringCheck(cone.ReducedSelectCommand);
+  Main_CommPause();
+  GetConeData();
+  sounding.RestartCommandPending = 0;
+}
+
+void WatchDepth() {
+  if (Pushed() > kFiveMetres && sounding.FiveMetreWord == 0) sounding.FiveMetreWord = 1;
+  if (Pushed() > kFirstMetre && settings.QuitsActive == 1) CheckQuits();
+}
+
+/// The cone must give a new reading before it is tested again, or a link that was brought back
+/// would go down at once on the readings of before, for ever.
+void TakeLinkDown() {
+  cone.ConeLinkUp = kFalse;
+  sounding.ReadingsFresh = kFalse;
+}
+
+}  // namespace
+
+void TakeDueRow() {
+  if (sounding.RecordPending != kTrue || sounding.RestartTestActive != 0) return;
+  sounding.RecordPending = 0;  // first: a row that fails must not be taken twice
+  if (sounding.RowCount >= kMostRows) {
+    sounding.TableFull = kTrue;
+    TellOnce(
+        "THE SOUNDING HOLDS 10000 ROWS, AND THERE IS NO ROOM FOR MORE.  ROWS SO FAR ARE KEPT.  "
+        "STOP THE SOUNDING AND START A NEW ONE.");
+    return;
+  }
+  ++sounding.RowCount;
+  RecordRow();
+  // The strip charts are extended here once they stand.
+}
+
+bool ReadingsAreStale() {
+  if (sounding.RowCount <= 1 || sounding.ReadingsFresh != kTrue) return false;
+  const std::int32_t row = sounding.RowCount - 1;
+  return sounding.Readings(1) == sounding.Rows(row, 2) &&
+         sounding.Readings(2) == sounding.Rows(row, 2) &&
+         sounding.Readings(3) == sounding.Rows(row, 3);
+}
+
+void WriteDistancePushed() {
+  if (cone.DistancePushedPending != kTrue) return;
+  cone.DistancePushedPending = 0;
+  const double distance = IntPart(static_cast<double>(cone.DistancePushed));
+  if (!(distance >= 0 && distance <= kMostDistancePushed)) {
+    PostBox("THE DISTANCE PUSHED, " + PlainNumber(distance) +
+            ", IS NOT WRITTEN TO THE CONE: IT HOLDS 0 TO 262143.");
+    return;
+  }
+  auto value = static_cast<float>(distance);
+  Main_CommStringCheck("W 22 3 " + SingleToBinary(value, 3));
+}
+
+void RecordingPass() {
+  Step(SendRestartTestCommand);
+  Step(WatchDepth);
+  // The restart test's bookkeeping follows here once it stands.
+  Step(TakeDueRow);
+  // The labels of the dissipation's screen and its next reading follow here once they stand.
+  if (ReadingsAreStale()) TakeLinkDown();
+  Step(GetConeData);
+  Step(WriteDistancePushed);
+}
+
+std::int32_t NextRecordOnGrid(float counts, std::int32_t step, std::int32_t next) {
+  const std::int32_t nearest = ToInteger32(static_cast<double>(counts) / step) * step;
+  return counts < static_cast<float>(nearest) ? next : nearest + step;
+}
+
+void LostLinkPass() {
+  ResyncConeData();
+  if (cone.ConeLinkUp != kTrue) return;
+  // The seismic screen gets its buttons back here once it stands.
+  sounding.NextRecordCount =
+      NextRecordOnGrid(sounding.DepthCounts, std::max<std::int32_t>(settings.DepthStepCounts, 1),
+                       sounding.NextRecordCount);
+  ShowConeConnected();
+}
+
+}  // namespace penlog

@@ -1,0 +1,109 @@
+#include "sounding/resume_rebuild.h"
+
+#include "conelink/main_exchange.h"
+#include "core/channels.h"
+#include "core/session.h"
+#include "core/settings.h"
+#include "forms/main_form.h"
+#include "platform/numbers.h"
+#include "sounding/depth_count.h"
+#include "sounding/reading_cycle.h"
+#include "sounding/reading_values.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr int kFillingReadings = 10;
+
+bool IsPresent(int channel) {
+  return channels.ChannelPresent(channel) == kTrue;
+}
+
+void ShowDepth() {
+  const DepthTexts texts =
+      MakeDepthTexts(sounding.CurrentDepth, 0.0f, settings.DepthUnits, settings.DepthFormat);
+  Main.lblDepth.Caption = texts.depth;
+  Main.lblBigDepth.Caption = texts.big;
+  Main.lblRebound.Caption = texts.rebound;
+}
+
+/// The depths of the rows are not negated, whatever the format shows.
+void PlaceDepth() {
+  if (session.ResumeDepthStatus == 0.0f) {
+    sounding.ConsoleMode = 2;
+    sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
+  } else {
+    sounding.ConsoleMode = 1;
+    // The screen with the depth to be reached is shown here once it stands.
+  }
+  ShowDepth();
+}
+
+void SetButtons() {
+  Main.cmdResetQuits.Visible = true;
+  Main.cmdTakeBaseline.Enabled = false;
+  Main.cmdTakeBaseline.Visible = false;
+  Main.cmdExit.Enabled = false;
+  Main.cmdStart.Caption = "STOP";
+  Main.cmdStart.Enabled = true;
+  Main.cmdStart.AlwaysUsable = true;
+  Main.lblBigDepth.Visible = true;
+  // The seismic buttons follow channel 8 here once the seismic test stands.
+}
+
+std::int32_t CountsFromHere(std::int16_t step) {
+  return ToInteger32(static_cast<double>(step) + static_cast<double>(sounding.DepthCounts));
+}
+
+void RebuildDerivedChannels() {
+  if (IsPresent(1) && IsPresent(2)) RebuildFrictionRatio();
+  if (IsPresent(6) && IsPresent(7)) RebuildInclination();
+  if (SoilIsWanted()) RebuildSoilType();
+}
+
+}  // namespace
+
+void RebuildFrictionRatio() {
+  const float ball = BallFactor();
+  for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
+    sounding.Rows(row, 20) =
+        FrictionRatioOf(sounding.Rows(row, 1), sounding.Rows(row, 2), ball).value_or(0.0f);
+  }
+}
+
+void RebuildInclination() {
+  for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
+    sounding.Rows(row, 19) = InclinationOf(sounding.Rows(row, 6), sounding.Rows(row, 7));
+  }
+}
+
+void RebuildSoilType() {
+  for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
+    const SoilTypeAndN found =
+        SoilOf(sounding.Rows(row, 1), sounding.Rows(row, 2), sounding.Rows(row, 3));
+    sounding.Rows(row, 21) = found.zone;
+    sounding.Rows(row, 22) = found.n;
+  }
+}
+
+void RebuildResumedSounding() {
+  if (IsPresent(1) && IsPresent(2)) {
+    for (const int channel : {20, 21, 22}) channels.ChannelPresent(channel) = kTrue;
+  }
+  PlaceDepth();
+  // The dissipation's start depth is set here once it stands.
+  SetButtons();
+  sounding.NextRecordCount = CountsFromHere(settings.DepthStepCounts);
+  sounding.NextPictureCount = CountsFromHere(settings.PictureStepCounts);
+  RebuildDerivedChannels();
+  // The ranges of the charts and the charts themselves follow here once they stand.
+  sounding.SecondsCounter = 0;
+  for (int reading = 0; reading < kFillingReadings; ++reading) {
+    GetConeData();
+    Main_CommPause();
+  }
+}
+
+}  // namespace penlog

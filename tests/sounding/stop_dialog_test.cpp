@@ -1,0 +1,190 @@
+#include "sounding/stop_dialog.h"
+
+#include "forms/restart_form.h"
+#include "sounding/fake_cone.h"
+#include "sounding/sounding_files.h"
+
+namespace penlog {
+namespace {
+
+TEST(StartRequest, AsksForTheStartAndTakesTheTime) {
+  Console console;
+  sounding.ConsoleMode = 1;
+  sounding.ElapsedMs = 5000;
+  Main_cmdStart_Click();
+  EXPECT_EQ(sounding.ConsoleMode, 8);
+  EXPECT_EQ(sounding.TimeOriginMs, (9 * 60 + 30) * 60 * 1000);
+  EXPECT_EQ(sounding.LastStepSeconds, 5.0);
+}
+
+TEST(StartRequest, WithTheLinkLostReportsFirstTheConeEvenIfThePortIsGone) {
+  struct Case {
+    int link, port_lost;
+    const char* message;
+  };
+  const Case cases[] = {
+      {0, 0, "SOUNDING CANNOT BE STARTED WHILE CONE IS DISCONNECTED"},
+      {0, -1, "SOUNDING CANNOT BE STARTED WHILE CONE IS DISCONNECTED"},
+      {-1, -1, "SOUNDING CANNOT BE STARTED WHILE CONE SERIAL PORT IS DISCONNECTED"},
+  };
+  for (const auto& row : cases) {
+    Console console;
+    sounding.ConsoleMode = 1;
+    cone.ConeLinkUp = static_cast<std::int16_t>(row.link);
+    cone.ConePortLost = static_cast<std::int16_t>(row.port_lost);
+    std::vector<std::string> told;
+    PostCall(Now() + kSecond, &console, [&] {
+      told.push_back(FrontBox()->text);
+      AnswerBox(FrontBox()->id, BoxAnswer::Ok);
+    });
+    Main_cmdStart_Click();
+    EXPECT_EQ(told, std::vector<std::string>{row.message});
+    EXPECT_EQ(sounding.ConsoleMode, 1);
+  }
+}
+
+TEST(StopDialog, IsShownAndTheConsoleGoesOnRecording) {
+  Console console;
+  sounding.ConsoleMode = 2;
+  sounding.StopWarningKind = 2;
+  Main.cmdStart.Caption = "STOP";
+  Main_cmdStart_Click();
+  EXPECT_EQ(sounding.ConsoleMode, 2);
+  EXPECT_EQ(sounding.StopWarningKind, 0);
+  EXPECT_TRUE(Main.frmLocalWarning.Visible);
+  EXPECT_EQ(Main.lblWarning.Caption,
+            "Press OK to stop the test (cannot resume later).  Press SUSPEND to suspend the test "
+            "(can resume later).  Press CANCEL to continue with current sounding.");
+  EXPECT_EQ(Main.cmdWarningOK1.Caption, "OK");
+  EXPECT_EQ(Main.cmdWarningOK2.Caption, "SUSPEND");
+  EXPECT_TRUE(Main.cmdWarningOK1.Visible && Main.cmdWarningOK2.Visible &&
+              Main.cmdWarningCancel.Visible);
+}
+
+TEST(StopDialog, CancelContinues) {
+  Console console;
+  sounding.ConsoleMode = 2;
+  Main.cmdStart.Caption = "STOP";
+  Main_cmdStart_Click();
+  Main_cmdWarningCancel_Click();
+  EXPECT_FALSE(Main.frmLocalWarning.Visible);
+  EXPECT_EQ(sounding.ConsoleMode, 2);
+  EXPECT_EQ(cone.DistancePushedPending, 0);
+}
+
+TEST(StopDialog, OkAsksForTheFinalBaseline) {
+  Console console;
+  sounding.ConsoleMode = 2;
+  sounding.CurrentDepth = 3.5f;
+  cone.DistancePushed = 10.0f;
+  Main.frmLocalWarning.Visible = true;
+  Main_cmdWarningOK1_Click();
+  EXPECT_EQ(sounding.ConsoleMode, 1);
+  EXPECT_FLOAT_EQ(cone.DistancePushed, 13.5f);
+  EXPECT_EQ(cone.DistancePushedPending, -1);
+  EXPECT_TRUE(Main.frmTakeFinalBaseline.Visible);
+  EXPECT_FALSE(Main.frmLocalWarning.Visible);
+}
+
+TEST(StopDialog, AStoppedSoundingIsNotStoppedAgain) {
+  Console console;
+  Main.cmdStart.Caption = "STOP";
+  sounding.ConsoleMode = 2;
+  Main_cmdStart_Click();
+  Main_cmdWarningOK1_Click();
+  Main_cmdStart_Click();
+  EXPECT_FALSE(Main.frmLocalWarning.Visible);
+}
+
+TEST(StopDialog, OkAfterAnInterruptedTestGoesOnRecording) {
+  for (const int kind : {1, 2}) {
+    Console console;
+    sounding.ConsoleMode = kind == 2 ? 4 : 2;
+    sounding.StopWarningKind = static_cast<std::int16_t>(kind);
+    sounding.WarningCounter = 3;
+    Main.frmLocalWarning.Visible = true;
+    Main_cmdWarningOK1_Click();
+    EXPECT_EQ(sounding.ConsoleMode, 2) << kind;
+    EXPECT_FALSE(Main.frmLocalWarning.Visible);
+    EXPECT_EQ(sounding.WarningCounter, 0);
+    EXPECT_FALSE(Main.frmTakeFinalBaseline.Visible);
+    EXPECT_EQ(cone.DistancePushedPending, 0);
+  }
+}
+
+TEST(StopDialog, CountsTheRowsThatBecomeDueBehindIt) {
+  Console console;
+  console.OpenPorts();
+  sounding.ConsoleMode = 2;
+  sounding.NextRecordCount = 2;
+  console.EncoderDown(2);
+  EXPECT_EQ(sounding.WarningCounter, 0);
+  Main.frmLocalWarning.Visible = true;
+  console.EncoderDown(4);
+  EXPECT_EQ(sounding.WarningCounter, 2);
+}
+
+TEST(Suspend, ClosesNothingAndAsksForTheRestart) {
+  Console console;
+  CreateSoundingFiles();
+  const std::string temporary = ReadFile("/data/TemporaryData.txt");
+  const std::string cpt = ReadFile("/data/s.cpt");
+  sounding.ConsoleMode = 2;
+  Main_cmdWarningOK2_Click();
+  EXPECT_EQ(sounding.ConsoleMode, 1);
+  EXPECT_TRUE(frmZOLRestart.Visible);
+  EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), temporary);
+  EXPECT_EQ(ReadFile("/data/s.cpt"), cpt);
+}
+
+TEST(Suspend, IsRefusedWhileRowsStandInMemoryAlone) {
+  Console console;
+  CreateSoundingFiles();
+  sounding.ConsoleMode = 2;
+  console.disk.SetRoom(0);
+  ++sounding.RowCount;
+  RecordRow();
+  ResetBoxes();
+  Main_cmdWarningOK2_Click();
+  EXPECT_EQ(sounding.ConsoleMode, 2);
+  EXPECT_FALSE(frmZOLRestart.Visible);
+  EXPECT_EQ(OpenBoxes().size(), 1u);
+  console.disk.SetRoom(-1);
+  Main_cmdWarningOK2_Click();
+  EXPECT_TRUE(frmZOLRestart.Visible);
+}
+
+TEST(FinalBaseline, ButtonsCloseWithAndWithoutIt) {
+  for (const bool with_baseline : {true, false}) {
+    Console console;
+    CreateSoundingFiles();
+    const std::string before = ReadFile("/data/s.cpt");
+    sounding.ConsoleMode = 1;
+    with_baseline ? Main_Command2_Click() : Main_Command3_Click();
+    EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");
+    EXPECT_EQ(ReadFile("/data/s.cpt") == before, !with_baseline);
+    EXPECT_TRUE(frmZOLRestart.Visible);
+  }
+}
+
+TEST(FinalBaseline, OnAFullDiskTheProgramIsNotLeft) {
+  Console console;
+  CreateSoundingFiles();
+  sounding.ConsoleMode = 1;
+  Main.frmTakeFinalBaseline.Visible = true;
+  console.disk.SetRoom(0);
+  Main_Command2_Click();
+  EXPECT_FALSE(frmZOLRestart.Visible);
+  EXPECT_TRUE(Main.frmTakeFinalBaseline.Visible);
+  console.disk.SetRoom(-1);
+  Main_Command2_Click();
+  EXPECT_TRUE(frmZOLRestart.Visible);
+}
+
+TEST(Exit, EndsTheProgramAtOnce) {
+  Console console;
+  EXPECT_THROW(Main_cmdExit_Click(), ProgramEnd);
+}
+
+}  // namespace
+}  // namespace penlog
