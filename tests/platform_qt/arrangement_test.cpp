@@ -65,7 +65,7 @@ QString CutOfView(const TextView& view) {
 }
 
 QString CutOfFrame(const FrameView& frame) {
-  const int needed = QFontMetrics(frame.font()).horizontalAdvance(frame.Caption());
+  const int needed = QFontMetrics(frame.HeadFont()).horizontalAdvance(frame.Caption());
   if (needed <= frame.HeadRect().width()) return {};
   return QString("needs %1, has %2").arg(needed).arg(frame.HeadRect().width());
 }
@@ -159,10 +159,36 @@ TEST(Arrangement, TextsOfASoundingAreNotCutOnAnyDisplay) {
   FillMain();
   RaiseNotices();
   FillSetups();
-  for (Form* form : std::initializer_list<Form*>{&Main, &SetupSounding, &SetupDisplay}) {
+  FillStartUp();
+  SetupDisplay.frmSelectPPType.Visible = true;
+  for (Form* form : std::initializer_list<Form*>{&Main, &StartUp, &SetupSounding, &SetupDisplay}) {
     Show(*form);
     FormWindow window(*form);
     for (const QSize& display : kDisplays) ExpectNothingCut(window, display);
+  }
+}
+
+TEST(Arrangement, TheFinalBaselineQuestionIsNotCut) {
+  World world;
+  FillMain();
+  Main.frmTakeFinalBaseline.Visible = true;
+  Show(Main);
+  FormWindow window(Main);
+  for (const QSize& display : kDisplays) ExpectNothingCut(window, display);
+}
+
+TEST(Arrangement, TheLargeDepthStaysLargeBesideThirtyChannels) {
+  World world;
+  FillMain();
+  ShowChannels(30);
+  Show(Main);
+  FormWindow window(Main);
+  for (const QSize& display : kDisplays) {
+    LayOut(window, display);
+    const QWidget* depth = window.MirrorOf(Main.lblBigDepth)->Widget();
+    EXPECT_GE(depth->height(), window.height() / 12);
+    const QWidget* last = window.MirrorOf(Main.lblChanValue(30))->Widget();
+    EXPECT_GE(last->height(), 12 * window.Scale());
   }
 }
 

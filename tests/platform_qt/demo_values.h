@@ -67,6 +67,18 @@ inline void RaiseNotices() {
       "visible for more than 5 seconds, disconnect and reconnect the cone.";
 }
 
+inline void FillStartUp() {
+  StartUp.frLoad.Visible = true;
+  StartUp.lblLoad.Caption = "CHECKING TRUCK INTERFACE CONNECTION";
+  StartUp.lblStatusIndicator.Caption = ".........";
+  StartUp.lblLastSoundingCone.Caption = "DCS0123";
+  StartUp.lblLastSoundingDepth.Caption = "12.34 m";
+  for (Control* control : std::initializer_list<Control*>{&StartUp.frmResume, &StartUp.cmdResume,
+                                                          &StartUp.cmdSystemSetup}) {
+    control->Visible = true;
+  }
+}
+
 inline void FillSetups() {
   SetupSounding.Drive1.List = {"/"};
   SetupSounding.Drive1.ListIndex = 0;

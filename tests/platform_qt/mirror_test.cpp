@@ -119,17 +119,23 @@ TEST(Mirror, DrawsAtMostThirtyFramesASecond) {
   time.start();
   while (time.elapsed() < 200) world.mirror.Frame();
   const auto frames = world.mirror.Frames() - before;
-  EXPECT_LE(frames, 200 / kFrameMs + 1);
-  EXPECT_GE(frames, 3);
+  EXPECT_LE(frames, time.elapsed() / kFrameMs + 1);
+  EXPECT_GE(frames, 1);
 }
 
 TEST(Mirror, AFrameThatWasTooEarlyIsDrawnByItself) {
   WindowWorld world;
   Show(Main);
   world.mirror.Follow();
-  Main.lblDepth.Caption = "7.000 m";
-  world.mirror.Frame();
-  EXPECT_NE(CaptionOf(world.Find(Main.lblDepth)), "7.000 m");
+  bool too_early = false;  // on a loaded machine a frame's time may have gone by already
+  for (int i = 0; i < 100 && !too_early; ++i) {
+    Main.lblDepth.Caption = std::to_string(i);
+    world.mirror.Follow();
+    Main.lblDepth.Caption = "7.000 m";
+    world.mirror.Frame();
+    too_early = CaptionOf(world.Find(Main.lblDepth)) != "7.000 m";
+  }
+  ASSERT_TRUE(too_early);
   QElapsedTimer time;
   time.start();
   while (time.elapsed() < 1000 && CaptionOf(world.Find(Main.lblDepth)) != "7.000 m") {

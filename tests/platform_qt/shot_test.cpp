@@ -55,6 +55,32 @@ TEST(Shot, ShowsAMiddleOfASounding) {
   EXPECT_TRUE(mirror.Shot("Main", FileFor("Main-notices-1920"), 1920, 1080));
 }
 
+TEST(Shot, ShowsTheFullestScreens) {
+  World world;
+  WindowMirror mirror;
+  FillMain();
+  ShowChannels(30);
+  Show(Main);
+  Main.frmTakeFinalBaseline.Visible = true;
+  EXPECT_TRUE(mirror.Shot("Main", FileFor("Main-thirty-channels"), 800, 600));
+  for (Control* control : frmWarning.Controls()) {
+    if (control->Kind() != ControlKind::Frame) continue;
+    control->Visible = control->Name().find("Warning") != std::string::npos;
+  }
+  Show(frmWarning);
+  EXPECT_TRUE(mirror.Shot("frmWarning", FileFor("frmWarning-all-lost"), 800, 600));
+  FillStartUp();
+  Show(StartUp);
+  EXPECT_TRUE(mirror.Shot("StartUp", FileFor("StartUp-full"), 800, 600));
+  SetupDisplay.frmSelectPPType.Visible = true;
+  SetupDisplay.cmdDone.Enabled = false;
+  Show(SetupDisplay);
+  FillSetups();
+  EXPECT_TRUE(mirror.Shot("SetupDisplay", FileFor("SetupDisplay-pp"), 800, 600));
+  PostBox("Last sounding parameters file missing. Default values loaded");
+  EXPECT_TRUE(mirror.Shot("SetupDisplay", FileFor("SetupDisplay-box"), 1024, 768));
+}
+
 TEST(Shot, OfAHiddenOrUnknownScreenFails) {
   World world;
   WindowMirror mirror;

@@ -27,12 +27,18 @@ void FrameView::SetTone(const QColor& tone) {
   update();
 }
 
+QFont FrameView::HeadFont() const {
+  QFont bold = font();
+  bold.setBold(true);
+  return bold;
+}
+
 int FrameView::HeadHeight() const {
-  return caption_.isEmpty() ? 0 : QFontMetrics(font()).height() * 3 / 2;
+  return caption_.isEmpty() ? 0 : QFontMetrics(HeadFont()).height() * 3 / 2;
 }
 
 QRect FrameView::HeadRect() const {
-  const int gap = QFontMetrics(font()).height() / 2;
+  const int gap = QFontMetrics(HeadFont()).height() / 2;
   return QRect(0, 0, width(), HeadHeight()).adjusted(gap, 0, -gap, 0);
 }
 
@@ -66,7 +72,7 @@ void FrameView::paintEvent(QPaintEvent*) {
     painter.fillRect(QRect(0, 0, width(), HeadHeight()), border);
     painter.restore();
     painter.setPen(tone_.isValid() ? Look().ground : Look().text);
-    painter.setFont(font());
+    painter.setFont(HeadFont());
     painter.drawText(HeadRect(), Qt::AlignLeft | Qt::AlignVCenter, caption_);
   }
   painter.setPen(QPen(border, tone_.isValid() ? 2 : 1));

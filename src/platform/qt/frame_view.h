@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QWidget>
 
 namespace penlog {
@@ -17,6 +18,7 @@ class FrameView : public QWidget {
   void SetCaption(const QString& caption);
   /// Colour of the border and the head line.
   void SetTone(const QColor& tone);
+  QFont HeadFont() const;
   /// Room for the caption.
   QRect HeadRect() const;
 

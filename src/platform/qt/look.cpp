@@ -75,8 +75,7 @@ constexpr char kTexts[] = R"(
   penlog--TextView { font-size: {15}; }
   penlog--TextView[role="value"] { font-size: {20}; font-weight: bold; }
   penlog--TextView[role="caption"] { color: @caption; font-size: {13}; }
-  penlog--FrameView { font-size: {13}; font-weight: bold; }
-  penlog--FrameView > QWidget { font-weight: normal; }
+  penlog--FrameView { font-size: {13}; }
   penlog--ReportView { font-size: {13}; }
 )";
 

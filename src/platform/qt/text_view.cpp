@@ -53,7 +53,7 @@ QFont TextView::FittingFont() const {
   const QFontMetrics metrics(fitting);
   const double wide =
       static_cast<double>(room.width()) / std::max(1, metrics.horizontalAdvance(longest));
-  const double high = static_cast<double>(room.height()) / std::max(1, metrics.height());
+  const double high = static_cast<double>(room.height() & ~1) / std::max(1, metrics.height());
   const double share = std::min({wide, high, 1.0});
   fitting.setPixelSize(std::max(6, static_cast<int>(pixels * share)));
   return fitting;
@@ -66,7 +66,8 @@ QSize TextView::sizeHint() const {
 
 QSize TextView::minimumSizeHint() const {
   const QSize hint = sizeHint();
-  return {hint.width() / 2, hint.height() * 2 / 3};
+  // A text that fills its ground keeps its share; a row of thirty may become small.
+  return {hint.width() / 2, fill_ ? 3 * hint.height() : hint.height() / 2};
 }
 
 void TextView::paintEvent(QPaintEvent*) {
