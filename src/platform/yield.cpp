@@ -140,6 +140,8 @@ void ReportFault(const std::string& text) {
   }
 }
 
+void ForgetEnd() { state.ending = false; }
+
 void ResetYield() {
   state = YieldState{};
   TheQueue().Clear();

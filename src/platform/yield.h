@@ -37,6 +37,9 @@ void OnFault(std::function<void(const std::string& text)> report);
 /// Reports a fault in that way.
 void ReportFault(const std::string& text);
 
+/// The end that was under way is over: a further start of the program in the same process, with
+/// what the outside world has queued.
+void ForgetEnd();
 /// Back to the state before the first yield, the queue emptied; for tests and for `main`.
 void ResetYield();
 
