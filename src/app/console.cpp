@@ -1,0 +1,42 @@
+#include "app/console.h"
+
+#include <string>
+
+#include "app/wiring.h"
+#include "core/instance_lock.h"
+#include "forms/form.h"
+#include "forms/start_up_form.h"
+#include "platform/boxes.h"
+#include "platform/yield.h"
+
+namespace penlog {
+
+namespace {
+
+/// A fault that no routine took is told once, not again for each pass of a loop that meets it.
+void TellFault(const std::string& text) {
+  const std::string message = "RUN-TIME FAULT: " + text;
+  for (const auto& box : OpenBoxes()) {
+    if (box.text == message) return;
+  }
+  PostBox(message);
+}
+
+}  // namespace
+
+void RunConsole(const std::function<void()>& at_end) {
+  OnFault(TellFault);
+  WireScreens();
+  try {
+    Show(StartUp);
+    for (;;) WaitYield("the operator");
+  } catch (const ProgramEnd&) {
+    if (at_end) at_end();
+    // Unloading stops the timers, lowers the output lines and closes the ports.
+    ResetForms();
+    ResetBoxes();
+    ReleaseInstanceLock();
+  }
+}
+
+}  // namespace penlog

@@ -1,0 +1,141 @@
+#include "app/wiring.h"
+
+#include "conelink/cone_settings_report.h"
+#include "core/start_up.h"
+#include "core/start_up_load.h"
+#include "display/setup_display.h"
+#include "forms/cone_settings_form.h"
+#include "forms/create_new_directory_form.h"
+#include "forms/main_form.h"
+#include "forms/restart_form.h"
+#include "forms/setup_display_form.h"
+#include "forms/setup_sounding_form.h"
+#include "forms/specify_ascii_out_form.h"
+#include "forms/specify_truck_interface_form.h"
+#include "forms/specify_video_overlay_form.h"
+#include "forms/start_up_form.h"
+#include "forms/warning_form.h"
+#include "platform/yield.h"
+#include "screens/accept_sounding.h"
+#include "screens/connection_status.h"
+#include "screens/create_directory.h"
+#include "screens/setup_sounding.h"
+#include "screens/specify_ports.h"
+#include "sounding/auto_manual.h"
+#include "sounding/main_load.h"
+#include "sounding/main_loop.h"
+#include "sounding/quits.h"
+#include "sounding/sounding_end.h"
+#include "sounding/sounding_start.h"
+#include "sounding/stop_dialog.h"
+#include "sounding/truck_interface.h"
+
+namespace penlog {
+
+namespace {
+
+void WireStartUp() {
+  StartUp.Load = StartUp_Load;
+  StartUp.cmdStart.Click = StartUp_cmdStart_Click;
+  StartUp.cmdCalibrate.Click = StartUp_cmdCalibrate_Click;
+  StartUp.cmdExit.Click = StartUp_cmdExit_Click;
+  StartUp.Timer1.OnTick = StartUp_Timer1_Timer;
+  StartUp.QueryUnload = EndProgram;
+}
+
+void WireConeSettings() {
+  frmConeSettings.Load = ConeSettingsOpen;
+  frmConeSettings.cmdClose.Click = frmConeSettings_cmdClose_Click;
+  frmConeSettings.RunMainloop = Mainloop;
+  frmConeSettings.QueryUnload = frmConeSettings_cmdClose_Click;
+}
+
+void WireSetupSounding() {
+  SetupSounding.Load = SetupSounding_Load;
+  SetupSounding.Drive1.Click = SetupSounding_Drive1_Click;
+  SetupSounding.Dir1.Click = SetupSounding_Dir1_Click;
+  SetupSounding.Dir1.Change = SetupSounding_Dir1_Change;
+  SetupSounding.File1.Click = SetupSounding_File1_Click;
+  SetupSounding.txtFileName.Change = SetupSounding_txtFileName_Change;
+  SetupSounding.txtJobNumber.Change = SetupSounding_txtJobOrHole_Change;
+  SetupSounding.txtHoleNumber.Change = SetupSounding_txtJobOrHole_Change;
+  SetupSounding.cmbFileNaming.Click = SetupSounding_cmbFileNaming_Click;
+  SetupSounding.Command1.Click = SetupSounding_Command1_Click;
+  SetupSounding.Command2.Click = SetupSounding_Command2_Click;
+  SetupSounding.QueryUnload = EndProgram;
+  frmCreateNewDirectory.Load = frmCreateNewDirectory_Load;
+  frmCreateNewDirectory.Command1.Click = frmCreateNewDirectory_Command1_Click;
+  frmCreateNewDirectory.Command2.Click = frmCreateNewDirectory_Command2_Click;
+  frmCreateNewDirectory.QueryUnload = frmCreateNewDirectory_Command2_Click;
+}
+
+void WireSetupDisplay() {
+  SetupDisplay.Load = SetupDisplay_Load;
+  for (int channel = 1; channel <= 30; ++channel) {
+    SetupDisplay.chkRecordChan(channel).Click = [channel] {
+      SetupDisplay_chkRecordChan_Click(channel);
+    };
+    SetupDisplay.chkGraphChan(channel).Click = [channel] {
+      SetupDisplay_chkGraphChan_Click(channel);
+    };
+  }
+  SetupDisplay.cmdClearSelection.Click = SetupDisplay_cmdClearSelection_Click;
+  SetupDisplay.cmdPrevious.Click = SetupDisplay_cmdPrevious_Click;
+  SetupDisplay.cmdDone.Click = SetupDisplay_cmdDone_Click;
+  SetupDisplay.cmdU1PPFilter.Click = SetupDisplay_cmdU1PPFilter_Click;
+  SetupDisplay.cmdU2PPFilter.Click = SetupDisplay_cmdU2PPFilter_Click;
+  SetupDisplay.cmdDoNotRecordPP.Click = SetupDisplay_cmdDoNotRecordPP_Click;
+  SetupDisplay.QueryUnload = EndProgram;
+}
+
+void WireMain() {
+  Main.Load = Main_Load;
+  Main.Timer1.OnTick = Main_Timer1_Timer;
+  Main.EncoderComm.OnComm = Main_EncoderComm_OnComm;
+  Main.ConeComm.OnComm = Main_ConeComm_OnComm;
+  Main.cmdTakeBaseline.Click = Main_cmdTakeBaseline_Click;
+  Main.cmdStart.Click = Main_cmdStart_Click;
+  Main.cmdExit.Click = Main_cmdExit_Click;
+  Main.cmdAuto.Click = Main_cmdAuto_Click;
+  Main.cmdManual.Click = Main_cmdManual_Click;
+  Main.cmdToggleClamp.Click = Main_cmdToggleClamp_Click;
+  Main.cmdResetQuits.Press = Main_cmdResetQuits_Press;
+  Main.cmdResetQuits.Release = Main_cmdResetQuits_Release;
+  Main.cmdWarningOK1.Click = Main_cmdWarningOK1_Click;
+  Main.cmdWarningOK2.Click = Main_cmdWarningOK2_Click;
+  Main.cmdWarningCancel.Click = Main_cmdWarningCancel_Click;
+  Main.Command2.Click = Main_Command2_Click;
+  Main.Command3.Click = Main_Command3_Click;
+  // A window closed during a sounding leaves it resumable: nothing is written, nothing closed.
+  Main.QueryUnload = EndProgram;
+}
+
+void WireSmallScreens() {
+  frmWarning.Load = frmWarning_Load;
+  frmWarning.Timer1.OnTick = frmWarning_Timer1_Timer;
+  frmZOLRestart.cmdYes.Click = frmZOLRestart_cmdYes_Click;
+  frmZOLRestart.cmdNo.Click = frmZOLRestart_cmdNo_Click;
+  frmZOLRestart.QueryUnload = frmZOLRestart_cmdNo_Click;
+  frmSpecifyTruckInterface.cmdSavePort.Click = frmSpecifyTruckInterface_cmdSavePort_Click;
+  frmSpecifyTruckInterface.cmdCancel.Click = frmSpecifyTruckInterface_cmdCancel_Click;
+  frmSpecifyTruckInterface.QueryUnload = frmSpecifyTruckInterface_cmdCancel_Click;
+  frmSpecifyASCIIOut.cmdSavePort.Click = frmSpecifyASCIIOut_cmdSavePort_Click;
+  frmSpecifyASCIIOut.cmdCancel.Click = frmSpecifyASCIIOut_cmdCancel_Click;
+  frmSpecifyASCIIOut.QueryUnload = frmSpecifyASCIIOut_cmdCancel_Click;
+  frmSpecifyVideoOverlay.cmdSavePort.Click = frmSpecifyVideoOverlay_cmdSavePort_Click;
+  frmSpecifyVideoOverlay.cmdCancel.Click = frmSpecifyVideoOverlay_cmdCancel_Click;
+  frmSpecifyVideoOverlay.QueryUnload = frmSpecifyVideoOverlay_cmdCancel_Click;
+}
+
+}  // namespace
+
+void WireScreens() {
+  WireStartUp();
+  WireConeSettings();
+  WireSetupSounding();
+  WireSetupDisplay();
+  WireMain();
+  WireSmallScreens();
+}
+
+}  // namespace penlog
