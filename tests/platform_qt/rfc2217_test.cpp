@@ -1,9 +1,14 @@
 // The client of network ports against our own server, in real time on loopback.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QElapsedTimer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 
 #include "network_world.h"
+#include "platform/posix/pty_wire.h"
 #include "platform/timer.h"
 
 namespace penlog {
@@ -325,6 +330,47 @@ TEST_F(Rfc2217, FloodOfEdgesLosesNoneAndServesAllTicks) {
   EXPECT_GT(sent, 16'000);
   EXPECT_LE(most_waiting, Rfc2217Client::kBacklogLimit + 2048 / 7 + 1);
   RecordProperty("edges", static_cast<int>(sent));
+}
+
+TEST_F(Rfc2217, FloodOnOnePortStarvesNeitherNetworkNorLocalPorts) {
+  const QTemporaryDir folder;
+  PtyWire local(world.clock.io(), folder.filePath("local").toStdString());
+  std::string local_bytes;
+  local.OnBytes = [&](std::string_view bytes) { local_bytes += bytes; };
+  const int fd = ::open(local.Link().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+  ASSERT_GE(fd, 0);
+  std::string at_terminal;
+  // As the driver of local ports does: no reading while the queue is full.
+  const int watch = world.clock.io().Watch(fd, [&] {
+    char bytes[64];
+    if (TheQueue().Backlog() > Rfc2217Client::kBacklogLimit) return;
+    const auto count = ::read(fd, bytes, sizeof bytes);
+    if (count > 0) at_terminal.append(bytes, static_cast<std::size_t>(count));
+  });
+  Rfc2217Server cone(world.clock);
+  world.ports.servers[6] = {"127.0.0.1", cone.Port()};
+  HeardPort cone_port(6);
+  near.port.Open();
+  cone_port.port.Open();
+  near.port.OnComm = {};
+  world.RunFor(150 * kMillisecond);  // the terminal is seen to be open
+  const Micros begin = Now();
+  int rounds = 0;
+  while (Now() - begin < 500 * kMillisecond) {
+    for (int i = 0; i < 500 && server.Unsent() < 256 * 1024; ++i) {
+      server.SetLines({!server.Lines().cts, false, false});
+    }
+    if (cone_port.bytes.size() == static_cast<std::size_t>(rounds) &&
+        at_terminal.size() == static_cast<std::size_t>(rounds)) {
+      ++rounds;  // both had their turn: the next reply of each
+      cone.Send("r");
+      local.Send("r");
+    }
+    Yield();
+  }
+  EXPECT_GT(rounds, 20) << "a reply waits for longer than 25 ms behind the flood";
+  world.clock.io().Unwatch(watch);
+  ::close(fd);
 }
 
 }  // namespace
