@@ -9,6 +9,7 @@
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "platform/value_reader.h"
+#include "platform/view.h"
 
 namespace penlog {
 
@@ -66,6 +67,7 @@ void LoadLanguages() {
 
 void LoadWordTable() {
   words = WordTables{};
+  UseTranslation(Translate);
   if (settings.Language <= 0 || settings.Language >= settings.LanguageCount) return;
   const auto entry = static_cast<std::size_t>(settings.Language);
   try {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/view.h"
 #include "tests/core/settings_world.h"
 
 namespace penlog {
@@ -58,6 +59,7 @@ TEST_F(Languages, TranslateWholeTextsOnly) {
   EXPECT_EQ(words.WordCount, 2);
   EXPECT_EQ(Translate("STOP"), "STOPP");
   EXPECT_EQ(Translate("UP"), "AUF");
+  EXPECT_EQ(ShownText("UP"), "AUF") << "the windows do not show the operator's language";
   EXPECT_EQ(Translate("STOP "), "STOP ");
   EXPECT_EQ(Translate("stop"), "stop");
   EXPECT_EQ(Translate("DOWN"), "DOWN");

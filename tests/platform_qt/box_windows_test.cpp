@@ -106,6 +106,17 @@ TEST(BoxWindow, HasNoSuchButton) {
   EXPECT_EQ(why, "the message box has no such button");
 }
 
+TEST(BoxWindow, EveryKindOfLineEndEndsALine) {
+  const char* rows[] = {"one\r\rthree", "one\r\n\r\nthree", "one\n\nthree"};
+  for (const char* text : rows) {
+    WindowWorld world;
+    Show(StartUp);
+    PostBox(text);
+    world.mirror.Follow();
+    EXPECT_EQ(OpenWindow<BoxWindow>()->findChild<QLabel*>("lblBoxText")->text(), "one\n\nthree");
+  }
+}
+
 TEST(BoxWindow, ALongTextIsNotCut) {
   WindowWorld world;
   Show(Main);

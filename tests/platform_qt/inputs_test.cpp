@@ -12,6 +12,7 @@
 #include "forms/setup_sounding_form.h"
 #include "forms/specify_truck_interface_form.h"
 #include "forms/warning_form.h"
+#include "platform/qt/widget_inputs.h"
 #include "platform_qt/window_world.h"
 
 namespace penlog {
@@ -202,6 +203,30 @@ TEST_F(Hold, RightButtonDoesNotPress) {
   QApplication::sendEvent(&button, &event);
   Yield();
   EXPECT_EQ(presses, 0);
+}
+
+TEST_F(Hold, LeavesTheFocusToTheButtonWhenABoxComesUp) {
+  const auto leaves_focus = [&] {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->inherits("penlog::BoxWindow") && window->isVisible()) {
+        return window->testAttribute(Qt::WA_ShowWithoutActivating);
+      }
+    }
+    ADD_FAILURE() << "no box is open";
+    return false;
+  };
+  Down();
+  EXPECT_TRUE(AnyButtonHeld());
+  PostBox("WHILE IT IS HELD");
+  world.mirror.Follow();
+  EXPECT_TRUE(leaves_focus());
+  ResetBoxes();
+  Up();
+  EXPECT_FALSE(AnyButtonHeld());
+  world.mirror.Follow();
+  PostBox("LATER");
+  world.mirror.Follow();
+  EXPECT_FALSE(leaves_focus());
 }
 
 TEST_F(Hold, WorksBelowABox) {

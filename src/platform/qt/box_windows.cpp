@@ -7,6 +7,7 @@
 
 #include "platform/qt/form_window.h"
 #include "platform/qt/look.h"
+#include "platform/qt/widget_inputs.h"
 #include "platform/view.h"
 
 namespace penlog {
@@ -33,7 +34,8 @@ double ScaleOf(const QWidget* over) {
 }
 
 QString BoxText(const std::string& text) {
-  return QString::fromStdString(ShownText(text)).remove('\r');
+  QString shown = QString::fromStdString(ShownText(text));
+  return shown.replace("\r\n", "\n").replace('\r', '\n');  // a line may end in either way
 }
 
 void CentreOver(QWidget& window, const QWidget* over) {
@@ -42,11 +44,12 @@ void CentreOver(QWidget& window, const QWidget* over) {
   window.move(place.center() - QPoint(window.width() / 2, window.height() / 2));
 }
 
-/// A window above its like that leaves the keyboard where it is: a box that comes up while the
-/// override is held down must not take it out of the operator's hand.
+/// A window above its like. One that comes up while the override is held down leaves the focus
+/// where it is, and so does not take the button out of the operator's hand.
 void AsBox(QWidget& window) {
   window.setWindowFlag(Qt::WindowStaysOnTopHint);
   window.setWindowModality(Qt::NonModal);
+  window.setAttribute(Qt::WA_ShowWithoutActivating, AnyButtonHeld());
 }
 
 std::unique_ptr<QFileDialog> MakeDialog(const FileDialog& asked) {

@@ -13,6 +13,8 @@ namespace penlog {
 
 namespace {
 
+int buttons_held = 0;
+
 /// Enter or the blank chooses the marked entry of an open list; the arrows only move the mark.
 class EntryKeys : public QObject {
  public:
@@ -95,6 +97,19 @@ HoldWatcher::HoldWatcher(ControlMirror& mirror) : QObject(mirror.Widget()), mirr
   mirror.Widget()->installEventFilter(this);
 }
 
+HoldWatcher::~HoldWatcher() {
+  SetDown(false);
+}
+
+void HoldWatcher::SetDown(bool down) {
+  if (down != down_) buttons_held += down ? 1 : -1;
+  down_ = down;
+}
+
+bool AnyButtonHeld() {
+  return buttons_held > 0;
+}
+
 bool HoldWatcher::Presses(const QEvent& event) const {
   if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick) {
     return static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
@@ -131,13 +146,13 @@ bool HoldWatcher::Releases(const QEvent& event) const {
 void HoldWatcher::Press() {
   const Control& control = mirror_.Mirrored();
   if (down_ || !(control.Press || control.Release)) return;
-  down_ = true;
+  SetDown(true);
   mirror_.Post(ActionKind::Press);
 }
 
 void HoldWatcher::Release() {
   if (!down_) return;
-  down_ = false;
+  SetDown(false);
   mirror_.Post(ActionKind::Release);
 }
 

@@ -19,6 +19,7 @@ class HoldWatcher : public QObject {
 
  public:
   explicit HoldWatcher(ControlMirror& mirror);
+  ~HoldWatcher() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -27,8 +28,13 @@ class HoldWatcher : public QObject {
   void Press();
   void Release();
 
+  void SetDown(bool down);
+
   ControlMirror& mirror_;
   bool down_ = false;
 };
+
+/// True while a button is held down: what opens then must leave it the focus.
+bool AnyButtonHeld();
 
 }  // namespace penlog
