@@ -164,6 +164,28 @@ TEST_F(RealTime, ACallbackMayEndItsOwnWatchAndOthers) {
   EXPECT_EQ(calls, 1);
 }
 
+TEST_F(RealTime, ACallbackMayPauseAnotherThatIsReadyToo) {
+  const Pipe first;
+  const Pipe second;
+  first.Put();
+  second.Put();
+  int calls = 0;
+  int a = 0;
+  int b = 0;
+  a = io.Watch(first.ends[0], [&] {
+    ++calls;
+    io.Pause(b, true);
+  });
+  b = io.Watch(second.ends[0], [&] {
+    ++calls;
+    io.Pause(a, true);
+  });
+  Yield();
+  EXPECT_EQ(calls, 1);
+  io.Unwatch(a);
+  io.Unwatch(b);
+}
+
 TEST_F(RealTime, APollIsCalledOncePerCollectAndAtLeastTenTimesASecond) {
   int calls = 0;
   const int id = io.OnCollect([&] { ++calls; });

@@ -460,6 +460,17 @@ TEST_F(SlowOpening, LinesToldWithoutAnEdgeAreNoEdge) {
   EXPECT_TRUE(port.CDHolding());
 }
 
+TEST_F(SlowOpening, ALossThatTheDriverTellsTwiceIsReportedOnce) {
+  ports.ready = true;
+  int reports = 0;
+  port.OnComm = [&](int comm_event) { reports += comm_event == kCommPortGone ? 1 : 0; };
+  port.Open();
+  ports.sink->Vanished();
+  ports.sink->Vanished();
+  Yield();
+  EXPECT_EQ(reports, 1);
+}
+
 TEST_F(SlowOpening, LostAndPolledEdgesAreKept) {
   ports.ready = true;
   port.Open();

@@ -215,6 +215,12 @@ TEST_F(OverAPty, AWriteNeverWaitsAndTheRestGoesOutLater) {
   EXPECT_TRUE(taken == much);
 }
 
+TEST_F(OverAPty, AnIdlePortCostsNoProcessorTime) {
+  port.Open();
+  port.Output("D\r");
+  EXPECT_LT(RealWorld::ProcessorShare(200 * kMillisecond), 0.01);
+}
+
 TEST_F(OverAPty, AFarEndThatTakesNothingCostsNoProcessorTimeAndBoundedRoom) {
   port.Open();
   const std::string much(200'000, 'x');
