@@ -6,6 +6,7 @@
 #include "platform/boxes.h"
 #include "platform/files.h"
 #include "platform/yield.h"
+#include "rig/virtual_attach.h"
 
 namespace penlog {
 
@@ -28,14 +29,7 @@ VirtualSession::VirtualSession(const RigSetup& rig_setup, const VirtualSessionSe
   ResetBoxes();
   ResetActions();
   ResetState();
-  rig.AttachCone(ports.Wire(setup.cone_port));
-  if (!rig_setup.shared_port) rig.AttachTruck(ports.Wire(setup.truck_port));
-  rig.on_renumber = [this, cone = setup.cone_port, truck = setup.truck_port](RigWire which,
-                                                                             int number) mutable {
-    int& place = which == RigWire::Cone ? cone : truck;
-    ports.Renumber(place, number);
-    place = number;
-  };
+  AttachToPorts(rig, ports, setup.cone_port, setup.truck_port);
 }
 
 VirtualSession::~VirtualSession() {

@@ -1,0 +1,196 @@
+// penlog-operator SCRIPT [options]: plays an operator script on the console and its simulated rig.
+#include <QApplication>
+#include <QCoreApplication>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/console.h"
+#include "app/real_session.h"
+#include "core/languages.h"
+#include "operator/run_hash.h"
+#include "operator/virtual_session.h"
+#include "platform/files.h"
+#include "platform/posix/posix_disk.h"
+#include "platform/qt/mirror.h"
+#include "platform/runtime_fault.h"
+#include "platform/view.h"
+#include "rig/rig_setups.h"
+
+namespace penlog {
+namespace {
+
+constexpr const char* kUsage =
+    "usage: penlog-operator SCRIPT [--virtual] [--shots DIR] [--size WxH] [--out DIR]\n"
+    "                       [--setup NAME] [--seed N] [--cone pty|rfc2217] [--hash]\n"
+    "  --virtual  in virtual time, on a disk in memory; else in real time\n"
+    "  --shots    where the pictures go; without it none is taken\n"
+    "  --size     of the display that the pictures stand for (1366x768)\n"
+    "  --out      where the files go: the disk in memory is written out, or the data lie there\n"
+    "  --setup    the simulated rig (dcs)\n"
+    "  --cone     how the cone is connected in real time (pty)\n"
+    "  --hash     prints a number that is equal for equal runs\n"
+    "exit: 0 played to its end, 1 something was not as expected, 2 the words or the script\n";
+
+struct Options {
+  std::string script;
+  std::string shots;
+  std::string out;
+  std::string setup = "dcs";
+  std::string cone = "pty";
+  std::uint32_t seed = 1;
+  int width = 1366;
+  int height = 768;
+  bool is_virtual = false;
+  bool hash = false;
+};
+
+bool ToNumber(std::string_view text, int& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc{} && end == text.data() + text.size() && number >= 0;
+}
+
+bool ToSize(const std::string& text, Options& options) {
+  const auto cross = text.find('x');
+  return cross != std::string::npos && ToNumber(text.substr(0, cross), options.width) &&
+         ToNumber(text.substr(cross + 1), options.height);
+}
+
+/// Takes an option with a value; false for an unknown one or a bad value.
+bool TakeValue(const std::string& name, const std::string& value, Options& options) {
+  int seed = 0;
+  if (name == "--shots")
+    options.shots = value;
+  else if (name == "--out")
+    options.out = value;
+  else if (name == "--setup")
+    options.setup = value;
+  else if (name == "--cone")
+    options.cone = value;
+  else if (name == "--size")
+    return ToSize(value, options);
+  else if (name == "--seed" && ToNumber(value, seed))
+    options.seed = static_cast<std::uint32_t>(seed);
+  else
+    return false;
+  return !value.empty() && (options.cone == "pty" || options.cone == "rfc2217");
+}
+
+std::optional<Options> ParseWords(const std::vector<std::string>& words) {
+  Options options;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (words[i] == "--virtual") {
+      options.is_virtual = true;
+    } else if (words[i] == "--hash") {
+      options.hash = true;
+    } else if (words[i].rfind("--", 0) == 0) {
+      if (i + 1 >= words.size() || !TakeValue(words[i], words[i + 1], options)) return std::nullopt;
+      ++i;
+    } else if (options.script.empty()) {
+      options.script = words[i];
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (options.script.empty()) return std::nullopt;
+  return options;
+}
+
+/// Pictures of the screens; the windows are made when the first one is taken.
+void AddShots(PlayerHands& hands, const Options& options, View& view) {
+  if (options.shots.empty()) return;
+  hands.shot = [&options, &view](const std::string& file, const std::string& screen) {
+    const std::string path = JoinPath(options.shots, file);
+    if (view.Shot(screen, path, options.width, options.height)) return std::string();
+    return "no picture of \"" + screen + "\" in " + path;
+  };
+}
+
+int Report(const SessionResult& result) {
+  if (!result.report.empty()) std::fprintf(stderr, "%s\n", result.report.c_str());
+  if (!result.standstill.empty()) std::fprintf(stderr, "%s\n", result.standstill.c_str());
+  return result.exit_code;
+}
+
+int PlayVirtual(const Script& script, const Options& options) {
+  PosixDisk real_disk;
+  RigSetup rig_setup = MakeRigSetup(options.setup);
+  rig_setup.seed = options.seed;
+  VirtualSessionSetup setup;
+  setup.seed = options.seed;
+  VirtualSession session(rig_setup, setup);
+  std::unique_ptr<WindowMirror> mirror;
+  PlayerHands hands;
+  if (!options.shots.empty()) {
+    real_disk.MakeFolder(options.shots);
+    mirror = std::make_unique<WindowMirror>();
+    UseTranslation(Translate);
+    AddShots(hands, options, *mirror);
+  }
+  std::optional<RunHash> hash;
+  if (options.hash) hash.emplace();
+  const SessionResult result = session.Play(script, std::move(hands), [&hash] {
+    if (hash) hash->AddControls();
+  });
+  if (hash) {
+    hash->AddFiles(session.disk);
+    std::printf("seed %u events %lld hash %016llx\n", options.seed,
+                static_cast<long long>(hash->Events()),
+                static_cast<unsigned long long>(hash->Value()));
+  }
+  if (!options.out.empty()) {
+    UseDisk(&real_disk);
+    WriteOut(session.disk, options.out);
+  }
+  return Report(result);
+}
+
+int PlayReal(const Script& script, const Options& options) {
+  RealSessionSetup setup;
+  setup.rig = options.setup;
+  setup.seed = options.seed;
+  setup.cone_on_network = options.cone == "rfc2217";
+  setup.folder = options.out;
+  RealSession session(setup);
+  PlayerHands hands;
+  AddShots(hands, options, session.Windows());
+  if (!options.shots.empty()) TheDisk().MakeFolder(options.shots);
+  SessionResult result;
+  result.exit_code = session.Play(script, std::move(hands), result.report);
+  return Report(result);
+}
+
+int Run(int argc, char** argv) {
+  const auto options = ParseWords({argv + 1, argv + argc});
+  if (!options || (!options->is_virtual && options->out.empty())) {
+    std::fputs(kUsage, stderr);
+    if (options) std::fputs("in real time --out must name a folder\n", stderr);
+    return 2;
+  }
+  PosixDisk disk;
+  UseDisk(&disk);
+  try {
+    const Script script = ParseScript(options->script, ReadTextFile(options->script));
+    return options->is_virtual ? PlayVirtual(script, *options) : PlayReal(script, *options);
+  } catch (const ScriptFault& fault) {
+    std::fprintf(stderr, "%s\n", fault.what());
+  } catch (const RuntimeFault& fault) {
+    std::fprintf(stderr, "penlog-operator: %s\n", fault.what());
+  }
+  return 2;
+}
+
+}  // namespace
+}  // namespace penlog
+
+int main(int argc, char** argv) {
+  const bool display =
+      std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
+  if (!display) setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  QApplication application(argc, argv);
+  return penlog::Run(argc, argv);
+}

@@ -1,0 +1,114 @@
+#include "app/real_session.h"
+
+#include <cstdlib>
+
+#include "app/console.h"
+#include "core/data_directory.h"
+#include "core/languages.h"
+#include "core/session.h"
+#include "platform/boxes.h"
+#include "platform/files.h"
+#include "platform/posix/pty_wire.h"
+#include "platform/qt/rfc2217_server.h"
+#include "platform/view.h"
+#include "platform/yield.h"
+#include "rig/rig_setups.h"
+
+namespace penlog {
+
+namespace {
+
+RealMachineSetup MachineSetup(const RealSessionSetup& setup) {
+  // The data directory of a session is its own: the user's is never touched.
+  setenv("allusersprofile", setup.folder.c_str(), 1);
+  RealMachineSetup machine;
+  machine.port_list = [] {
+    return session.DataDirectory.empty() ? std::string() : DataPath("Serial Ports.txt");
+  };
+  machine.report = [](const std::string& text) { PostBox(text); };
+  return machine;
+}
+
+std::string NetworkDevice(const Rfc2217Server& server) {
+  return "rfc2217://127.0.0.1:" + std::to_string(server.Port());
+}
+
+}  // namespace
+
+RealSession::RealSession(const RealSessionSetup& setup)
+    : setup_(setup), machine_(MachineSetup(setup)) {
+  TheDisk().MakeFolder(DataFolder());
+  RigSetup rig_setup = MakeRigSetup(setup_.rig);
+  rig_setup.seed = setup_.seed;
+  rig_ = std::make_unique<Rig>(rig_setup);
+  MakeWires();
+  WritePortList();
+  UseView(&mirror_);
+  UseTranslation(Translate);
+}
+
+RealSession::~RealSession() {
+  UseView(nullptr);
+  rig_.reset();
+}
+
+std::string RealSession::DataFolder() const {
+  return JoinPath(setup_.folder, "PENLOG(KQ)");
+}
+
+void RealSession::MakeWires() {
+  const std::string wires = JoinPath(setup_.folder, "wires");
+  TheDisk().MakeFolder(wires);
+  // A shared port carries the truck's lines too: a pseudo terminal has none.
+  if (setup_.cone_on_network || rig_->setup.shared_port) {
+    auto server = std::make_unique<Rfc2217Server>(machine_.clock());
+    cone_device_ = NetworkDevice(*server);
+    cone_wire_ = std::move(server);
+  } else {
+    cone_device_ = JoinPath(wires, "cone");
+    cone_wire_ = std::make_unique<PtyWire>(machine_.clock().io(), cone_device_);
+  }
+  rig_->AttachCone(*cone_wire_);
+  if (!rig_->setup.shared_port) {
+    auto server = std::make_unique<Rfc2217Server>(machine_.clock());
+    truck_device_ = NetworkDevice(*server);
+    truck_wire_ = std::move(server);
+    rig_->AttachTruck(*truck_wire_);
+  }
+  rig_->on_renumber = [this](RigWire which, int number) {
+    (which == RigWire::Cone ? setup_.cone_port : setup_.truck_port) = number;
+    WritePortList();
+  };
+}
+
+void RealSession::WritePortList() {
+  std::string text = std::to_string(setup_.cone_port) + " " + cone_device_ + "\n";
+  if (!truck_device_.empty())
+    text += std::to_string(setup_.truck_port) + " " + truck_device_ + "\n";
+  ReplaceFile(JoinPath(DataFolder(), "Serial Ports.txt"), text);
+}
+
+int RealSession::Play(const Script& script, PlayerHands hands, std::string& report) {
+  if (!hands.rig) {
+    hands.rig = [this](const std::string& words) {
+      std::string reply;
+      if (rig_->Command(words, reply)) return std::string();
+      return reply.empty() ? std::string("refused") : reply;
+    };
+  }
+  if (!hands.act) {
+    hands.act = [this](const OperatorAction& action) {
+      std::string why;
+      return mirror_.Act(action, why) ? std::string() : why;
+    };
+  }
+  if (!hands.kill) hands.kill = [] { std::_Exit(0); };
+  Player player(script, std::move(hands));
+  player.Start();
+  RunConsole();
+  const int code = player.Close();
+  report = player.Report();
+  return code;
+}
+
+}  // namespace penlog

@@ -1,0 +1,55 @@
+// The console and its rig together in real time: windows, the system's disk, pseudo terminals and
+// network ports on loopback. What an operator script plays on without `--virtual`.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "operator/player.h"
+#include "platform/qt/mirror.h"
+#include "platform/qt/real_machine.h"
+#include "platform/wire_end.h"
+#include "rig/rig.h"
+
+namespace penlog {
+
+struct RealSessionSetup {
+  std::string rig = "dcs";
+  std::uint32_t seed = 1;
+  bool cone_on_network = false;  ///< else on a pseudo terminal
+  std::string folder;            ///< the data directory and the wires lie below it
+  int cone_port = 3;             ///< COM number
+  int truck_port = 4;
+};
+
+class RealSession {
+ public:
+  /// Needs a QApplication. Raises a `RuntimeFault` when a wire can't be made.
+  explicit RealSession(const RealSessionSetup& setup);
+  ~RealSession();
+  RealSession(const RealSession&) = delete;
+  RealSession& operator=(const RealSession&) = delete;
+
+  /// Starts the console and plays the script to the end of the program; the player's exit code.
+  int Play(const Script& script, PlayerHands hands, std::string& report);
+  View& Windows() { return mirror_; }
+  Rig& TheRig() { return *rig_; }
+  /// "PENLOG(KQ)" below the folder.
+  std::string DataFolder() const;
+
+ private:
+  void MakeWires();
+  void WritePortList();
+
+  RealSessionSetup setup_;
+  RealMachine machine_;
+  WindowMirror mirror_;
+  std::unique_ptr<WireEnd> cone_wire_;
+  std::unique_ptr<WireEnd> truck_wire_;
+  std::string cone_device_;
+  std::string truck_device_;
+  std::unique_ptr<Rig> rig_;
+};
+
+}  // namespace penlog
