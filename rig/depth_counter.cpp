@@ -25,7 +25,7 @@ DepthCounter::DepthCounter(CounterType type, int direction, Nanometres step)
 }
 
 Nanometres DepthCounter::ChangePosition(std::int64_t index) const {
-  const std::int64_t halves = 2 * ChangesPerStep();
+  const std::int64_t halves = std::int64_t{2} * ChangesPerStep();
   const std::int64_t place = 2 * index + 1;
   // Whole steps apart from the rest, so that the product stays small on a long way.
   const std::int64_t whole = place >= 0 ? place / halves : -((-place + halves - 1) / halves);

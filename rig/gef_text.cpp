@@ -138,7 +138,7 @@ std::optional<double> RowValue(const GefHeader& header, const Lines& cells, int 
   const std::size_t place = column->second.place;
   if (place >= cells.size()) {
     BadFile(name, line,
-            "the row ends before column " + PlainNumber(static_cast<long long>(place + 1)));
+            "the row ends before column " + PlainNumber(static_cast<long long>(place) + 1));
   }
   const double value = CellNumber(cells[place], name, line);
   const auto nothing = header.voids.find(place);

@@ -274,9 +274,13 @@ constexpr std::array<Verb, 23> kVerbs = {{
 std::string RigUsage() {
   std::string text;
   for (const auto& verb : kVerbs) {
-    std::string line = std::string(verb.name) + " " + std::string(verb.usage);
+    std::string line(verb.name);
+    line += " ";
+    line += verb.usage;
     line.resize(std::max<std::size_t>(line.size() + 2, 34), ' ');
-    text += line + std::string(verb.meaning) + "\n";
+    text += line;
+    text += verb.meaning;
+    text += "\n";
   }
   return text;
 }

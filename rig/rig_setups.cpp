@@ -150,6 +150,7 @@ RigSetup MakeRigSetup(const std::string& name) {
 
 std::vector<std::string> RigSetupNames() {
   std::vector<std::string> names;
+  names.reserve(kSetups.size());
   for (const auto& row : kSetups) names.emplace_back(row.name);
   return names;
 }

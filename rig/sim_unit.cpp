@@ -65,6 +65,7 @@ std::vector<int> SimUnit::ReportedChannels() const {
     return place_a != place_b ? place_a < place_b : a->channel < b->channel;
   });
   std::vector<int> channels;
+  channels.reserve(records.size());
   for (const auto* record : records) channels.push_back(record->channel);
   return channels;
 }
