@@ -69,6 +69,13 @@ TEST(Shot, ShowsTheFullestScreens) {
   }
   Show(frmWarning);
   EXPECT_TRUE(mirror.Shot("frmWarning", FileFor("frmWarning-all-lost"), 800, 600));
+  for (Control* control : std::initializer_list<Control*>{
+           &frmWarning.frmSensorayWarning, &frmWarning.frmASCIIOutWarning,
+           &frmWarning.frmEncoderWarning, &frmWarning.frmModuleWarning}) {
+    control->Visible = false;
+  }
+  frmWarning.frmEncoderConnected.Visible = frmWarning.frmModulesConnected.Visible = true;
+  EXPECT_TRUE(mirror.Shot("frmWarning", FileFor("frmWarning-cone-lost"), 800, 600));
   FillStartUp();
   Show(StartUp);
   EXPECT_TRUE(mirror.Shot("StartUp", FileFor("StartUp-full"), 800, 600));
