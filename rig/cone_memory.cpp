@@ -18,7 +18,7 @@ std::string Fixed(std::string text, std::size_t length) {
 
 }  // namespace
 
-std::string RecordText(const ChannelRecord& record) {
+std::string RecordText(const UnitRecord& record) {
   const int flags =
       (record.subtract > 0 ? kSubtractionFlag : 0) + (record.area_mm2 > 0 ? kAreaFlag : 0);
   std::string text = EncodePlain(record.channel, 1);
@@ -35,7 +35,7 @@ std::string RecordText(const ChannelRecord& record) {
   return text;
 }
 
-ConeMemory::ConeMemory(const MemoryHeader& header, const std::vector<ChannelRecord>& records) {
+ConeMemory::ConeMemory(const UnitHeader& header, const std::vector<UnitRecord>& records) {
   text_ = Fixed(header.field1, 2) + Fixed(header.id, 7) + Fixed(header.created, 6) +
           Fixed(header.calibrated, 6);
   text_ += EncodePlain(header.distance_pushed, 3);

@@ -10,7 +10,7 @@
 namespace penlog {
 
 /// One row of the channel table, as the maker of the instrument knows it.
-struct ChannelRecord {
+struct UnitRecord {
   int channel = 1;  ///< 1 to 30; others are laid down too, as a damaged memory holds them
   char letter = 'T';
   double full_scale = 1.0;       ///< engineering units (kPa, deg)
@@ -22,7 +22,7 @@ struct ChannelRecord {
   std::int32_t area_mm2 = 0;     ///< active area; 0 for no area sub-record
 };
 
-struct MemoryHeader {
+struct UnitHeader {
   std::string field1 = "03";          ///< 2 characters
   std::string id = "DCS0001";         ///< 7 characters; the first three name the family
   std::string created = "120315";     ///< 6 characters
@@ -34,7 +34,7 @@ struct MemoryHeader {
 
 class ConeMemory {
  public:
-  ConeMemory(const MemoryHeader& header, const std::vector<ChannelRecord>& records);
+  ConeMemory(const UnitHeader& header, const std::vector<UnitRecord>& records);
 
   /// `length` characters from `address` on. What lies outside reads as "@", the code of nothing.
   std::string Read(int address, int length) const;
@@ -49,6 +49,6 @@ class ConeMemory {
 };
 
 /// The record as it lies in memory: 17 characters, then 5 for a subtraction and 3 for an area.
-std::string RecordText(const ChannelRecord& record);
+std::string RecordText(const UnitRecord& record);
 
 }  // namespace penlog

@@ -9,20 +9,20 @@ namespace penlog {
 namespace {
 
 // Full scales in kPa and degrees, outputs in V, distances in mm, areas in mm2.
-const ChannelRecord kTip = {1, 'T', 100000.0, 4.75, 0.25, 0, 0, 0.0, 1000};
-const ChannelRecord kSleeve = {2, 'F', 1000.0, 4.5, 0.3, 100, 1, 0.15, 15000};
-const ChannelRecord kPoreU2 = {3, 'P', 2500.0, 4.6, 0.5, 40, 0, 0.0, 0};
-const ChannelRecord kTiltX = {6, 'I', 15.0, 4.5, 2.5, 60, 0, 0.0, 0};
-const ChannelRecord kTiltY = {7, 'J', 15.0, 4.5, 2.5, 80, 0, 0.0, 0};
-const ChannelRecord kGeophoneX = {8, 'K', 5.0, 5.0, 0.0, 300, 0, 0.0, 0};
-const ChannelRecord kGeophoneY = {9, 'L', 5.0, 5.0, 0.0, 300, 0, 0.0, 0};
-const ChannelRecord kResistivity = {10, 'R', 200.0, 4.8, 0.2, 60, 0, 0.0, 0};
-const ChannelRecord kFluorescence = {11, 'V', 100.0, 4.9, 0.1, 80, 0, 0.0, 0};
+const UnitRecord kTip = {1, 'T', 100000.0, 4.75, 0.25, 0, 0, 0.0, 1000};
+const UnitRecord kSleeve = {2, 'F', 1000.0, 4.5, 0.3, 100, 1, 0.15, 15000};
+const UnitRecord kPoreU2 = {3, 'P', 2500.0, 4.6, 0.5, 40, 0, 0.0, 0};
+const UnitRecord kTiltX = {6, 'I', 15.0, 4.5, 2.5, 60, 0, 0.0, 0};
+const UnitRecord kTiltY = {7, 'J', 15.0, 4.5, 2.5, 80, 0, 0.0, 0};
+const UnitRecord kGeophoneX = {8, 'K', 5.0, 5.0, 0.0, 300, 0, 0.0, 0};
+const UnitRecord kGeophoneY = {9, 'L', 5.0, 5.0, 0.0, 300, 0, 0.0, 0};
+const UnitRecord kResistivity = {10, 'R', 200.0, 4.8, 0.2, 60, 0, 0.0, 0};
+const UnitRecord kFluorescence = {11, 'V', 100.0, 4.9, 0.1, 80, 0, 0.0, 0};
 // 1000 * x ^ -0.4 degrees: 25 degrees at a little over 10 kilohm.
-const ChannelRecord kTemperature = {14, 'E', 1.0, 1000.0, -0.4, 60, 0, 0.0, 0};
-const ChannelRecord kHydrophone = {23, 'P', 50.0, 4.5, 0.5, 100, 0, 0.0, 0};
+const UnitRecord kTemperature = {14, 'E', 1.0, 1000.0, -0.4, 60, 0, 0.0, 0};
+const UnitRecord kHydrophone = {23, 'P', 50.0, 4.5, 0.5, 100, 0, 0.0, 0};
 
-UnitSetup Cone(const char* id, double firmware, std::vector<ChannelRecord> channels) {
+UnitSetup Cone(const char* id, double firmware, std::vector<UnitRecord> channels) {
   UnitSetup unit;
   unit.header.id = id;
   unit.header.distance_pushed = 1234;
@@ -35,7 +35,7 @@ UnitSetup Cone(const char* id, double firmware, std::vector<ChannelRecord> chann
   return unit;
 }
 
-UnitSetup Module(const char* id, std::vector<ChannelRecord> channels) {
+UnitSetup Module(const char* id, std::vector<UnitRecord> channels) {
   UnitSetup unit;
   unit.header.id = id;
   unit.header.field1 = "01";
@@ -72,7 +72,7 @@ RigSetup DcsModules() {
 
 RigSetup DcsPlain() {
   RigSetup setup = Dcs();
-  ChannelRecord sleeve = kSleeve;
+  UnitRecord sleeve = kSleeve;
   sleeve.distance_mm = 0;
   sleeve.subtract = 0;
   sleeve.subtract_factor = 0.0;
@@ -95,7 +95,7 @@ RigSetup ProximityShared() {
   return setup;
 }
 
-std::vector<ChannelRecord> SeismicChannels() {
+std::vector<UnitRecord> SeismicChannels() {
   return {kTip, kSleeve, kPoreU2, kTiltX, kTiltY, kGeophoneX, kGeophoneY, kTemperature};
 }
 

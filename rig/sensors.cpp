@@ -11,13 +11,13 @@ namespace {
 
 constexpr int kTemperatureChannel = 14;
 
-double ValueOf(const ChannelRecord& record, const Surroundings& surroundings) {
+double ValueOf(const UnitRecord& record, const Surroundings& surroundings) {
   return surroundings.Value(record.channel, record.distance_mm / 1000.0, record.full_scale);
 }
 
 }  // namespace
 
-ChannelRecord AsStored(ChannelRecord record) {
+UnitRecord AsStored(UnitRecord record) {
   record.full_scale = StoredDecimal(record.full_scale);
   record.at_full_scale = StoredDecimal(record.at_full_scale);
   record.at_zero = StoredDecimal(record.at_zero);
@@ -27,14 +27,14 @@ ChannelRecord AsStored(ChannelRecord record) {
 
 namespace {
 
-double TemperatureOutput(const ChannelRecord& record, double degrees) {
+double TemperatureOutput(const UnitRecord& record, double degrees) {
   const double a = record.at_full_scale;
   const double b = record.at_zero;
   const double x = std::pow(degrees / a, 1.0 / b);
   return 0.05 + 5000.0 / (x + 2000.0);
 }
 
-double LoadOfSubtracted(const ChannelRecord& record, const std::vector<ChannelRecord>& all,
+double LoadOfSubtracted(const UnitRecord& record, const std::vector<UnitRecord>& all,
                         const Surroundings& surroundings) {
   for (const auto& other : all) {
     if (other.channel != record.subtract) continue;
@@ -45,7 +45,7 @@ double LoadOfSubtracted(const ChannelRecord& record, const std::vector<ChannelRe
 
 }  // namespace
 
-double SensorOutput(const ChannelRecord& record, const std::vector<ChannelRecord>& all,
+double SensorOutput(const UnitRecord& record, const std::vector<UnitRecord>& all,
                     const Surroundings& surroundings, double shift) {
   const double value = ValueOf(record, surroundings);
   if (record.channel == kTemperatureChannel) return TemperatureOutput(record, value) + shift;

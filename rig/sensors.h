@@ -16,13 +16,13 @@
 namespace penlog {
 
 /// The record with its numbers as four characters of memory hold them.
-ChannelRecord AsStored(ChannelRecord record);
+UnitRecord AsStored(UnitRecord record);
 
 /// Output in V of the channel of `record`: zero + span * value / full scale, with the output at
 /// full scale and at zero as the memory holds them; for a channel that subtracts another, plus its
 /// factor * that channel's value / full scale. Channel 14 is the divider of a resistor whose
 /// temperature is A * x^B: 0.05 + 5000 / (x + 2000). `shift` is a drift of the zero, in V.
-double SensorOutput(const ChannelRecord& record, const std::vector<ChannelRecord>& all,
+double SensorOutput(const UnitRecord& record, const std::vector<UnitRecord>& all,
                     const Surroundings& surroundings, double shift);
 
 /// Prints outputs. Each print is one of the two neighbouring numbers of `decimals` places around

@@ -47,7 +47,7 @@ std::string SimUnit::Banner() const {
   return setup_.header.id + " PENETROMETER V" + Format(setup_.firmware, "0.00") + " COPYRIGHT 2019";
 }
 
-const ChannelRecord* SimUnit::Record(int channel) const {
+const UnitRecord* SimUnit::Record(int channel) const {
   for (const auto& record : setup_.channels) {
     if (record.channel == channel) return &record;
   }
@@ -55,7 +55,7 @@ const ChannelRecord* SimUnit::Record(int channel) const {
 }
 
 std::vector<int> SimUnit::ReportedChannels() const {
-  std::vector<const ChannelRecord*> records;
+  std::vector<const UnitRecord*> records;
   for (const auto& record : setup_.channels) {
     if (selection_.find(record.letter) != std::string::npos) records.push_back(&record);
   }
@@ -73,7 +73,7 @@ std::vector<int> SimUnit::ReportedChannels() const {
 std::string SimUnit::Reading() {
   std::string text;
   for (const int channel : ReportedChannels()) {
-    const ChannelRecord& record = *Record(channel);
+    const UnitRecord& record = *Record(channel);
     const double shift = setup_.zero_shift[static_cast<std::size_t>(channel) % 31];
     const double output = SensorOutput(record, setup_.channels, surroundings_, shift);
     const bool first = text.empty();

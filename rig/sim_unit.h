@@ -13,9 +13,9 @@
 namespace penlog {
 
 struct UnitSetup {
-  MemoryHeader header;
+  UnitHeader header;
   double firmware = 3.20;  ///< printed with two places behind " V" in the banner
-  std::vector<ChannelRecord> channels;
+  std::vector<UnitRecord> channels;
   int decimals = 6;                        ///< places of a reading, in V
   std::array<double, 31> zero_shift = {};  ///< V, by channel: drift since the calibration
 };
@@ -48,7 +48,7 @@ class SimUnit {
  private:
   std::string ReadMemory(std::string_view arguments) const;
   std::string WriteMemory(std::string_view arguments);
-  const ChannelRecord* Record(int channel) const;
+  const UnitRecord* Record(int channel) const;
 
   UnitSetup setup_;
   const Surroundings& surroundings_;

@@ -7,8 +7,8 @@
 namespace penlog {
 namespace {
 
-MemoryHeader Header() {
-  MemoryHeader header;
+UnitHeader Header() {
+  UnitHeader header;
   header.field1 = "07";
   header.id = "DCS0417";
   header.created = "120315";
@@ -32,7 +32,7 @@ TEST(ConeMemory, HeaderFieldsStandAtTheirAddresses) {
 }
 
 TEST(ConeMemory, RecordWithoutFlagsHasSeventeenCharacters) {
-  const ChannelRecord tip = {1, 'T', 1000.0, 12.5, -3.0, 100, 0, 0.0, 0};
+  const UnitRecord tip = {1, 'T', 1000.0, 12.5, -3.0, 100, 0, 0.0, 0};
   EXPECT_EQ(RecordText(tip),
             "AT"
             "@@Oh"
@@ -43,13 +43,13 @@ TEST(ConeMemory, RecordWithoutFlagsHasSeventeenCharacters) {
 }
 
 TEST(ConeMemory, SubRecordsFollowTheirFlags) {
-  const ChannelRecord plain = {2, 'F', 1000.0, 12.5, 0.0, 0, 0, 0.0, 0};
-  ChannelRecord subtracts = plain;
+  const UnitRecord plain = {2, 'F', 1000.0, 12.5, 0.0, 0, 0, 0.0, 0};
+  UnitRecord subtracts = plain;
   subtracts.subtract = 1;
   subtracts.subtract_factor = 12.5;
-  ChannelRecord with_area = plain;
+  UnitRecord with_area = plain;
   with_area.area_mm2 = 15000;
-  ChannelRecord both = subtracts;
+  UnitRecord both = subtracts;
   both.area_mm2 = 15000;
   const std::string start = RecordText(plain).substr(0, 16);
   EXPECT_EQ(RecordText(plain), start + "@");
@@ -59,8 +59,8 @@ TEST(ConeMemory, SubRecordsFollowTheirFlags) {
 }
 
 TEST(ConeMemory, RecordsFollowEachOtherAndEndInCode64) {
-  ChannelRecord sleeve = {2, 'F', 1000.0, 4.5, 0.3, 100, 1, 0.15, 15000};
-  const ChannelRecord tip = {1, 'T', 100000.0, 4.75, 0.25, 0, 0, 0.0, 1000};
+  UnitRecord sleeve = {2, 'F', 1000.0, 4.5, 0.3, 100, 1, 0.15, 15000};
+  const UnitRecord tip = {1, 'T', 100000.0, 4.75, 0.25, 0, 0, 0.0, 1000};
   const ConeMemory memory(Header(), {sleeve, tip});
   EXPECT_EQ(memory.Read(31, 25), RecordText(sleeve));
   EXPECT_EQ(memory.Read(56, 20), RecordText(tip));

@@ -186,12 +186,10 @@ TEST(Clock, IsReadByThePlatformAlone) {
 }
 
 TEST(Files, AreOpenedByThePlatformAlone) {
-  const Rule rule{
-      std::regex(
-          R"(\bfopen\s*\(|std::o?i?fstream|std::ofstream|std::filesystem|)"
-                 R"(\bopen\s*\(\s*\"|QFile\b|QDir\b)"),
-      {"src/platform/", "tests/", "bench/"},
-      "file work goes through platform/files.h"};
+  const Rule rule{std::regex(R"(\bfopen\s*\(|std::o?i?fstream|std::ofstream|std::filesystem|)"
+                             R"(\bopen\s*\(\s*\"|QFile\b|QDir\b)"),
+                  {"src/platform/", "tests/", "bench/"},
+                  "file work goes through platform/files.h"};
   EXPECT_EQ(Broken(rule, Sources()), "");
 }
 
@@ -213,6 +211,26 @@ TEST(Lines, StayWithinAHundredColumns) {
 TEST(FileLength, StaysWithinSixHundredLines) {
   for (const auto& file : Sources()) {
     EXPECT_LE(file.lines.size(), 600u) << file.path << ": split it by subject";
+  }
+}
+
+/// Types of two parts under one name are merged by the linker without a word.
+TEST(Types, HaveOneDefinitionOfAName) {
+  static const std::regex definition(R"(^(struct|class|enum class|enum|union) (\w+)\b[^;(]*\{)");
+  std::map<std::string, std::string> places;
+  for (const auto& file : Sources()) {
+    if (StartsWith(file.path, "tests/") || StartsWith(file.path, "bench/")) continue;
+    bool unnamed = false;
+    for (std::size_t i = 0; i < file.lines.size(); ++i) {
+      if (file.lines[i] == "namespace {") unnamed = true;
+      if (file.lines[i] == "}  // namespace") unnamed = false;
+      std::smatch match;
+      if (unnamed || !std::regex_search(file.lines[i], match, definition)) continue;
+      const std::string place = file.path + ":" + std::to_string(i + 1);
+      const auto [at, is_new] = places.emplace(match[2], place);
+      EXPECT_TRUE(is_new) << place << ": " << match[2] << " is defined in " << at->second
+                          << " too; rename one";
+    }
   }
 }
 
