@@ -33,7 +33,7 @@ TEST_F(ReplyOrder, LettersNotNumbersGiveThePlaces) {
   const std::string letters = "GUVRLKJIEPFT";
   for (int i = 0; i < 12; ++i) Put(i + 1, letters.substr(static_cast<std::size_t>(i), 1));
   AssignReplyPositions();
-  for (int i = 0; i < 12; ++i) EXPECT_EQ(channels.ReplyField(i + 1), 12 - i) << letters[i];
+  for (int i = 0; i < 12; ++i) EXPECT_EQ(channels.ReplyField(i + 1), 12 - i) << i;
 }
 
 TEST_F(ReplyOrder, EqualLettersFollowTheChannelNumber) {

@@ -28,8 +28,10 @@ class ScriptedCone {
   explicit ScriptedCone(WireEnd& wire) : wire_(wire) {
     wire_.OnBytes = [this](std::string_view bytes) { Take(bytes); };
     wire_.OnBreak = [this](bool on) {
+      const bool was_on = !breaks.empty() && breaks.back();
+      if (on) break_began = Now();
+      if (!on && was_on && Now() - break_began >= kShortestBreak) needs_break = false;
       breaks.push_back(on);
-      if (!on) needs_break = false;
     };
     wire_.OnOpened = [this](const PortSettings& settings) { openings.push_back(settings); };
     wire_.OnClosed = [this] { ++closings; };
@@ -78,12 +80,14 @@ class ScriptedCone {
   }
 
   bool silent = false;
-  bool needs_break = false;
+  bool needs_break = false;  ///< silent until a break of `kShortestBreak` has ended
+  static constexpr Micros kShortestBreak = 200 * kMillisecond;
   char terminator = '\r';
   std::vector<std::string> heard;  ///< whole commands, without their end
   std::vector<Micros> heard_at;
   std::string raw;  ///< every byte
   std::vector<bool> breaks;
+  Micros break_began = 0;
   std::vector<PortSettings> openings;
   int closings = 0;
   struct Outputs {
