@@ -75,6 +75,21 @@ TEST(CloseSounding, OnAFullDiskIsNotDoneAndCanBeRepeatedWithoutDoubling) {
   EXPECT_EQ(ReadFile(kTemporary), "DONE\r\n");
 }
 
+TEST(CloseSounding, IsNotDoneWhileTheCptFileAloneRefuses) {
+  Console console;
+  console.disk.MakeFolder("/stick");
+  session.SoundingFiles[1] = "/stick/s.cpt";
+  CreateSoundingFiles();
+  const std::string temporary = ReadFile(kTemporary);
+  console.disk.SetReadOnly("/stick");
+  sounding.CloseWithFinalBaseline = -1;
+  EXPECT_FALSE(CloseSounding());
+  EXPECT_EQ(ReadFile(kTemporary), temporary);
+  console.disk.SetReadOnly("");
+  EXPECT_TRUE(CloseSounding());
+  EXPECT_EQ(ReadFile("/stick/s.cpt"), CptHeader() + FinalBaselineLine());
+}
+
 /// Notes the order in which files reach the disk.
 class OrderedDisk : public MemoryDisk {
  public:

@@ -110,33 +110,43 @@ TEST(Encoder, TheDepthLampShowsTheDirection) {
   EXPECT_EQ(Main.shpDepth.FillColor, kRed);
 }
 
+/// With 0.025 m the sum of three steps, drained three times, leaves a rest of rounding.
 TEST(Rebound, ThreeUpFiveDownCountsTwo) {
   for (const int counter_type : {0, 1}) {
-    Truck truck(counter_type);
-    settings.PressureSwitchPresent = 1;
-    truck.OpenPorts();
-    const auto down = [&](int n) {
-      if (counter_type == 0) return truck.EncoderDown(n);
-      truck.Cts(true);
-      truck.Pulse(n);
-    };
-    const auto up = [&](int n) {
-      if (counter_type == 0) return truck.EncoderUp(n);
-      truck.Cts(false);
-      truck.Pulse(n);
-    };
-    down(10);
-    const float before = sounding.CurrentDepth;
-    up(3);
-    EXPECT_NEAR(sounding.Rebound, 0.03f, 1e-6);
-    EXPECT_EQ(Main.lblRebound.Caption, "-0.030 m");
-    down(3);
-    EXPECT_EQ(sounding.Rebound, 0.0f) << "counter type " << counter_type;
-    EXPECT_EQ(sounding.CurrentDepth, before);
-    down(2);
-    EXPECT_NEAR(sounding.CurrentDepth, before + 0.02f, 1e-6);
-    EXPECT_EQ(sounding.DepthCounts, 12.0f);
+    for (const float resolution : {0.01f, 0.025f}) {
+      Truck truck(counter_type);
+      settings.DepthResolution = resolution;
+      settings.PressureSwitchPresent = 1;
+      truck.OpenPorts();
+      const auto down = [&](int n) {
+        if (counter_type == 0) return truck.EncoderDown(n);
+        truck.Cts(true);
+        truck.Pulse(n);
+      };
+      const auto up = [&](int n) {
+        if (counter_type == 0) return truck.EncoderUp(n);
+        truck.Cts(false);
+        truck.Pulse(n);
+      };
+      down(10);
+      const float before = sounding.CurrentDepth;
+      up(3);
+      EXPECT_NEAR(sounding.Rebound, 3 * resolution, 1e-6);
+      down(3);
+      EXPECT_EQ(sounding.Rebound, 0.0f) << "counter type " << counter_type;
+      EXPECT_EQ(sounding.CurrentDepth, before);
+      down(2);
+      EXPECT_NEAR(sounding.CurrentDepth, before + 2 * resolution, 1e-6);
+      EXPECT_EQ(sounding.DepthCounts, 12.0f) << resolution;
+    }
   }
+}
+
+TEST(Rebound, IsShownNegated) {
+  Truck truck;
+  truck.OpenPorts();
+  truck.EncoderUp(3);
+  EXPECT_EQ(Main.lblRebound.Caption, "-0.030 m");
 }
 
 TEST(Clamp, APulseWithTheClampOpenChangesNothing) {
