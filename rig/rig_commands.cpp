@@ -1,7 +1,6 @@
 // The control language of the rig: one line, one order. `Rig::Command` stands here, so that the
 // rig itself knows nothing of texts.
 #include <array>
-#include <cmath>
 #include <optional>
 #include <vector>
 
@@ -9,6 +8,7 @@
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "platform/texts.h"
+#include "rig/command_words.h"
 #include "rig/ground_files.h"
 #include "rig/rig.h"
 
@@ -16,17 +16,10 @@ namespace penlog {
 
 namespace {
 
-using Words = std::vector<std::string>;
-
 struct Order {
   Rig& rig;
   Words words;  ///< behind the verb
   std::string& reply;
-};
-
-/// What is wrong with the words: becomes the reply.
-struct BadWords {
-  std::string text;
 };
 
 struct Verb {
@@ -36,41 +29,6 @@ struct Verb {
   void (*run)(Order& order);
 };
 
-Words SplitWords(std::string_view text) {
-  Words words;
-  while (!(text = Trim(text)).empty()) {
-    const bool quoted = text.front() == '"' && text.find('"', 1) != std::string_view::npos;
-    const std::size_t end = quoted ? text.find('"', 1) : text.find_first_of(" \t");
-    words.emplace_back(
-        text.substr(quoted ? 1 : 0, end == std::string_view::npos ? end : end - (quoted ? 1 : 0)));
-    if (end == std::string_view::npos) break;
-    text.remove_prefix(end + 1);
-  }
-  return words;
-}
-
-double NumberWord(const Order& order, std::size_t index, double least, double most) {
-  if (index >= order.words.size()) throw BadWords{"a number is missing"};
-  const auto number = WholeNumberText(order.words[index]);
-  if (!number || *number < least || *number > most) {
-    throw BadWords{"\"" + order.words[index] + "\" is no number from " + PlainNumber(least) +
-                   " to " + PlainNumber(most)};
-  }
-  return *number;
-}
-
-int WholeWord(const Order& order, std::size_t index, int least, int most) {
-  const double number = NumberWord(order, index, least, most);
-  if (number != std::floor(number)) throw BadWords{"\"" + order.words[index] + "\" is not whole"};
-  return static_cast<int>(number);
-}
-
-bool OnOffWord(const Order& order, std::size_t index) {
-  const std::string word = index < order.words.size() ? order.words[index] : "";
-  if (word != "on" && word != "off") throw BadWords{"\"on\" or \"off\" is missing"};
-  return word == "on";
-}
-
 RigWire WireWord(const Order& order, std::size_t index) {
   const std::string word = index < order.words.size() ? order.words[index] : "";
   if (word == "cone") return RigWire::Cone;
@@ -78,17 +36,8 @@ RigWire WireWord(const Order& order, std::size_t index) {
   throw BadWords{"\"cone\" or \"truck\" is missing"};
 }
 
-/// "5s" or "0.2s"; none for other words.
-std::optional<Micros> SecondsWord(const Order& order, std::size_t index) {
-  if (index >= order.words.size() || order.words[index].back() != 's') return std::nullopt;
-  const std::string& word = order.words[index];
-  const auto seconds = WholeNumberText(std::string_view(word).substr(0, word.size() - 1));
-  if (!seconds || *seconds < 0.0 || *seconds > 1e6) return std::nullopt;
-  return static_cast<Micros>(std::llround(*seconds * 1e6));
-}
-
 void RunPush(Order& order) {
-  order.rig.truck.Push(NumberWord(order, 0, 0.0001, 200.0));
+  order.rig.truck.Push(NumberWord(order.words, 0, 0.0001, 200.0));
 }
 
 void RunStop(Order& order) {
@@ -100,32 +49,32 @@ void RunRodBreak(Order& order) {
 }
 
 void RunLift(Order& order) {
-  order.rig.truck.Lift(NumberWord(order, 0, 0.0001, 200.0));
+  order.rig.truck.Lift(NumberWord(order.words, 0, 0.0001, 200.0));
 }
 
 void RunHold(Order& order) {
-  const int steps = WholeWord(order, 0, 1, 10000);
-  const int replies = WholeWord(order, 1, 1, 1000);
+  const int steps = WholeWord(order.words, 0, 1, 10000);
+  const int replies = WholeWord(order.words, 1, 1, 1000);
   const bool told = order.words.size() > 2;
-  const double step = told ? NumberWord(order, 2, 0.001, 1.0) : order.rig.setup.depth_step;
+  const double step = told ? NumberWord(order.words, 2, 0.001, 1.0) : order.rig.setup.depth_step;
   order.rig.truck.Hold(steps, replies, step);
 }
 
 void RunAt(Order& order) {
   if (order.rig.truck.Busy()) throw BadWords{"the rods are moving"};
-  order.rig.truck.PlaceTip(NumberWord(order, 0, 0.0, 200.0));
+  order.rig.truck.PlaceTip(NumberWord(order.words, 0, 0.0, 200.0));
 }
 
 void RunSpeed(Order& order) {
-  order.rig.truck.SetPushSpeed(NumberWord(order, 0, 0.01, 500.0) / 100.0);
+  order.rig.truck.SetPushSpeed(NumberWord(order.words, 0, 0.01, 500.0) / 100.0);
 }
 
 void RunClamp(Order& order) {
-  order.rig.truck.SetClamp(OnOffWord(order, 0));
+  order.rig.truck.SetClamp(OnOffWord(order.words, 0));
 }
 
 void RunPressure(Order& order) {
-  if (!order.rig.truck.SetPressure(OnOffWord(order, 0))) {
+  if (!order.rig.truck.SetPressure(OnOffWord(order.words, 0))) {
     throw BadWords{"this truck has no pressure switch"};
   }
 }
@@ -135,21 +84,21 @@ bool RunActFault(Order& order, FaultName name) {
   const std::size_t count = order.words.size();
   Rig& rig = order.rig;
   if (name == FaultName::EdgeBurst) {
-    rig.truck.Chatter(count > 1 ? WholeWord(order, 1, 1, 1000000) : 10);
+    rig.truck.Chatter(count > 1 ? WholeWord(order.words, 1, 1, 1000000) : 10);
     return true;
   }
   if (name == FaultName::Unplugged) {
     const RigWire which = WireWord(order, 1);
     rig.Plug(which, false);
-    if (const auto away = SecondsWord(order, 2)) {
+    if (const auto away = SecondsWord(order.words, 2)) {
       PostCall(Now() + *away, &rig, [&rig, which] { rig.Plug(which, true); });
     }
     return true;
   }
   if (name == FaultName::Replugged) {
     const RigWire which = WireWord(order, 1);
-    const int number = WholeWord(order, 2, 1, 255);
-    const Micros away = SecondsWord(order, 3).value_or(kSecond);
+    const int number = WholeWord(order.words, 2, 1, 255);
+    const Micros away = SecondsWord(order.words, 3).value_or(kSecond);
     if (!rig.Replug(which, number, away)) throw BadWords{"these ports have no numbers"};
     return true;
   }
@@ -167,10 +116,10 @@ void RunFault(Order& order) {
     faults.On(*name);
   } else if (how == "off") {
     faults.Off(*name);
-  } else if (const auto length = SecondsWord(order, 1)) {
+  } else if (const auto length = SecondsWord(order.words, 1)) {
     faults.OnUntil(*name, Now() + *length);
   } else {
-    faults.OnFor(*name, order.words.size() > 1 ? WholeWord(order, 1, 1, 1000000) : 1);
+    faults.OnFor(*name, order.words.size() > 1 ? WholeWord(order.words, 1, 1, 1000000) : 1);
   }
 }
 
@@ -190,8 +139,8 @@ void RunPlug(Order& order) {
 
 void RunReplug(Order& order) {
   const RigWire which = WireWord(order, 0);
-  const int number = WholeWord(order, 1, 1, 255);
-  const Micros away = SecondsWord(order, 2).value_or(kSecond);
+  const int number = WholeWord(order.words, 1, 1, 255);
+  const Micros away = SecondsWord(order.words, 2).value_or(kSecond);
   if (!order.rig.Replug(which, number, away)) throw BadWords{"these ports have no numbers"};
 }
 
@@ -201,27 +150,27 @@ void RunGround(Order& order) {
 }
 
 void RunTemperature(Order& order) {
-  order.rig.surroundings.temperature = NumberWord(order, 0, 0.1, 99.0);
+  order.rig.surroundings.temperature = NumberWord(order.words, 0, 0.1, 99.0);
 }
 
 void RunTilt(Order& order) {
-  const double x = NumberWord(order, 0, -45.0, 45.0);
-  order.rig.surroundings.tilt_y = NumberWord(order, 1, -45.0, 45.0);
+  const double x = NumberWord(order.words, 0, -45.0, 45.0);
+  order.rig.surroundings.tilt_y = NumberWord(order.words, 1, -45.0, 45.0);
   order.rig.surroundings.tilt_x = x;
 }
 
 void RunSet(Order& order) {
-  const int channel = WholeWord(order, 0, 1, 30);
-  order.rig.surroundings.Set(channel, NumberWord(order, 1, -1e6, 1e6));
+  const int channel = WholeWord(order.words, 0, 1, 30);
+  order.rig.surroundings.Set(channel, NumberWord(order.words, 1, -1e6, 1e6));
 }
 
 void RunFree(Order& order) {
-  order.rig.surroundings.Free(WholeWord(order, 0, 1, 30));
+  order.rig.surroundings.Free(WholeWord(order.words, 0, 1, 30));
 }
 
 void RunShift(Order& order) {
-  const int channel = WholeWord(order, 0, 1, 30);
-  const double volts = NumberWord(order, 1, -5.0, 5.0);
+  const int channel = WholeWord(order.words, 0, 1, 30);
+  const double volts = NumberWord(order.words, 1, -5.0, 5.0);
   order.rig.cone.ShiftZero(channel, volts);
   for (const auto& [number, module] : order.rig.modules) module->ShiftZero(channel, volts);
 }
@@ -269,6 +218,12 @@ constexpr std::array<Verb, 23> kVerbs = {{
     {"help", "", "answers these lines", [](Order& order) { order.reply = RigUsage(); }},
 }};
 
+std::string Refusal(const Verb& verb, const BadWords& bad) {
+  std::string text(verb.name);
+  text.append(": ").append(bad.text).append(" (").append(verb.name).append(" ");
+  return text.append(verb.usage).append(")");
+}
+
 }  // namespace
 
 std::string RigUsage() {
@@ -299,7 +254,7 @@ bool Rig::Command(const std::string& words, std::string& reply) {
       verb.run(order);
       return true;
     } catch (const BadWords& bad) {
-      reply = name + ": " + bad.text + " (" + name + " " + std::string(verb.usage) + ")";
+      reply = Refusal(verb, bad);
     } catch (const RuntimeFault& fault) {
       reply = name + ": " + fault.what();
     }

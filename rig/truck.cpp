@@ -11,12 +11,7 @@ namespace penlog {
 
 namespace {
 
-constexpr Micros kFlipTime = 200;
 constexpr double kNanometresPerMicro = 1000.0;  // of 1 m/s
-
-std::int64_t LineBits(ModemLines lines) {
-  return (lines.cts ? 1 : 0) + (lines.dsr ? 2 : 0) + (lines.cd ? 4 : 0);
-}
 
 double ToMetres(Nanometres way) {
   return static_cast<double>(way) / static_cast<double>(kNanometresPerMetre);
@@ -25,72 +20,18 @@ double ToMetres(Nanometres way) {
 }  // namespace
 
 Truck::Truck(const TruckSetup& setup, RigFaults& faults, RigLog& log)
-    : EventTarget("truck"),
-      setup_(setup),
-      faults_(faults),
-      log_(log),
-      counter_(setup.counter, setup.direction, ToNanometres(setup.resolution)) {
+    : EventTarget("truck"), setup_(setup), log_(log), lines_(setup, faults, log) {
+  lines_.depth = [this] { return Depth(); };
   PlaceTip(setup.start_depth);
-  lines_.dsr = true;
-}
-
-Truck::~Truck() {
-  DropCalls(this);
-}
-
-void Truck::Attach(WireEnd* wire) {
-  wire_ = wire;
-  if (wire_ != nullptr) wire_->SetLines(lines_);
 }
 
 void Truck::Tell(std::string text) {
   log_.Add({Now(), RigLogKind::Motion, 0, Depth(), 0, std::move(text)});
 }
 
-// The lines.
-
-void Truck::SendLines() {
-  ModemLines lines = counter_.Lines(lines_);
-  if (flipped_) lines.cd = !lines.cd;
-  if (lines == lines_) return;
-  lines_ = lines;
-  const bool lost = faults_.Strikes(FaultName::EdgeLost, Now());
-  if (wire_ != nullptr) {
-    if (lost) wire_->LoseNextEdge();
-    wire_->SetLines(lines_);
-  }
-  log_.Add({Now(), RigLogKind::Edge, LineBits(lines_), Depth(), 0, lost ? "lost" : ""});
-}
-
-void Truck::SetClamp(bool closed) {
-  if (lines_.dsr == closed) return;
-  ModemLines lines = lines_;
-  lines.dsr = closed;
-  lines_ = lines;
-  if (wire_ != nullptr) wire_->SetLines(lines_);
-  log_.Add({Now(), RigLogKind::Edge, LineBits(lines_), Depth(), 0, closed ? "clamp" : "open"});
-}
-
-bool Truck::SetPressure(bool on) {
-  if (setup_.counter == CounterType::Encoder || !setup_.pressure_switch) return false;
-  if (lines_.cts == on) return true;
-  lines_.cts = on;
-  if (wire_ != nullptr) wire_->SetLines(lines_);
-  log_.Add(
-      {Now(), RigLogKind::Edge, LineBits(lines_), Depth(), 0, on ? "pressure" : "no pressure"});
-  return true;
-}
-
 void Truck::Chatter(int pairs) {
   Tell("line CD chatters");
-  Flip(2 * pairs);
-}
-
-void Truck::Flip(int left) {
-  if (left <= 0) return;
-  flipped_ = !flipped_;
-  SendLines();
-  PostCall(Now() + kFlipTime, this, [this, left] { Flip(left - 1); });
+  lines_.Chatter(pairs);
 }
 
 void Truck::TakeOutputs(bool dtr, bool rts) {
@@ -123,22 +64,13 @@ void Truck::Push(double metres) {
   if (plan_.empty()) Continue();
 }
 
-/// In a hold the tip stands one step ahead of the counter: the counter passes it now.
-void Truck::CatchUp() {
-  for (const PlanStep& step : plan_) {
-    if (step.kind != PlanStep::Kind::Travel || step.counter <= 0 || step.tip != 0) continue;
-    counter_at_ += step.counter;
-    while (counter_.NextDown() <= counter_at_) {
-      counter_.PassDown();
-      SendLines();
-    }
-  }
-}
-
+/// Forgets the plan. Where a hold left the tip ahead of the counter, the counter catches up.
 void Truck::Drop() {
   Halt();
-  if (!plan_.empty() && plan_.front().kind != PlanStep::Kind::Travel) CatchUp();
   plan_.clear();
+  if (ahead_ == 0) return;
+  counter_at_ += std::exchange(ahead_, 0);
+  lines_.MoveTo(counter_at_, true);
 }
 
 void Truck::Stop() {
@@ -277,34 +209,20 @@ void Truck::PostAt(Micros time) {
 
 /// The next line change of the travel under way, or its end; never now, so that time goes on.
 void Truck::PostNext() {
-  const PlanStep& step = plan_.front();
-  const Nanometres end = counter_at_ + step.counter;
+  const Nanometres way = plan_.front().counter;
   Micros time = begun_ + length_;
-  if (step.counter > 0 && counter_.NextDown() <= end) {
-    time = std::min(time, TimeAt(counter_.NextDown()));
-  } else if (step.counter < 0 && counter_.NextUp() >= end) {
-    time = std::min(time, TimeAt(counter_.NextUp()));
+  if (way != 0) {
+    const Nanometres change = lines_.NextChange(counter_at_ + way, way > 0);
+    time = std::min(time, TimeAt(change));
   }
   PostAt(std::max(time, Now() + 1));
-}
-
-void Truck::PassEdges(Micros until) {
-  const PlanStep& step = plan_.front();
-  const Nanometres here = Along(counter_at_, step.counter, until);
-  while (step.counter > 0 && counter_.NextDown() <= here) {
-    counter_.PassDown();
-    SendLines();
-  }
-  while (step.counter < 0 && counter_.NextUp() >= here) {
-    counter_.PassUp();
-    SendLines();
-  }
 }
 
 void Truck::Handle(const Event& event) {
   if (event.number != generation_ || !running_ || plan_.empty()) return;
   if (plan_.front().kind == PlanStep::Kind::Travel) {
-    PassEdges(Now());
+    const Nanometres way = plan_.front().counter;
+    if (way != 0) lines_.MoveTo(Along(counter_at_, way, Now()), way > 0);
     if (Now() < begun_ + length_) {
       PostNext();
       return;
@@ -314,12 +232,20 @@ void Truck::Handle(const Event& event) {
   Continue();
 }
 
+/// Takes a part of the travel under way as done.
+void Truck::Advance(PlanStep& step, Nanometres counter, Nanometres tip) {
+  step.counter -= counter;
+  step.tip -= tip;
+  counter_at_ += counter;
+  tip_ += tip;
+  deepest_ = std::max(deepest_, tip_);
+  if (step.hydraulic) ahead_ += tip - counter;
+}
+
 void Truck::EndStep() {
-  const PlanStep step = plan_.front();
+  PlanStep step = plan_.front();
   if (step.kind == PlanStep::Kind::Travel) {
-    counter_at_ += step.counter;
-    tip_ += step.tip;
-    deepest_ = std::max(deepest_, tip_);
+    Advance(step, step.counter, step.tip);
     if (step.new_stroke) {
       stroke_start_ = counter_at_;
       target_ = tip_;
@@ -336,14 +262,10 @@ void Truck::Halt() {
   running_ = false;
   PlanStep& step = plan_.front();
   if (step.kind != PlanStep::Kind::Travel) return;
-  PassEdges(Now());
-  const Nanometres counter = Along(counter_at_, step.counter, Now());
-  const Nanometres tip = Along(tip_, step.tip, Now());
-  step.counter -= counter - counter_at_;
-  step.tip -= tip - tip_;
-  counter_at_ = counter;
-  tip_ = tip;
-  deepest_ = std::max(deepest_, tip_);
+  const Nanometres counter = Along(0, step.counter, Now());
+  const Nanometres tip = Along(0, step.tip, Now());
+  if (step.counter != 0) lines_.MoveTo(counter_at_ + counter, step.counter > 0);
+  Advance(step, counter, tip);
 }
 
 double Truck::Depth() const {

@@ -11,21 +11,20 @@
 
 #include "platform/event_queue.h"
 #include "platform/wire_end.h"
-#include "rig/depth_counter.h"
 #include "rig/faults.h"
 #include "rig/push_plan.h"
 #include "rig/rig_log.h"
 #include "rig/surroundings.h"
+#include "rig/truck_lines.h"
 
 namespace penlog {
 
 class Truck : private EventTarget {
  public:
   Truck(const TruckSetup& setup, RigFaults& faults, RigLog& log);
-  ~Truck() override;
 
-  /// The console's end; none while nothing is attached. Sets the lines as they are.
-  void Attach(WireEnd* wire);
+  /// The console's end; none while nothing is attached.
+  void Attach(WireEnd* wire) { lines_.Attach(wire); }
   void TakeOutputs(bool dtr, bool rts);
   /// A reading went out that the cone took at `sampled`.
   void TakeReading(Micros sampled);
@@ -39,13 +38,11 @@ class Truck : private EventTarget {
   void Lift(double metres);
   /// `steps` times a step of `metres` with a hold of `replies` readings.
   void Hold(int steps, int replies, double metres);
-  void SetClamp(bool closed);
-  /// False when the truck has no pressure line (an encoder uses it, or no switch is fitted).
-  bool SetPressure(bool on);
+  void SetClamp(bool closed) { lines_.SetClamp(closed); }
+  bool SetPressure(bool on) { return lines_.SetPressure(on); }
   /// The tip stands at `metres` in a hole that is open to there; nothing moves.
   void PlaceTip(double metres);
   void SetPushSpeed(double metres_per_second) { setup_.push_speed = metres_per_second; }
-  /// The counter's line CD chatters: `pairs` times there and back, 200 microseconds a flip.
   void Chatter(int pairs);
 
   double Depth() const;
@@ -53,7 +50,7 @@ class Truck : private EventTarget {
   bool Busy() const { return !plan_.empty() || target_ > tip_ || holds_left_ > 0; }
   bool Dtr() const { return dtr_; }
   bool Rts() const { return rts_; }
-  ModemLines Lines() const { return lines_; }
+  ModemLines Lines() const { return lines_.Lines(); }
   const TruckSetup& Setup() const { return setup_; }
 
  private:
@@ -65,27 +62,20 @@ class Truck : private EventTarget {
   bool Begin();
   bool BeginTravel();
   void Halt();
-  void CatchUp();
   void Drop();
-  void PassEdges(Micros until);
+  void Advance(PlanStep& step, Nanometres counter, Nanometres tip);
   Micros TimeAt(Nanometres counter) const;
   Nanometres Along(Nanometres from, Nanometres way, Micros time) const;
   void PostNext();
   void PostAt(Micros time);
   void EndStep();
-  void SendLines();
-  void Flip(int left);
   void Tell(std::string text);
   Nanometres Room() const;
   Nanometres Stroke() const { return counter_at_ - stroke_start_; }
 
   TruckSetup setup_;
-  RigFaults& faults_;
   RigLog& log_;
-  DepthCounter counter_;
-  WireEnd* wire_ = nullptr;
-  ModemLines lines_;
-  bool flipped_ = false;
+  TruckLines lines_;
   bool dtr_ = false;
   bool rts_ = false;
 
@@ -97,6 +87,7 @@ class Truck : private EventTarget {
   std::int64_t generation_ = 0;
 
   Nanometres counter_at_ = 0;  // at the begin of the step under way
+  Nanometres ahead_ = 0;       // of the counter, where a hold lets the tip go first
   Nanometres tip_ = 0;
   Nanometres deepest_ = 0;
   Nanometres start_ = 0;

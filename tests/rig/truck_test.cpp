@@ -1,5 +1,6 @@
 #include "rig/truck.h"
 
+#include "platform/numbers.h"
 #include "rig/rig_world.h"
 
 namespace penlog {
@@ -274,6 +275,27 @@ TEST(Hold, StandsForItsReadingsBeforeAndAfterTheLastStep) {
   for (const double depth : {0.02, 0.04, 0.06}) EXPECT_GE(at[depth], 7) << depth;
 }
 
+TEST(Hold, ReadingsAreTheGroundOfTheStepWithinTheLastPlace) {
+  RigSetup setup = MakeRigSetup("dcs-plain");
+  setup.ground = Ground({{0.0, 1000.0, 10.0, 0.0}, {0.5, 21000.0, 60.0, 0.0}});
+  setup.cone.zero_shift = {};
+  RigWorld rig(setup);
+  rig.Exchange("Z TF");
+  rig.Do("hold 10 5");
+  while (rig.rig.truck.Busy()) rig.Exchange("D");
+  int judged = 0;
+  for (const auto& reply : rig.rig.log.Of(RigLogKind::Reply)) {
+    const double steps = reply.depth / 0.02;
+    if (reply.sampled == 0 || reply.depth == 0.0 || steps != std::round(steps)) continue;
+    ++judged;
+    const GroundValues ground = setup.ground.At(reply.depth);
+    EXPECT_NEAR(LeadingNumber(reply.text), 0.25 + 4.5 * ground.qc / 100000.0, 1.01e-6);
+    const double sleeve = LeadingNumber(reply.text.substr(reply.text.find(' ')));
+    EXPECT_NEAR(sleeve, 0.3 + 4.2 * ground.fs / 1000.0, 1.01e-6);
+  }
+  EXPECT_GE(judged, 70);
+}
+
 TEST(Hold, CounterPassesTheStepBehindFiveReadings) {
   RigWorld rig("dcs");
   rig.Exchange("Z T");
@@ -300,6 +322,31 @@ TEST(Hold, StoppedInItsMiddleLeavesCounterAndTipTogether) {
   Yield();
   EXPECT_EQ(Counted::Encoder(rig, 0).down, 4);
   EXPECT_DOUBLE_EQ(rig.rig.truck.Depth(), 0.02);
+}
+
+TEST(Hold, StoppedOnItsWayLeavesCounterAndTipTogether) {
+  RigWorld rig("proximity");
+  rig.edges.clear();
+  rig.Do("hold 1 5 0.1");
+  World::RunFor(2500 * kMillisecond);
+  rig.Do("stop");
+  Yield();
+  EXPECT_NEAR(rig.rig.truck.Depth(), 0.05, 1e-6);
+  EXPECT_EQ(Counted::Proximity(rig).down, 3) << "closed at 5, 25 and 45 mm";
+}
+
+TEST(Push, GoesOnFromTheMiddleOfAStepWithoutLosingOne) {
+  RigWorld rig("dcs");
+  for (int i = 0; i < 20; ++i) {
+    rig.Do("push 0.0137");
+    World::RunFor(300 * kMillisecond);
+    rig.Do("stop");
+    rig.Do("push 0.0137");
+    rig.RunUntilStanding();
+  }
+  const double depth = rig.rig.truck.Depth();
+  EXPECT_EQ(Counted::Encoder(rig, 0).down, static_cast<int>(std::floor(depth / 0.005 + 0.125)));
+  EXPECT_EQ(Counted::Encoder(rig, 0).up, 0);
 }
 
 TEST(At, PlacesTheTipInAnOpenHole) {
