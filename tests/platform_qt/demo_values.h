@@ -47,6 +47,9 @@ inline void FillMain() {
        std::initializer_list<Control*>{&Main.shpUp, &Main.lblUp, &Main.shpDown, &Main.lblDown}) {
     control->Visible = true;
   }
+  Main.shpUp.Fill = Main.shpDown.Fill = FillStyle::Solid;
+  Main.shpUp.FillColor = kRed;
+  Main.shpDown.FillColor = kGreen;
   Main.shpClamp.Fill = FillStyle::Solid;
   Main.shpDepth.Fill = FillStyle::Solid;
   Main.shpDepth.FillColor = kGreen;
@@ -82,8 +85,8 @@ inline void FillStartUp() {
 inline void FillSetups() {
   SetupSounding.Drive1.List = {"/"};
   SetupSounding.Drive1.ListIndex = 0;
-  SetupSounding.Dir1.List = {"/", "srv", "soundings", "2026", "2027"};
-  SetupSounding.Dir1.ListIndex = 2;
+  SetupSounding.Dir1.Text = "/srv/soundings";
+  SetupSounding.Dir1.List = {"..", "2025", "2026", "2027"};
   SetupSounding.File1.List = {"CPT TEST(001).cpt", "CPT TEST(002).cpt", "HARBOUR 12.cpt"};
   SetupSounding.txtFileName.Text = "CPT TEST(003)";
   SetupSounding.lblFileName.Caption = "/srv/soundings/CPT TEST(003)";

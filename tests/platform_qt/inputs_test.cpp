@@ -12,6 +12,7 @@
 #include "forms/setup_sounding_form.h"
 #include "forms/specify_truck_interface_form.h"
 #include "forms/warning_form.h"
+#include "platform/qt/folder_view.h"
 #include "platform/qt/widget_inputs.h"
 #include "platform_qt/window_world.h"
 
@@ -327,6 +328,47 @@ TEST_F(Files, EntriesOfTheProgramReplaceTheOld) {
   EXPECT_EQ(list.count(), 1);
   EXPECT_EQ(list.currentRow(), 0);
   EXPECT_TRUE(world.served.empty());
+}
+
+struct Folders : testing::Test {
+  Folders() {
+    SetupSounding.Dir1.Text = "/srv/soundings";
+    SetupSounding.Dir1.List = {"..", "2026", "2027"};
+    Show(SetupSounding);
+    world.Settle();
+  }
+  WindowWorld world;
+  FolderView& view = world.Find<FolderView>(SetupSounding.Dir1);
+};
+
+TEST_F(Folders, ShowThePathAndWhatLiesBelowIt) {
+  EXPECT_EQ(view.Path().text(), "/srv/soundings");
+  EXPECT_EQ(view.Folders().count(), 3);
+}
+
+TEST_F(Folders, AClickSelectsAFolder) {
+  view.Folders().setCurrentRow(1);
+  emit view.Folders().itemClicked(view.Folders().item(1));
+  Yield();
+  EXPECT_EQ(world.served, Names{"select Dir1 1"});
+}
+
+TEST_F(Folders, ATypedPathCountsWhenItIsComplete) {
+  view.Path().selectAll();
+  TypeKey(view.Path(), '/');
+  TypeKey(view.Path(), 'X');
+  Yield();
+  world.mirror.Follow();
+  EXPECT_TRUE(world.served.empty());
+  EXPECT_EQ(view.Path().text(), "/X");
+  Key(view.Path(), QEvent::KeyPress, Qt::Key_Return);
+  Yield();
+  EXPECT_EQ(world.served, Names{"type Dir1 /X"});
+}
+
+TEST_F(Folders, AHandTypesAPath) {
+  EXPECT_EQ(world.Hand(ActionKind::Type, SetupSounding.Dir1, 0, "/srv/other"), "");
+  EXPECT_EQ(world.served, Names{"type Dir1 /srv/other"});
 }
 
 TEST(Inputs, ClosingAWindowIsAnActionAndHidesNothing) {

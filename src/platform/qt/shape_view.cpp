@@ -44,6 +44,14 @@ void ShapeView::PaintLamp(QPainter& painter) const {
   painter.drawEllipse(circle.adjusted(border, border, -border, -border));
 }
 
+/// Not to be taken for a lamp that is on: a small square beside the word it explains.
+void ShapeView::PaintKey(QPainter& painter) const {
+  const double side = std::min(width(), height()) * 0.5;
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(FillColour());
+  painter.drawRect(QRectF((width() - side) / 2, (height() - side) / 2, side, side));
+}
+
 void ShapeView::PaintLevel(QPainter& painter) const {
   const QRectF ring = rect().adjusted(1, 1, -1, -1);
   painter.setPen(QPen(Look().caption, 1.5));
@@ -73,6 +81,8 @@ void ShapeView::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   if (figure_ == "level") {
     PaintLevel(painter);
+  } else if (figure_ == "key") {
+    PaintKey(painter);
   } else if (figure_ == "bubble") {
     PaintBubble(painter);
   } else if (figure_ == "ground") {

@@ -10,7 +10,8 @@ namespace penlog {
 
 class ShapeView : public QWidget {
   Q_OBJECT
-  Q_PROPERTY(QString figure MEMBER figure_)  ///< "lamp", "level", "bubble", "ground", "bar"
+  Q_PROPERTY(QString figure MEMBER figure_)  ///< "lamp", "key" (of a lamp's colours), "level",
+                                             ///< "bubble", "ground", "bar"
 
  public:
   explicit ShapeView(QWidget* parent = nullptr) : QWidget(parent) {}
@@ -25,6 +26,7 @@ class ShapeView : public QWidget {
  private:
   QColor FillColour() const;
   void PaintLamp(QPainter& painter) const;
+  void PaintKey(QPainter& painter) const;
   void PaintLevel(QPainter& painter) const;
   void PaintBubble(QPainter& painter) const;
   void PaintGround(QPainter& painter) const;

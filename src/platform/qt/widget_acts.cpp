@@ -11,6 +11,8 @@
 #include <QMouseEvent>
 #include <algorithm>
 
+#include "platform/qt/folder_view.h"
+
 namespace penlog {
 
 namespace {
@@ -61,6 +63,15 @@ void Type(QLineEdit& field, const QString& text) {
   QApplication::sendEvent(&field, &event);
 }
 
+bool TypeInto(QWidget& widget, const QString& text) {
+  auto* folders = qobject_cast<FolderView*>(&widget);
+  auto* field = folders != nullptr ? &folders->Path() : qobject_cast<QLineEdit*>(&widget);
+  if (field == nullptr) return false;
+  Type(*field, text);
+  if (folders != nullptr) Key(*field, Qt::Key_Return);
+  return true;
+}
+
 bool SelectInBox(QComboBox& box, int entry) {
   if (entry < 0 || entry >= box.count()) return false;
   box.showPopup();
@@ -82,6 +93,9 @@ bool SelectInList(QListWidget& list, int entry) {
 bool Select(QWidget& widget, int entry) {
   if (auto* box = qobject_cast<QComboBox*>(&widget)) return SelectInBox(*box, entry);
   if (auto* list = qobject_cast<QListWidget*>(&widget)) return SelectInList(*list, entry);
+  if (auto* folders = qobject_cast<FolderView*>(&widget)) {
+    return SelectInList(folders->Folders(), entry);
+  }
   return false;
 }
 
@@ -115,11 +129,7 @@ bool Do(QWidget& widget, const OperatorAction& action) {
       SendMouse(widget, QEvent::MouseButtonRelease, Target(widget));
       return true;
     case ActionKind::Type:
-      if (auto* field = qobject_cast<QLineEdit*>(&widget)) {
-        Type(*field, QString::fromStdString(action.text));
-        return true;
-      }
-      return false;
+      return TypeInto(widget, QString::fromStdString(action.text));
     case ActionKind::Select:
       return Select(widget, action.number);
     case ActionKind::Check:

@@ -7,6 +7,7 @@
 #include <QListWidget>
 #include <QMouseEvent>
 
+#include "platform/qt/folder_view.h"
 #include "platform/qt/picture_view.h"
 
 namespace penlog {
@@ -49,13 +50,30 @@ void JoinButton(ControlMirror& mirror, QAbstractButton& button) {
   });
 }
 
+void PostText(ControlMirror& mirror, const QString& text) {
+  OperatorAction action;
+  action.kind = ActionKind::Type;
+  action.text = text.toStdString();
+  mirror.Post(std::move(action));
+}
+
 void JoinField(ControlMirror& mirror, QLineEdit& field) {
-  QObject::connect(&field, &QLineEdit::textEdited, &mirror, [&mirror](const QString& text) {
-    OperatorAction action;
-    action.kind = ActionKind::Type;
-    action.text = text.toStdString();
-    mirror.Post(std::move(action));
-  });
+  QObject::connect(&field, &QLineEdit::textEdited, &mirror,
+                   [&mirror](const QString& text) { PostText(mirror, text); });
+}
+
+void JoinList(ControlMirror& mirror, QListWidget& list) {
+  new EntryKeys(mirror, list);
+  QObject::connect(&list, &QListWidget::itemClicked, &mirror,
+                   [&mirror, &list] { mirror.Post(ActionKind::Select, list.currentRow()); });
+}
+
+/// A path counts when it is complete, not letter by letter.
+void JoinFolders(ControlMirror& mirror, FolderView& folders) {
+  QLineEdit& path = folders.Path();
+  QObject::connect(&path, &QLineEdit::returnPressed, &mirror,
+                   [&mirror, &path] { PostText(mirror, path.text()); });
+  JoinList(mirror, folders.Folders());
 }
 
 void JoinPicture(ControlMirror& mirror, PictureView& picture) {
@@ -86,11 +104,8 @@ void JoinInputs(ControlMirror& mirror) {
     QObject::connect(box, &QComboBox::activated, &mirror,
                      [&mirror](int entry) { mirror.Post(ActionKind::Select, entry); });
   }
-  if (auto* list = qobject_cast<QListWidget*>(widget)) {
-    new EntryKeys(mirror, *list);
-    QObject::connect(list, &QListWidget::itemClicked, &mirror,
-                     [&mirror, list] { mirror.Post(ActionKind::Select, list->currentRow()); });
-  }
+  if (auto* list = qobject_cast<QListWidget*>(widget)) JoinList(mirror, *list);
+  if (auto* folders = qobject_cast<FolderView*>(widget)) JoinFolders(mirror, *folders);
 }
 
 HoldWatcher::HoldWatcher(ControlMirror& mirror) : QObject(mirror.Widget()), mirror_(mirror) {

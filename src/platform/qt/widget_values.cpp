@@ -10,6 +10,7 @@
 #include <QVariant>
 #include <algorithm>
 
+#include "platform/qt/folder_view.h"
 #include "platform/qt/frame_view.h"
 #include "platform/qt/look.h"
 #include "platform/qt/report_view.h"
@@ -20,6 +21,18 @@
 namespace penlog {
 
 namespace {
+
+/// The field that holds a control's text; null for widgets without one.
+QLineEdit* FieldOf(QWidget& widget) {
+  if (auto* folders = qobject_cast<FolderView*>(&widget)) return &folders->Path();
+  return qobject_cast<QLineEdit*>(&widget);
+}
+
+/// The open list that holds a control's entries; null for widgets without one.
+QListWidget* ListOf(QWidget& widget) {
+  if (auto* folders = qobject_cast<FolderView*>(&widget)) return &folders->Folders();
+  return qobject_cast<QListWidget*>(&widget);
+}
 
 QString Text(const std::string& text) {
   return QString::fromStdString(text);
@@ -106,7 +119,7 @@ void ShowColours(QWidget& widget, const Control& control) {
 }
 
 void ShowText(QWidget& widget, const Control& control) {
-  auto* field = qobject_cast<QLineEdit*>(&widget);
+  QLineEdit* field = FieldOf(widget);
   if (field == nullptr || field->text() == Text(control.Text)) return;
   const QSignalBlocker silent(field);
   const int cursor = field->cursorPosition();
@@ -122,21 +135,23 @@ void ShowCheck(QWidget& widget, const Control& control) {
 }
 
 void ShowEntries(QWidget& widget, const Control& control) {
-  const QSignalBlocker silent(&widget);
   if (auto* box = qobject_cast<QComboBox*>(&widget)) {
+    const QSignalBlocker silent(box);
     box->clear();
     box->addItems(EntryTexts(control));
-  } else if (auto* list = qobject_cast<QListWidget*>(&widget)) {
+  } else if (QListWidget* list = ListOf(widget)) {
+    const QSignalBlocker silent(list);
     list->clear();
     list->addItems(EntryTexts(control));
   }
 }
 
 void ShowChoice(QWidget& widget, const Control& control) {
-  const QSignalBlocker silent(&widget);
   if (auto* box = qobject_cast<QComboBox*>(&widget)) {
+    const QSignalBlocker silent(box);
     box->setCurrentIndex(control.ListIndex);
-  } else if (auto* list = qobject_cast<QListWidget*>(&widget)) {
+  } else if (QListWidget* list = ListOf(widget)) {
+    const QSignalBlocker silent(list);
     list->setCurrentRow(control.ListIndex);
   }
 }

@@ -1,0 +1,19 @@
+#include "platform/qt/folder_view.h"
+
+#include <QVBoxLayout>
+
+namespace penlog {
+
+FolderView::FolderView(QWidget* parent)
+    : QWidget(parent), path_(new QLineEdit(this)), folders_(new QListWidget(this)) {
+  path_->setObjectName("areaPath");
+  folders_->setObjectName("areaFolders");
+  setFocusProxy(folders_);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  column->addWidget(path_);
+  column->addWidget(folders_, 1);
+}
+
+}  // namespace penlog

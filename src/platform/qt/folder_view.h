@@ -1,0 +1,24 @@
+// The folders to choose from, below the path of the chosen one, which can be typed as well.
+#pragma once
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QWidget>
+
+namespace penlog {
+
+class FolderView : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit FolderView(QWidget* parent = nullptr);
+
+  QLineEdit& Path() const { return *path_; }
+  QListWidget& Folders() const { return *folders_; }
+
+ private:
+  QLineEdit* path_;
+  QListWidget* folders_;
+};
+
+}  // namespace penlog
