@@ -1,5 +1,6 @@
 #include "platform/qt/box_windows.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -144,7 +145,7 @@ void BoxWindows::FollowBox(QWidget* over) {
   box_ = std::make_unique<BoxWindow>(*front, over);
   CentreOver(*box_, over);
   box_->show();
-  box_->raise();
+  if (QGuiApplication::platformName() != "offscreen") box_->raise();
 }
 
 void BoxWindows::FollowDialog(QWidget* over) {
@@ -157,7 +158,7 @@ void BoxWindows::FollowDialog(QWidget* over) {
   dialog_id_ = asked->id;
   CentreOver(*dialog_, over);
   dialog_->show();
-  dialog_->raise();
+  if (QGuiApplication::platformName() != "offscreen") dialog_->raise();
 }
 
 QWidget* BoxWindows::Front() const {
