@@ -17,6 +17,7 @@ namespace penlog {
 
 /// Lines of "System Setup Values.txt", from 1.
 namespace setting {
+constexpr int kCompanyName = 19;
 constexpr int kDepthResolution = 20;
 constexpr int kDepthStep = 21;
 constexpr int kDepthCounterType = 23;
