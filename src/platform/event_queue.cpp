@@ -30,7 +30,12 @@ class CallTable : public EventTarget {
     call();
   }
 
-  void Clear() { calls_.clear(); }
+  /// Numbers begin anew, so that a further run in this process is the same as the first.
+  void Clear() {
+    TheQueue().Drop(this);
+    calls_.clear();
+    last_ = 0;
+  }
 
   void Drop(const void* owner) {
     std::erase_if(calls_, [owner](const auto& entry) { return entry.second.owner == owner; });
