@@ -5,7 +5,9 @@
 #include "app/console.h"
 #include "core/data_directory.h"
 #include "core/languages.h"
+#include "core/reset_state.h"
 #include "core/session.h"
+#include "forms/operator_actions.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
 #include "platform/posix/pty_wire.h"
@@ -37,6 +39,7 @@ std::string NetworkDevice(const Rfc2217Server& server) {
 
 RealSession::RealSession(const RealSessionSetup& setup)
     : setup_(setup), machine_(MachineSetup(setup)) {
+  ResetActions();
   TheDisk().MakeFolder(DataFolder());
   RigSetup rig_setup = MakeRigSetup(setup_.rig);
   rig_setup.seed = setup_.seed;
@@ -102,7 +105,13 @@ int RealSession::Play(const Script& script, PlayerHands hands, std::string& repo
       return mirror_.Act(action, why) ? std::string() : why;
     };
   }
+  if (!hands.shot) {
+    hands.shot = [](const std::string&, const std::string&) { return std::string(); };
+  }
   if (!hands.kill) hands.kill = [] { std::_Exit(0); };
+  ForgetEnd();
+  ResetBoxes();
+  ResetState();
   Player player(script, std::move(hands));
   player.Start();
   RunConsole();
