@@ -7,6 +7,7 @@
 #include "forms/form.h"
 #include "forms/start_up_form.h"
 #include "platform/boxes.h"
+#include "platform/runtime_fault.h"
 #include "platform/yield.h"
 
 namespace penlog {
@@ -22,13 +23,23 @@ void TellFault(const std::string& text) {
   PostBox(message);
 }
 
+/// What its load could not cope with is told; the operator then has the screen as far as it came.
+void ShowFirstScreen() {
+  try {
+    Show(StartUp);
+  } catch (const RuntimeFault& fault) {
+    TellFault(fault.what());
+    Show(StartUp);
+  }
+}
+
 }  // namespace
 
 void RunConsole(const std::function<void()>& at_end) {
   OnFault(TellFault);
   WireScreens();
   try {
-    Show(StartUp);
+    ShowFirstScreen();
     for (;;) WaitYield("the operator");
   } catch (const ProgramEnd&) {
     if (at_end) at_end();

@@ -11,9 +11,9 @@ namespace {
 
 constexpr std::string_view kFolderName = "PENLOG(KQ)";
 
-void WriteOnce() {
-  const std::string probe = DataPath("Write Test.tmp");
-  TheDisk().MakeFolder(session.DataDirectory);
+void WriteOnce(const std::string& folder) {
+  const std::string probe = JoinPath(folder, "PENLOG Write Test.tmp");
+  TheDisk().MakeFolder(folder);
   TheDisk().Close(TheDisk().Create(probe));
   TheDisk().Remove(probe);
 }
@@ -31,9 +31,9 @@ std::string DataPath(std::string_view name) {
   return JoinPath(session.DataDirectory, name);
 }
 
-std::string WhyNotWritable() {
+std::string WhyNotWritable(const std::string& folder) {
   try {
-    WriteOnce();
+    WriteOnce(folder);
     return {};
   } catch (const RuntimeFault& fault) {
     return fault.what();

@@ -14,6 +14,6 @@ std::string FindDataDirectory();
 std::string DataPath(std::string_view name);
 
 /// Makes the folder if it is missing and tries to write in it. Empty, or why it can't be written.
-std::string WhyNotWritable();
+std::string WhyNotWritable(const std::string& folder);
 
 }  // namespace penlog

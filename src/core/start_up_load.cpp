@@ -30,7 +30,7 @@ constexpr std::int16_t kReadingsAveraged = 4;
 /// A directory that can't be written is told once; what then fails in it speaks for itself.
 void PrepareDataDirectory() {
   session.DataDirectory = FindDataDirectory();
-  const std::string why_not = WhyNotWritable();
+  const std::string why_not = WhyNotWritable(session.DataDirectory);
   if (!why_not.empty()) {
     Tell("THE DATA DIRECTORY CANNOT BE WRITTEN, SO NO SOUNDING CAN BE RECORDED.  " + why_not);
     return;

@@ -1,13 +1,14 @@
 #include "display/setup_display.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 
 #include "core/channels.h"
 #include "core/message.h"
 #include "core/settings.h"
 #include "display/display_state.h"
+#include "display/graph_slots.h"
+#include "display/setup_display_lists.h"
 #include "forms/main_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
@@ -20,9 +21,6 @@ namespace penlog {
 
 namespace {
 
-/// Stops the click rule of the graph boxes while the program itself sets boxes.
-bool clearing = false;
-
 constexpr const char* kNoPorePressure =
     "PP channel is not selected for recording. Even when no filter is present, PP should be "
     "recorded for troubleshooting purposes. Are you sure you don't want to record PP?";
@@ -31,79 +29,9 @@ bool Present(int channel) {
   return channels.ChannelPresent(channel) == kTrue;
 }
 
-bool SlotHolds(int channel) {
-  const auto& slots = display.GraphChannel;
-  return std::find(slots.begin() + 2, slots.end(), channel) != slots.end();
-}
-
-int FilledSlots() {
-  const auto& slots = display.GraphChannel;
-  return static_cast<int>(
-      std::count_if(slots.begin() + 2, slots.end(), [](auto channel) { return channel != 0; }));
-}
-
-/// The selection labels of graphs 1 to 4.
-std::array<Label*, 4> SelectionLabels() {
-  return {&SetupDisplay.lblGraph1Selection, &SetupDisplay.lblGraph2Selection,
-          &SetupDisplay.lblGraph3Selection, &SetupDisplay.lblGraph4Selection};
-}
-
-void SelectionRule() {
-  const auto labels = SelectionLabels();
-  for (std::size_t i = 0; i < labels.size(); ++i) {
-    const int channel = display.GraphChannel[i + 1];
-    labels[i]->Caption = channel > 0 ? channels.ChannelLabel(0, channel) : "";
-  }
-  display.GraphCount = static_cast<std::int16_t>(FilledSlots());
-}
-
-void LimitRule() {
-  if (display.GraphCount == 4) {  // the count holds 3 at most here
-    for (int channel = 2; channel <= 20; ++channel) {
-      SetupDisplay.chkGraphChan(channel).Enabled = false;
-    }
-  } else {
-    for (int channel = 2; channel <= kChannels; ++channel) {
-      const bool computed = channel >= 19 && channel <= 22;
-      SetupDisplay.chkGraphChan(channel).Enabled =
-          Present(channel) && (computed || SetupDisplay.chkRecordChan(channel).Checked);
-    }
-  }
-  for (std::size_t g = 2; g <= 4; ++g) {
-    const int channel = display.GraphChannel[g];
-    if (channel > 0) SetupDisplay.chkGraphChan(channel).Enabled = true;
-  }
-}
-
-void AddComputedChannel(int channel) {
-  channels.ChannelPresent(channel) = kTrue;
-  SetupDisplay.chkGraphChan(channel).Enabled = true;
-  SetupDisplay.chkGraphChan(channel).Checked = SlotHolds(channel);
-}
-
-void ListForRecording(int channel) {
-  auto& box = SetupDisplay.chkRecordChan(channel);
-  const int mode = channels.RecordMode(channel);
-  box.Caption = channels.ChannelLabel(0, channel);
-  box.Visible = true;
-  box.Checked = mode == 1 || mode == 2;
-  box.Enabled = mode != 2 && mode != 3;
-}
-
-void ListForGraphs(int channel) {
-  auto& box = SetupDisplay.chkGraphChan(channel);
-  box.Caption = channels.ChannelLabel(0, channel);
-  box.Visible = true;
-  if (channel == 1) {
-    box.Checked = true;
-    box.Enabled = false;
-    return;
-  }
-  box.Checked = SlotHolds(channel);
-  if (channels.ChannelComputed(channel) != 1 && !SetupDisplay.chkRecordChan(channel).Checked) {
-    box.Checked = false;
-    box.Enabled = false;
-  }
+void RunRules() {
+  SelectionRule();
+  LimitRule();
 }
 
 void AskForFilterPlace() {
@@ -121,25 +49,15 @@ void CloseFilterQuestion() {
   SetupDisplay.cmdDone.Enabled = true;
 }
 
-/// Channels 4 and 5 are drawn within channel 3's graph.
-void JoinPorePressures() {
-  auto& first = SetupDisplay.chkGraphChan(3);
-  auto& second = SetupDisplay.chkGraphChan(4);
-  auto& third = SetupDisplay.chkGraphChan(5);
-  if (settings.CombinePPPlots != 1) return;
-  if (!first.Checked && !second.Checked && !third.Checked) return;
-  first.Checked = true;
-  second.Checked = third.Checked = false;
-  second.Enabled = third.Enabled = false;
-}
-
 /// The first label of graphs 2 to 4 that shows `name` takes `other`.
 void RenameSelection(const std::string& name, const std::string& other) {
   if (name.empty() || other.empty()) return;  // a channel without a file has no name to give
-  const auto labels = SelectionLabels();
-  const auto found = std::find_if(labels.begin() + 1, labels.end(),
-                                  [&](const Label* label) { return label->Caption == name; });
-  if (found != labels.end()) (*found)->Caption = other;
+  for (Label* label : {&SetupDisplay.lblGraph2Selection, &SetupDisplay.lblGraph3Selection,
+                       &SetupDisplay.lblGraph4Selection}) {
+    if (label->Caption != name) continue;
+    label->Caption = other;
+    return;
+  }
 }
 
 void Finish() {
@@ -157,47 +75,25 @@ void Finish() {
 
 }  // namespace
 
-void ToggleGraphSlot(int channel) {
-  auto& slots = display.GraphChannel;
-  for (auto slot = slots.begin() + 2; slot != slots.end(); ++slot) {
-    if (*slot == channel) {
-      std::copy(slot + 1, slots.end(), slot);
-      slots.back() = 0;
-      return;
-    }
-    if (*slot == 0) {
-      *slot = static_cast<std::int16_t>(channel);
-      return;
-    }
-  }
-}
-
 void SetupDisplay_Load() {
-  clearing = true;
-  if (Present(6) && Present(7)) AddComputedChannel(19);
-  if (Present(1) && Present(2)) {
-    for (const int channel : {20, 21, 22}) AddComputedChannel(channel);
-  }
+  SetupDisplay.Clearing = true;
+  SetupDisplay.NothingSelectedMessage = "At least one channel must be selected.";
   if (Present(3) && !Present(4) && settings.QueryForPP == 1) AskForFilterPlace();
-  for (int channel = 1; channel <= kChannels; ++channel) {
-    if (!Present(channel)) continue;
-    if (channels.ChannelComputed(channel) == 0) ListForRecording(channel);
-    if (channels.ChannelGraphDefault(channel) == 1) ListForGraphs(channel);
-  }
-  JoinPorePressures();
-  SelectionRule();
-  LimitRule();
-  clearing = false;
+  FillChannelLists();
+  RunRules();
+  SetupDisplay.Clearing = false;
 }
 
+/// The box then shows what the slots hold: with all slots taken it does not stay ticked.
 void SetupDisplay_chkGraphChan_Click(int channel) {
-  if (clearing) return;
+  if (SetupDisplay.Clearing) return;
   ToggleGraphSlot(channel);
-  SelectionRule();
-  LimitRule();
+  SetupDisplay.chkGraphChan(channel).Checked = channel == 1 || SlotHolds(channel);
+  RunRules();
 }
 
 void SetupDisplay_chkRecordChan_Click(int channel) {
+  if (channel == 1) return;  // the first graph is always channel 1
   auto& graph = SetupDisplay.chkGraphChan(channel);
   if (SetupDisplay.chkRecordChan(channel).Checked) {
     graph.Enabled = true;
@@ -208,14 +104,13 @@ void SetupDisplay_chkRecordChan_Click(int channel) {
 }
 
 void SetupDisplay_cmdClearSelection_Click() {
-  std::fill(display.GraphChannel.begin() + 2, display.GraphChannel.end(), std::int16_t{0});
-  clearing = true;
+  KeepGraphSlots([](int) { return false; });
+  SetupDisplay.Clearing = true;
   for (int channel = 2; channel <= kChannels; ++channel) {
-    if (Present(channel)) SetupDisplay.chkGraphChan(channel).Checked = false;
+    if (Present(channel)) SetChecked(SetupDisplay.chkGraphChan(channel), false);
   }
-  SelectionRule();
-  LimitRule();
-  clearing = false;
+  RunRules();
+  SetupDisplay.Clearing = false;
 }
 
 void SetupDisplay_cmdU1PPFilter_Click() {
@@ -242,6 +137,10 @@ void SetupDisplay_cmdPrevious_Click() {
 }
 
 void SetupDisplay_cmdDone_Click() {
+  if (!AnyChannelRecorded()) {
+    Tell(SetupDisplay.NothingSelectedMessage);
+    return;
+  }
   if (!SetupDisplay.chkRecordChan(3).Checked &&
       MsgBox(kNoPorePressure, BoxButtons::YesNo) == BoxAnswer::No) {
     return;

@@ -15,8 +15,4 @@ void SetupDisplay_cmdPrevious_Click();
 /// Saves the choices, shows the console and runs its loop, which does not return.
 void SetupDisplay_cmdDone_Click();
 
-/// The graph slots 2 to 4 after a click on a channel: a slot that holds it gives it up and those
-/// behind move forward; else the first free slot takes it, or none when all are taken.
-void ToggleGraphSlot(int channel);
-
 }  // namespace penlog

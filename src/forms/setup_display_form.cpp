@@ -13,4 +13,9 @@ SetupDisplayForm::SetupDisplayForm() : Form("SetupDisplay", "DISPLAY SETUP") {
   KeepFirstValues();
 }
 
+void SetupDisplayForm::Released() {
+  Clearing = false;
+  NothingSelectedMessage.clear();
+}
+
 }  // namespace penlog

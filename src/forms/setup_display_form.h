@@ -1,6 +1,8 @@
 // Which channels are recorded and which are shown in the strip charts.
 #pragma once
 
+#include <string>
+
 #include "forms/control.h"
 #include "forms/form.h"
 
@@ -8,6 +10,7 @@ namespace penlog {
 
 struct SetupDisplayForm : Form {
   SetupDisplayForm();
+  void Released() override;
 
   Label lblRecordCaption{*this, "lblRecordCaption", "CHANNELS TO RECORD"};
   ControlArray<CheckBox> chkRecordChan{*this, "chkRecordChan", 1, 30};
@@ -31,6 +34,10 @@ struct SetupDisplayForm : Form {
   Button cmdU1PPFilter{*this, "cmdU1PPFilter", "U1 - FACE MOUNTED PP FILTER"};
   Button cmdU2PPFilter{*this, "cmdU2PPFilter", "U2 - PP FILTER BEHIND THE TIP"};
   Button cmdDoNotRecordPP{*this, "cmdDoNotRecordPP", "DO NOT RECORD PP DATA"};
+
+  /// Up while the program itself sets graph boxes: a box then doesn't act on the slots.
+  bool Clearing = false;
+  std::string NothingSelectedMessage;  ///< set at the load
 };
 
 inline SetupDisplayForm SetupDisplay;

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "core/data_directory.h"
 #include "core/message.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -11,15 +12,13 @@
 #include "platform/disk.h"
 #include "platform/files.h"
 #include "platform/host.h"
-#include "platform/numbers.h"
 #include "platform/texts.h"
 #include "screens/setup_sounding.h"
+#include "screens/typed_depth.h"
 
 namespace penlog {
 
 namespace {
-
-constexpr double kFeetPerMetre = 3.281;
 
 struct TakenName {
   const char* extension;
@@ -39,22 +38,6 @@ constexpr std::array kTakenNames = {
 std::string WithoutCpt(const std::string& name) {
   if (CharacterCount(name) <= 4 || !EndsWithNoCase(name, ".cpt")) return name;
   return name.substr(0, name.size() - 4);
-}
-
-bool IsNumberOrEmpty(const std::string& text) {
-  std::string typed = LocaleNumberText(Trim(text), session.CommaDecimal == 1);
-  for (char& c : typed) {
-    if (c == ',' && session.CommaDecimal == 1) c = '.';
-  }
-  return typed.empty() || WholeNumberText(typed).has_value();
-}
-
-/// The depth in a box, in metres, negated in the elevation format.
-float DepthIn(const TextBox& box) {
-  double depth = LocaleNumber(box.Text, session.CommaDecimal == 1);
-  if (settings.DepthUnits == 1) depth /= kFeetPerMetre;
-  if (settings.DepthFormat == 1) depth = -depth;
-  return static_cast<float>(depth);
 }
 
 std::string ProtectedWarning() {
@@ -80,6 +63,8 @@ std::string WhyNotAccepted() {
   if (!TheDisk().FolderExists(setup_sounding.Directory)) {
     return "DIRECTORY NOT FOUND: " + setup_sounding.Directory;
   }
+  const std::string not_writable = WhyNotWritable(setup_sounding.Directory);
+  if (!not_writable.empty()) return "THE DIRECTORY CANNOT BE WRITTEN.  " + not_writable;
   for (const TextBox* box : {&SetupSounding.txtStartDepth, &SetupSounding.txtWaterTable}) {
     if (!IsNumberOrEmpty(box->Text)) return "\"" + box->Text + "\" is not a number.";
   }
@@ -104,8 +89,8 @@ void TakeSoundingFields() {
   session.HeaderNote = SetupSounding.txtHeader.Text;
   session.FooterNote1 = SetupSounding.txtFooter1.Text;
   session.FooterNote2 = SetupSounding.txtFooter2.Text;
-  session.StartDepth = DepthIn(SetupSounding.txtStartDepth);
-  session.WaterTable = DepthIn(SetupSounding.txtWaterTable);
+  session.StartDepth = DepthOfText(SetupSounding.txtStartDepth.Text);
+  session.WaterTable = DepthOfText(SetupSounding.txtWaterTable.Text);
 }
 
 void SetupSounding_Command2_Click() {

@@ -15,6 +15,7 @@
 #include "platform/runtime_fault.h"
 #include "platform/texts.h"
 #include "screens/last_sounding_parameters.h"
+#include "screens/typed_depth.h"
 
 namespace penlog {
 
@@ -137,6 +138,28 @@ void FillBoxes() {
   SetText(SetupSounding.txtFileName, session.SoundingName);
 }
 
+/// With the naming by job and hole the numbers of the last sounding name this one, too.
+void NameByJobAndHole() {
+  if (!session.JobNumber.empty() || !session.HoleNumber.empty()) {
+    SetupSounding_txtJobOrHole_Change();
+  }
+}
+
+/// Back from the display setup: what was accepted stands.
+void FillFromSession() {
+  FillBoxes();
+  SetupSounding.txtConeNumber.Text = session.ConeNumber;
+  SetupSounding.txtStartDepth.Text = TextOfDepth(session.StartDepth);
+  SetupSounding.txtWaterTable.Text = TextOfDepth(session.WaterTable);
+  ChooseDrive(session.LastDrive);
+  ChooseDirectory(session.LastDirectory);
+}
+
+void SetMessages() {
+  setup_sounding.GPSNotFoundMessage = "GPS not found.";
+  setup_sounding.LostSatelliteMessage = "Lost Satellite";
+}
+
 void ShowFileNaming() {
   auto& list = SetupSounding.cmbFileNaming;
   const int mode = settings.FileNaming;
@@ -174,11 +197,10 @@ void SetupSounding_Load() {
   SetupSounding.Drive1.List = TheDisk().Drives();
   CaptionUnits();
   ShowFileNaming();
+  SetMessages();
   if (setup_sounding.BackFlag == -1) {
     setup_sounding.BackFlag = 0;
-    FillBoxes();
-    ChooseDrive(session.LastDrive);
-    ChooseDirectory(session.LastDirectory);
+    FillFromSession();
     return;
   }
   try {
@@ -198,6 +220,7 @@ void SetupSounding_Load() {
   }
   SettleGraphSlots();
   FillBoxes();
+  NameByJobAndHole();
   ShowPath();
 }
 
@@ -241,7 +264,9 @@ void SetupSounding_cmbFileNaming_Click() {
   SetupSounding_txtJobOrHole_Change();
 }
 
+/// The folder below which one is created stays chosen meanwhile.
 void SetupSounding_Command1_Click() {
+  frmCreateNewDirectory.Modal = true;
   Show(frmCreateNewDirectory);
 }
 

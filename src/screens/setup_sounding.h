@@ -8,8 +8,10 @@ namespace penlog {
 
 /// What the screen remembers besides its controls.
 struct SetupSoundingState {
-  std::string Directory;  ///< the chosen folder
-  int BackFlag = 0;       ///< -1: reopened from the display setup, the fields stand
+  std::string Directory;           ///< the chosen folder
+  int BackFlag = 0;                ///< -1: reopened from the display setup, the fields stand
+  std::string GPSNotFoundMessage;  ///< set at the load, as the next
+  std::string LostSatelliteMessage;
 };
 inline SetupSoundingState setup_sounding;
 

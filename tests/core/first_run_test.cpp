@@ -114,7 +114,7 @@ TEST(DataDirectory, IsChosenByVersionAndEnvironment) {
 TEST(DataDirectory, IsMadeWhenMissing) {
   SettingsWorld world;
   session.DataDirectory = "/allusers/PENLOG(KQ)";
-  EXPECT_EQ(WhyNotWritable(), "");
+  EXPECT_EQ(WhyNotWritable(session.DataDirectory), "");
   EXPECT_TRUE(world.disk.FolderExists("/allusers/PENLOG(KQ)"));
   EXPECT_TRUE(world.disk.List("/allusers/PENLOG(KQ)").empty()) << "the probe leaves nothing";
 }
@@ -122,7 +122,7 @@ TEST(DataDirectory, IsMadeWhenMissing) {
 TEST(DataDirectory, ThatCannotBeWrittenSaysWhy) {
   SettingsWorld world;
   world.disk.SetReadOnly("/data");
-  EXPECT_NE(WhyNotWritable().find("Permission denied"), std::string::npos);
+  EXPECT_NE(WhyNotWritable(session.DataDirectory).find("Permission denied"), std::string::npos);
 }
 
 }  // namespace

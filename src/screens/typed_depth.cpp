@@ -1,0 +1,36 @@
+#include "screens/typed_depth.h"
+
+#include "core/session.h"
+#include "core/settings.h"
+#include "platform/numbers.h"
+#include "platform/texts.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr double kFeetPerMetre = 3.281;
+
+}  // namespace
+
+bool IsNumberOrEmpty(const std::string& text) {
+  std::string typed = LocaleNumberText(Trim(text), session.CommaDecimal == 1);
+  for (char& c : typed) {
+    if (c == ',' && session.CommaDecimal == 1) c = '.';
+  }
+  return typed.empty() || WholeNumberText(typed).has_value();
+}
+
+float DepthOfText(const std::string& text) {
+  double depth = LocaleNumber(text, session.CommaDecimal == 1);
+  if (settings.DepthUnits == 1) depth /= kFeetPerMetre;
+  if (settings.DepthFormat == 1) depth = 0 - depth;
+  return static_cast<float>(depth);
+}
+
+std::string TextOfDepth(float depth) {
+  const double feet_or_metres = settings.DepthUnits == 1 ? depth * kFeetPerMetre : depth;
+  return Format(settings.DepthFormat == 1 ? -feet_or_metres : feet_or_metres, "0.###");
+}
+
+}  // namespace penlog
