@@ -119,10 +119,13 @@ Nanometres Truck::Room() const {
 
 Plan Truck::NextPlan() {
   if (holds_left_ > 0) {
-    if (Room() < hold_way_) return RodBreakPlan(setup_, Stroke());
+    // What a rod break let the rods come up belongs to the next step's way, not to its depth.
+    const Nanometres from = std::max(tip_, std::min(target_, deepest_));
+    const Nanometres way = from + hold_way_ - tip_;
+    if (Room() < way && Stroke() > 0) return RodBreakPlan(setup_, Stroke());
     --holds_left_;
-    target_ = std::max(target_, tip_ + hold_way_);
-    return HoldPlan(setup_, hold_way_, hold_replies_);
+    target_ = std::max(target_, tip_ + way);
+    return HoldPlan(setup_, way, hold_replies_);
   }
   if (target_ <= tip_) return {};
   if (Room() <= 0) return RodBreakPlan(setup_, Stroke());

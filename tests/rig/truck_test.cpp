@@ -312,6 +312,37 @@ TEST(Hold, CounterPassesTheStepBehindFiveReadings) {
   EXPECT_GE(held, 5);
 }
 
+TEST(Hold, StandsOnTheGridOfTheStepsBehindARodBreakToo) {
+  RigSetup setup = MakeRigSetup("dcs");
+  setup.truck.rod_length = 0.1;
+  RigWorld rig(setup);
+  rig.Exchange("Z T");
+  rig.Do("hold 12 2");
+  for (int i = 0; i < 5000 && rig.rig.truck.Busy(); ++i) rig.Exchange("D");
+  EXPECT_FALSE(rig.rig.truck.Busy());
+  EXPECT_NEAR(rig.rig.truck.Depth(), 0.24, 1e-9);
+  int breaks = 0;
+  for (const auto& record : rig.rig.log.Of(RigLogKind::Motion))
+    breaks += record.text == "rod added";
+  EXPECT_EQ(breaks, 2);
+  std::map<double, int> at;
+  for (const auto& reply : rig.rig.log.Of(RigLogKind::Reply)) {
+    if (reply.sampled > 0) ++at[std::round(reply.depth * 1e6) / 1e6];
+  }
+  for (int step = 1; step <= 12; ++step) EXPECT_GE(at[step * 0.02], 4) << step;
+}
+
+TEST(Hold, AStepLongerThanTheStrokeIsPushedInOne) {
+  RigSetup setup = MakeRigSetup("dcs");
+  setup.truck.rod_length = 0.1;
+  RigWorld rig(setup);
+  rig.Exchange("Z T");
+  rig.Do("hold 1 2 0.2");
+  for (int i = 0; i < 1000 && rig.rig.truck.Busy(); ++i) rig.Exchange("D");
+  EXPECT_FALSE(rig.rig.truck.Busy()) << "no rod break without end";
+  EXPECT_NEAR(rig.rig.truck.Depth(), 0.2, 1e-9);
+}
+
 TEST(Hold, StoppedInItsMiddleLeavesCounterAndTipTogether) {
   RigWorld rig("dcs");
   rig.Exchange("Z T");

@@ -32,27 +32,33 @@ std::vector<double> Numbers(const std::string& reply) {
   return numbers;
 }
 
-/// The readings that were complete before `time`; the last four of them in the mean.
-std::vector<double> MeanOfFour(const std::vector<RigRecord>& replies, Micros time) {
-  std::vector<std::vector<double>> last;
-  for (const RigRecord& reply : replies) {
-    if (reply.time > time) break;
-    last.push_back(Numbers(reply.text));
-  }
-  if (last.size() < 4) return {};
-  std::vector<double> mean(last.back().size());
-  for (std::size_t i = last.size() - 4; i < last.size(); ++i) {
-    for (std::size_t f = 0; f < mean.size() && f < last[i].size(); ++f) mean[f] += last[i][f] / 4;
-  }
-  return mean;
-}
+struct Reading {
+  Micros time = 0;
+  std::vector<double> fields;
+};
 
-std::vector<RigRecord> Readings(const RigLog& log) {
-  std::vector<RigRecord> readings;
+std::vector<Reading> Readings(const RigLog& log) {
+  std::vector<Reading> readings;
   for (const RigRecord& record : log.Of(RigLogKind::Reply)) {
-    if (record.number == 0 && record.sampled > 0) readings.push_back(record);
+    if (record.number == 0 && record.sampled > 0) {
+      readings.push_back({record.time, Numbers(record.text)});
+    }
   }
   return readings;
+}
+
+/// The mean of the last four readings that were complete before `time`.
+std::vector<double> MeanOfFour(const std::vector<Reading>& readings, Micros time) {
+  const auto later = [](Micros t, const Reading& reading) { return t < reading.time; };
+  const auto end = std::upper_bound(readings.begin(), readings.end(), time, later);
+  if (end - readings.begin() < 4) return {};
+  std::vector<double> mean((end - 1)->fields.size());
+  for (auto reading = end - 4; reading != end; ++reading) {
+    for (std::size_t f = 0; f < mean.size() && f < reading->fields.size(); ++f) {
+      mean[f] += reading->fields[f] / 4;
+    }
+  }
+  return mean;
 }
 
 /// The field of `line` at `at` must be `value` in `format`, give or take `tolerance`.
