@@ -31,3 +31,8 @@ if [ "${#missing[@]}" -gt 0 ]; then
   $sudo apt-get update -q
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
 fi
+
+# A locale with a decimal comma, under which the tests run once more.
+if [ "$purpose" = test ] && ! locale -a | grep -qiE '^de_DE\.utf-?8$'; then
+  ${sudo-} localedef -i de_DE -f UTF-8 de_DE.UTF-8
+fi

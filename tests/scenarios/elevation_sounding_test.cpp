@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "platform/numbers.h"
 #include "scenarios/golden.h"
 #include "scenarios/log_rows.h"
 #include "scenarios/scenario.h"
@@ -44,7 +45,7 @@ struct ElevationSounding : Scenario {
     SoundingShape shape = DcsShape(kStep);
     shape.start = kStart;
     shape.elevation = true;
-    const double baseline1 = std::strtod(LinesOf(cpt).at(18).substr(13, 20).c_str(), nullptr);
+    const double baseline1 = LeadingNumber(LinesOf(cpt).at(18).substr(13, 20));
     return {rig.log, clock.Times(), shape, baseline1};
   }
   /// Times of the log's lines of that kind with that text.
@@ -92,7 +93,7 @@ TEST(ElevationSounding, TheFinalBaselineIsTheReadingsOfTheLiftedConeAndNotTheFir
   ASSERT_EQ(final.size(), first.size());
   EXPECT_EQ(final.substr(0, 13), std::string(13, ' '));
   // The inclination has changed between the two; the tip is as free as it was.
-  EXPECT_NEAR(std::stod(final.substr(13, 20)), std::stod(first.substr(13, 20)), 1.1e-5);
+  EXPECT_NEAR(LeadingNumber(final.substr(13, 20)), LeadingNumber(first.substr(13, 20)), 1.1e-5);
   EXPECT_NE(final, first);
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "platform/numbers.h"
 #include "scenarios/golden.h"
 #include "scenarios/log_rows.h"
 #include "scenarios/scenario.h"
@@ -26,7 +27,7 @@ struct EncoderSounding : Scenario {
   /// V, as the header tells it for the column.
   double Baseline(int column) const {
     const auto at = static_cast<std::size_t>(13 + 20 * column);
-    return std::strtod(LinesOf(cpt).at(18).substr(at, 20).c_str(), nullptr);
+    return LeadingNumber(LinesOf(cpt).at(18).substr(at, 20));
   }
 
   RowClock clock;

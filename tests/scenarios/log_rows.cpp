@@ -9,6 +9,7 @@
 
 #include "platform/clock.h"
 #include "platform/memory_disk.h"
+#include "platform/numbers.h"
 #include "scenarios/scenario.h"
 
 namespace penlog {
@@ -22,6 +23,7 @@ constexpr double kUnit = 1.001e-5;  // one unit of the last place of "####0.0000
 std::string Print(const char* format, double value) {
   char text[64];
   std::snprintf(text, sizeof text, format, value);
+  std::replace(std::begin(text), std::end(text), ',', '.');  // whatever the locale writes
   return text;
 }
 
@@ -66,7 +68,7 @@ void ExpectField(const std::string& line, std::size_t at, std::size_t width, con
                  double value, double tolerance) {
   ASSERT_GE(line.size(), at + width) << line;
   const std::string field = line.substr(at, width);
-  const double was = std::stod(field);
+  const double was = LeadingNumber(field);
   EXPECT_EQ(field, Print(format, was)) << line;
   EXPECT_NEAR(was, value, tolerance) << line;
 }

@@ -50,11 +50,13 @@ class LogRows {
 
   int Count() const { return static_cast<int>(rows_.size()); }
   /// V, of row `row` from 1.
-  double Value(int row, int channel) const { return rows_[row - 1U].at(channel); }
+  double Value(int row, int channel) const {
+    return rows_[static_cast<std::size_t>(row - 1)].at(channel);
+  }
   /// m: the depth as read, from the number of the row.
   double Depth(int row) const { return shape_.start + row * shape_.step; }
   /// cm/s by the times of the readings; 0 for the first row.
-  double Speed(int row) const { return speeds_[row - 1U]; }
+  double Speed(int row) const { return speeds_[static_cast<std::size_t>(row - 1)]; }
 
   /// Compares the rows of the `.cpt` file, from behind its header of 23 lines on; with
   /// `final_baseline` one more line of readings must stand at the end.

@@ -108,7 +108,8 @@ void Rfc2217Server::Drop() {
   client_->abort();
   client_.release()->deleteLater();  // it may be on the stack
   SetBreakState(false);
-  const bool outputs = std::exchange(dtr_, false) | std::exchange(rts_, false);
+  const bool outputs = dtr_ || rts_;
+  dtr_ = rts_ = false;
   if (outputs) TellOutputs();
   if (!std::exchange(opened_, false)) return;
   Later([this] {
