@@ -64,9 +64,18 @@ void ChooseDrive(const std::string& drive) {
   list.ListIndex = found == list.List.end() ? -1 : static_cast<int>(found - list.List.begin());
 }
 
-void LoadDefaultPlace() {
+void LoadRootPlace() {
   ChooseDrive(DefaultDrive());
   ChooseDirectory(RootOf(DefaultDrive()));
+}
+
+/// The data directory: it can be written to by whoever runs the console, which a root can't.
+void LoadDefaultPlace() {
+  if (!TheDisk().FolderExists(session.DataDirectory)) return LoadRootPlace();
+  for (const std::string& drive : TheDisk().Drives()) {
+    if (StartsWith(session.DataDirectory, drive)) ChooseDrive(drive);
+  }
+  ChooseDirectory(session.DataDirectory);
 }
 
 void DefaultFields() {
@@ -105,7 +114,7 @@ void ChooseLastPlace() {
   const auto drives = TheDisk().Drives();
   if (std::find(drives.begin(), drives.end(), session.LastDrive) == drives.end()) {
     Tell("Last drive used is missing. Switching to the root drive.");
-    LoadDefaultPlace();
+    LoadRootPlace();
     return;
   }
   ChooseDrive(session.LastDrive);

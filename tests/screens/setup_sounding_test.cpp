@@ -82,7 +82,7 @@ TEST_F(SetupSoundingTest, MissingFileGivesDefaults) {
       (std::vector<std::string>{"Last sounding parameters file missing. Default values loaded"}));
   EXPECT_EQ(SetupSounding.txtFileName.Text, "CPT TEST(001)");
   EXPECT_EQ(SetupSounding.txtStartDepth.Text, "0");
-  EXPECT_EQ(setup_sounding.Directory, "/");
+  EXPECT_EQ(setup_sounding.Directory, "/allusers/PENLOG(KQ)");
   EXPECT_EQ(display.GraphChannel[1], 1);
 }
 
@@ -146,7 +146,7 @@ TEST_F(SetupSoundingTest, DamagedFileLoadsTheDefaultPlace) {
     Load(file);
     EXPECT_EQ(boxes.texts.back(),
               "An unkown error has occurred. Default drive and path values have been loaded.");
-    EXPECT_EQ(setup_sounding.Directory, "/");
+    EXPECT_EQ(setup_sounding.Directory, "/allusers/PENLOG(KQ)");
     EXPECT_EQ(display.GraphChannel[1], 1);
   }
 }
