@@ -16,6 +16,7 @@ struct YieldState {
   bool ending = false;
   int refusals = 0;        // one after another
   int quick_handlers = 0;  // handlers of ticks, bytes and edges on the stack
+  std::int64_t wait_count = 0;
   std::vector<const char*> waits;
   std::function<void(const std::string&)> report;
 };
@@ -102,10 +103,15 @@ void Yield() {
 
 void WaitYield(const char* what) {
   if (!MayYield()) return;
+  ++state.wait_count;
   WaitGuard guard(what);
   if (RunDue() > 0) return;
   TheClock().SleepUntil(TheQueue().NextTime());
   RunDue();
+}
+
+std::int64_t WaitCount() {
+  return state.wait_count;
 }
 
 void EndProgram() {

@@ -1,6 +1,7 @@
 // The two yields: the only places where handlers run and where time moves.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -21,6 +22,10 @@ void Yield();
 /// Runs what is due or, if nothing is, sleeps until the next event and runs that. Every loop that
 /// waits uses it; `what` names the wait in the report of a standstill.
 void WaitYield(const char* what);
+
+/// How often `WaitYield` was called so far: whether a stretch of work waited shows in the
+/// difference, in virtual and in real time alike.
+std::int64_t WaitCount();
 
 /// Ends the program: throws `ProgramEnd`, and each later yield throws it again.
 [[noreturn]] void EndProgram();

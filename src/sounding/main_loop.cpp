@@ -81,14 +81,14 @@ void Main_Timer1_Timer() {
 
 void MainloopPass() {
   if (sounding.ExitUnderWay == kTrue) return WaitYield("the answer whether to start again");
-  const Micros start = Now();
+  const std::int64_t waits = WaitCount();
   TakeTime();
   SuperviseLink();
   ServePortRequests();
   Yield();
   RetryHeld();
   WorkOfMode();
-  if (Now() == start) {
+  if (WaitCount() == waits) {
     WaitYield("the main loop with nothing to do");
   } else {
     Yield();

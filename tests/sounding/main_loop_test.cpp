@@ -101,6 +101,38 @@ TEST(Pass, NeverSpinsWhereTheWorkTakesNoTime) {
   }
 }
 
+/// As in real time: each look at the outside takes a few microseconds.
+class RunningClock : public Clock {
+ public:
+  explicit RunningClock(Clock& below) : below_(below) {}
+  Micros Now() const override { return below_.Now() + run_; }
+  WallTime Wall() const override { return below_.Wall(); }
+  void Collect() override { run_ += 7; }
+  void SleepUntil(std::optional<Micros> time) override {
+    ++sleeps;
+    if (time) run_ = std::max(run_, *time - below_.Now());
+  }
+  int sleeps = 0;
+
+ private:
+  Clock& below_;
+  Micros run_ = 0;
+};
+
+TEST(Pass, WithNothingToDoSleepsThoughTimeRunsOn) {
+  for (const int mode : {0, 3, 4, 5, 9}) {
+    FakeCone fake;
+    RunningClock clock(fake.clock);
+    UseClock(&clock);
+    sounding.ConsoleMode = static_cast<std::int16_t>(mode);
+    const auto ticks = sounding.TicksSinceStep;
+    for (int pass = 0; pass < 50; ++pass) MainloopPass();
+    EXPECT_GE(clock.sleeps, 25) << mode << ": half the passes serve what the sleep ended with";
+    EXPECT_GE(sounding.TicksSinceStep - ticks, 25) << mode;
+    UseClock(&fake.clock);
+  }
+}
+
 TEST(Pass, InModeEightStartsTheSounding) {
   FakeCone fake;
   sounding.ConsoleMode = 8;
