@@ -1,6 +1,7 @@
 #include "conelink/cone_settings_text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "conelink/cone_state.h"
@@ -25,7 +26,7 @@ std::vector<std::size_t> ColumnStarts(const std::vector<Line>& lines, const Offs
   std::vector<std::size_t> starts;
   std::size_t free_from = 0;
   for (std::size_t column = 0; column < offsets.size(); ++column) {
-    const auto wanted = static_cast<std::size_t>(offsets[column] * kPageWidth + 0.5);
+    const auto wanted = static_cast<std::size_t>(std::lround(offsets[column] * kPageWidth));
     starts.push_back(std::max(wanted, free_from));
     free_from = 0;
     for (const Line& line : lines) {

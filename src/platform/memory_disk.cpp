@@ -171,6 +171,7 @@ std::vector<DirectoryEntry> MemoryDisk::List(const std::string& path) {
   for (const auto& name : folders_) add(name, true);
   for (const auto& file : files_) add(file.first, false);
   std::vector<DirectoryEntry> entries;
+  entries.reserve(names.size());
   for (const auto& [name, is_folder] : names) entries.push_back({name, is_folder});
   return entries;
 }

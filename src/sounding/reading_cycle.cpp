@@ -39,7 +39,7 @@ bool AskCone(std::string& reply) {
 
 std::string AskModule(std::size_t module) {
   const std::string command = "D" + PlainNumber(static_cast<int>(module));
-  const std::string answer = Main_CommStringCheck(command);
+  std::string answer = Main_CommStringCheck(command);
   if (answer != "?") return answer;
   Main_CommStringCheck(cone.ModuleSelectCommand[module]);
   return Main_CommStringCheck(command);

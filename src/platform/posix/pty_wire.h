@@ -40,7 +40,7 @@ class PtyWire : public WireEnd {
   void LoseNextEdge() override {}
 
   /// More than this is not kept for a program that doesn't read; further bytes are lost.
-  static constexpr std::size_t kUnsentLimit = 64 * 1024;
+  static constexpr std::size_t kUnsentLimit = std::size_t{64} * 1024;
 
  private:
   void PlugIn();

@@ -32,8 +32,8 @@ class TermiosPort : public PortDriver {
   void DiscardOutput() override;
   ModemLines Lines() const override { return lines_; }
 
-  static constexpr std::size_t kReadSize = 16 * 1024;
-  static constexpr std::size_t kOutputLimit = 64 * 1024;
+  static constexpr std::size_t kReadSize = std::size_t{16} * 1024;
+  static constexpr std::size_t kOutputLimit = std::size_t{64} * 1024;
   /// No reading while more events than this wait.
   static constexpr std::size_t kBacklogLimit = ModemWatch::kBacklogLimit;
   static constexpr int kNodeCheckMs = 50;
