@@ -28,6 +28,7 @@ constexpr double kKeyTop = 0.95;
 constexpr double kKeyHeight = 0.05;
 constexpr double kValueAt = 0.55;  // of a graph's width
 constexpr double kUnitsAt = 0.8;
+constexpr double kEnd = 0.35;  // of a graph's width, for the figure at each end of its axis
 
 std::string SelectedUnit(int channel) {
   return channels.UnitLabel(channels.ChannelUnits(channel), channel);
@@ -86,8 +87,8 @@ void LayOutGraph(int g, double left, double width) {
   Put(Main.lblGraphUnits(g), left + width * kUnitsAt, kTitleTop, width * (1 - kUnitsAt),
       kTitleHeight);
   Put(Main.pctGraph(g), left, kChartTop, width, kChartHeight);
-  Put(Main.lblGraphxMin(g), left, kRangeTop, width / 2, kRangeHeight);
-  Put(Main.lblGraphxMax(g), left + width / 2, kRangeTop, width / 2, kRangeHeight);
+  Put(Main.lblGraphxMin(g), left, kRangeTop, width * kEnd, kRangeHeight);
+  Put(Main.lblGraphxMax(g), left + width * (1 - kEnd), kRangeTop, width * kEnd, kRangeHeight);
   Put(Main.shpBar(g), left, kBarTop, width, kBarHeight);
   Put(Main.lineBar(g), left, kBarTop, 0, kBarHeight);
   Main.shpBar(g).Visible = Main.lineBar(g).Visible = channel != 22;

@@ -1,5 +1,7 @@
 #include "screens/typed_depth.h"
 
+#include <cmath>
+
 #include "core/session.h"
 #include "core/settings.h"
 #include "platform/numbers.h"
@@ -18,7 +20,7 @@ bool IsNumberOrEmpty(const std::string& text) {
   for (char& c : typed) {
     if (c == ',' && session.CommaDecimal == 1) c = '.';
   }
-  return typed.empty() || WholeNumberText(typed).has_value();
+  return typed.empty() || WholeSingleText(typed).has_value();
 }
 
 float DepthOfText(const std::string& text) {
@@ -29,8 +31,9 @@ float DepthOfText(const std::string& text) {
 }
 
 std::string TextOfDepth(float depth) {
-  const double feet_or_metres = settings.DepthUnits == 1 ? depth * kFeetPerMetre : depth;
-  return Format(settings.DepthFormat == 1 ? -feet_or_metres : feet_or_metres, "0.###");
+  double shown = settings.DepthUnits == 1 ? depth * kFeetPerMetre : depth;
+  if (settings.DepthFormat == 1) shown = 0 - shown;
+  return PlainNumber(static_cast<float>(std::round(shown * 1000) / 1000));
 }
 
 }  // namespace penlog

@@ -84,6 +84,65 @@ TEST_F(SettingsFile, OfSixtyTwoValuesIsTakenWhole) {
   EXPECT_EQ(settings.DepthSignificantDigits, 2);
 }
 
+/// Every position with a number of its own; position 19 is the company's name.
+std::vector<std::string> NumberedValues() {
+  std::vector<std::string> values;
+  for (int position = 1; position <= 62; ++position) values.push_back(std::to_string(position));
+  values[18] = "\"19\"";
+  return values;
+}
+
+TEST_F(SettingsFile, GivesEachPositionItsSetting) {
+  world.PutSetup(Lines(NumberedValues(), 62));
+  LoadSystemSetup();
+  const SettingsState& s = settings;
+  for (int channel = 1; channel <= 18; ++channel) {
+    EXPECT_EQ(channels.ChannelUnits(channel), channel);
+  }
+  EXPECT_EQ(s.CompanyName, "19");
+  EXPECT_EQ(s.DepthResolution, 20.0F);
+  EXPECT_EQ(s.DepthStep, 21.0F);
+  const std::int16_t selections[] = {
+      s.LumenProbePresent,  s.DepthCounterType, s.PressureSwitchPresent,
+      s.DepthFormat,        s.DepthUnits,       s.PPGraphDefault,
+      s.CombinePPPlots,     s.QueryForPP,       s.QuitsActive,
+      s.TipPlotValues,      s.Language,         s.FileNaming,
+      s.PrintMode,          s.EncoderDirection, s.Gridlines,
+      s.AutoEnhanceSeismic, s.FilterSeismic,    s.DualAxisSeismic,
+      s.MirrorSeismic,      s.ConeSerialPort,   s.TruckInterfaceSerialPort};
+  int position = 22;
+  for (const std::int16_t selection : selections) EXPECT_EQ(selection, position++);
+  for (int channel = 21; channel <= 30; ++channel) {
+    EXPECT_EQ(channels.ChannelUnits(channel), channel + 23);
+  }
+  const std::int16_t last[] = {
+      s.DiscoverAddOnModules, s.ASCIIOutSerialPort, s.VideoOverlaySerialPort,
+      s.ASCIIOutFormat,       s.TipConfiguration,   s.TipDiameter,
+      s.GPSSerialPort,        s.LumenProbeOverlay,  s.DepthSignificantDigits};
+  position = 54;
+  for (const std::int16_t selection : last) EXPECT_EQ(selection, position++);
+}
+
+TEST_F(SettingsFile, SavedHasEachSettingAtItsPosition) {
+  world.PutSetup(Lines(NumberedValues(), 62));
+  LoadSystemSetup();
+  settings.CalibratorSerialPort = 43;
+  SaveKQSettings();
+  EXPECT_EQ(world.Setup(), Lines(NumberedValues(), 62));
+}
+
+TEST_F(SettingsFile, RewrittenHasEachSettingAtItsPosition) {
+  world.PutSetup(Lines(NumberedValues(), 62));
+  LoadSystemSetup();
+  settings.CalibratorSerialPort = 43;
+  settings.SetupUpgraded = kTrue;
+  RewriteUpgradedSetup();
+  auto expected = NumberedValues();
+  expected[42] = "60";  // the GPS port stands in the calibrator's place, and not at its own
+  expected.erase(expected.begin() + 59);
+  EXPECT_EQ(world.Setup(), Lines(expected, 61));
+}
+
 TEST_F(SettingsFile, HasNoLoaderForTheCalibratorPort) {
   Load(62);
   EXPECT_EQ(settings.CalibratorSerialPort, 0);

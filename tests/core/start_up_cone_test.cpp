@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 #include "conelink/cone_state.h"
@@ -119,7 +120,6 @@ TEST_F(StartUpCone, WithAChannelFileButNoConeRecordIsNotPresentApartFrom19And20)
   Start();
   for (int channel = 1; channel <= 30; ++channel) {
     const bool present = channel <= 2 || channel == 19 || channel == 20;
-    if (channel == 21 || channel == 22) continue;  // set up with the computed channels
     EXPECT_EQ(channels.ChannelPresent(channel), present ? kTrue : kFalse) << channel;
   }
 }
@@ -186,6 +186,21 @@ TEST_F(StartUpCone, ThatStaysSilentIsAskedFiveTimesAndThenSearchedFor) {
       << "a break after each failed attempt";
   EXPECT_EQ(world.statuses, (Texts{"LOOKING FOR CONE", "CONE NOT FOUND. CHECKING PORTS",
                                    "CHECKING FOR CONE ON PORT 3", "CHECKING FOR CONE ON PORT 4"}));
+}
+
+TEST_F(StartUpCone, ThatStaysSilentIsSaidToBeMissingFromTheThirdAttempt) {
+  ScriptedCone& instrument = Plug(3);
+  instrument.silent = true;
+  int attempts = 0;
+  const std::function<void()> look = [&] {
+    if (StatusWas("CONE NOT FOUND. CHECKING PORTS")) return;
+    attempts = instrument.Count("Y");
+    PostCall(Now() + kMillisecond, this, look, EventKind::RepeatingCall);
+  };
+  look();
+  Start();
+  DropCalls(this);
+  EXPECT_EQ(attempts, 2);
 }
 
 TEST_F(StartUpCone, IsTriedAgainAtTheNextPress) {

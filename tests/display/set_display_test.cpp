@@ -47,6 +47,10 @@ class SetDisplayTest : public testing::Test {
     std::copy(shown.begin(), shown.end(), display.GraphChannel.begin() + 1);
   }
 
+  static double RightEnd(const Control& control) {
+    return control.Where.left + control.Where.width;
+  }
+
   World world;
 };
 
@@ -62,9 +66,32 @@ TEST_F(SetDisplayTest, ListsChannelsThatArePresentAndNotComputed) {
 }
 
 TEST_F(SetDisplayTest, GraphCountZeroShowsNoGraphAndTheRestWorks) {
+  for (int g = 1; g <= 4; ++g) Main.pctGraph(g).Visible = true;
+  display.GraphChannel = {0, 1, 3, 2, 22};
   SetDisplay();
   for (int g = 1; g <= 4; ++g) EXPECT_FALSE(Main.pctGraph(g).Visible);
   EXPECT_TRUE(Main.lblChanValue(1).Visible);
+  EXPECT_EQ(Main.lblChanLabel(2).Caption, "Sleeve friction(kPa)");
+  EXPECT_EQ(Main.lblCommStatus.Caption, "Cone # DCS0123 Found");
+}
+
+TEST_F(SetDisplayTest, ElementsHaveTheirCaptions) {
+  const std::pair<const Control*, const char*> rows[] = {
+      {&Main.lblReboundCaption, "REBOUND"},
+      {&Main.lblSpeedCaption, "SPEED"},
+      {&Main.Label10, "PRESSURE"},
+      {&Main.lblClamp, "CLAMP"},
+      {&Main.Label11, "DEPTH "},
+      {&Main.lblOverrideCaption, "OVERRIDE"},
+      {&Main.lblModeCaption, "MODE:"},
+      {&Main.lblCommStatusCaption, "COMM STATUS"},
+      {&Main.lblCommStatus, "No Cone Present"},
+      {&Main.lblDissipationCaption, "DISSIPATION:"},
+      {&Main.lblDissipationValue, "Inactive"},
+      {&Main.lblNumberOfPicturesCaption, "Number Of Pictures"},
+      {&Main.lblQuitForCaption, "QUIT FOR"},
+  };
+  for (const auto& [control, caption] : rows) EXPECT_EQ(control->Caption, caption);
 }
 
 TEST_F(SetDisplayTest, GraphWidthsFollowTheirCount) {
@@ -77,14 +104,88 @@ TEST_F(SetDisplayTest, GraphWidthsFollowTheirCount) {
   EXPECT_FALSE(Main.pctGraph(4).Visible);
 }
 
+TEST_F(SetDisplayTest, GraphsStandSideBySideWithTheirLabels) {
+  constexpr double kGap = 0.02;  // of the area's width, between two graphs
+  Graph({1, 3, 2, 22});
+  for (std::int16_t count = 1; count <= 4; ++count) {
+    display.GraphCount = count;
+    SetDisplay();
+    const double width = GraphWidth(count);
+    for (int g = 1; g <= 4; ++g) {
+      EXPECT_EQ(Main.pctGraph(g).Visible, g <= count);
+      if (g > count) continue;
+      const double left = (g - 1) * (width + kGap);
+      EXPECT_DOUBLE_EQ(Main.pctGraph(g).Where.left, left);
+      EXPECT_DOUBLE_EQ(Main.pctGraph(g).Where.width, width);
+      EXPECT_DOUBLE_EQ(Main.lblGraphTitle(g).Where.left, left);
+      EXPECT_DOUBLE_EQ(Main.lblGraphValue(g).Where.left, left + 0.55 * width);
+      EXPECT_NEAR(RightEnd(Main.lblGraphUnits(g)), left + width, 1e-9);
+      EXPECT_DOUBLE_EQ(Main.lblGraphxMin(g).Where.left, left);
+      EXPECT_NEAR(RightEnd(Main.lblGraphxMax(g)), left + width, 1e-9);
+      const double chart_end = Main.pctGraph(g).Where.top + Main.pctGraph(g).Where.height;
+      EXPECT_GE(Main.lblGraphxMin(g).Where.top, chart_end);
+      EXPECT_GE(Main.lblGraphxMax(g).Where.top, chart_end);
+      EXPECT_LE(RightEnd(Main.pctGraph(g)), 1.0);
+    }
+  }
+}
+
+TEST_F(SetDisplayTest, GraphsOfAnEarlierLayoutAreHiddenWithAllTheirParts) {
+  settings.TipPlotValues = 1;
+  Graph({1, 3, 2, 20});
+  SetDisplay();
+  EXPECT_TRUE(Main.frmKey(1).Visible);
+  display.GraphCount = 0;
+  SetDisplay();
+  for (int g = 1; g <= 4; ++g) {
+    for (const Control* control : std::initializer_list<const Control*>{
+             &Main.pctGraph(g), &Main.lblGraphTitle(g), &Main.lblGraphValue(g),
+             &Main.lblGraphUnits(g), &Main.lblGraphxMin(g), &Main.lblGraphxMax(g), &Main.shpBar(g),
+             &Main.lineBar(g), &Main.frmKey(g)}) {
+      EXPECT_FALSE(control->Visible) << control->Name();
+    }
+  }
+}
+
 TEST_F(SetDisplayTest, ComputedChannelHasNoEntryInTheListButAGraph) {
+  for (int channel = 19; channel <= 22; ++channel) {
+    channels.ChannelPresent(channel) = kTrue;
+    channels.ChannelComputed(channel) = 1;
+  }
   Graph({1, 22});
   SetDisplay();
   EXPECT_EQ(Main.lblGraphTitle(2).Caption, "SPT N:");
   EXPECT_EQ(Main.lblGraphUnits(2).Caption, "blows");
-  EXPECT_FALSE(Main.shpBar(2).Visible);
-  EXPECT_FALSE(Main.lineBar(2).Visible);
-  EXPECT_TRUE(Main.shpBar(1).Visible);
+  for (int channel = 19; channel <= 22; ++channel) {
+    EXPECT_FALSE(Main.lblChanLabel(channel).Visible) << channel;
+    EXPECT_FALSE(Main.lblChanValue(channel).Visible) << channel;
+  }
+  EXPECT_TRUE(Main.lblInclination.Visible) << "inclination has its own label";
+}
+
+TEST_F(SetDisplayTest, GraphOfChannel22HasNoBar) {
+  Graph({1, 22, 21});
+  SetDisplay();
+  for (int g = 1; g <= 3; ++g) {
+    EXPECT_EQ(Main.shpBar(g).Visible, g != 2);
+    EXPECT_EQ(Main.lineBar(g).Visible, g != 2);
+  }
+}
+
+TEST_F(SetDisplayTest, TitlesAndUnitsAreTheChannels) {
+  Graph({1, 3});
+  SetDisplay();
+  EXPECT_EQ(Main.lblGraphTitle(1).Caption, "Tip resistance:");
+  EXPECT_EQ(Main.lblGraphUnits(1).Caption, "MPa");
+  EXPECT_EQ(Main.lblGraphTitle(2).Caption, "Pore pressure:");
+  EXPECT_EQ(Main.lblGraphUnits(2).Caption, "kPa");
+}
+
+TEST_F(SetDisplayTest, ValuesAreWhiteInNormalUse) {
+  SetDisplay();
+  for (int channel = 1; channel <= 30; ++channel) {
+    EXPECT_EQ(Main.lblChanValue(channel).ForeColor, kWhite) << channel;
+  }
 }
 
 TEST_F(SetDisplayTest, BallTipWithThreeGraphsShowsTheWordTest) {
@@ -122,12 +223,30 @@ TEST_F(SetDisplayTest, KeysNameTheSeriesOfAGraphWithMoreThanOne) {
   EXPECT_TRUE(Main.lblKeyc(2).Visible);
 }
 
+TEST_F(SetDisplayTest, ChannelOutsideGraphs1And3HasNoKey) {
+  settings.TipPlotValues = settings.CombinePPPlots = 1;
+  Graph({2, 4});
+  SetDisplay();
+  EXPECT_FALSE(Main.frmKey(1).Visible);
+  EXPECT_FALSE(Main.frmKey(2).Visible);
+}
+
 TEST_F(SetDisplayTest, RangesStartAnew) {
-  Graph({1});
-  display.GraphMax[1] = 12;
+  Graph({1, 3, 2, 22});
+  for (auto* range : {&display.GraphMin, &display.GraphMax, &display.GraphShownMin,
+                      &display.GraphShownMax, &display.GraphStep}) {
+    range->fill(12);
+  }
+  display.GraphDepthMin = 10;
   display.GraphDepthMax = 30;
   SetDisplay();
-  EXPECT_EQ(display.GraphMax[1], 0);
+  for (std::size_t g = 1; g <= 4; ++g) {
+    EXPECT_EQ(display.GraphMin[g], 0);
+    EXPECT_EQ(display.GraphMax[g], 0);
+    EXPECT_EQ(display.GraphShownMin[g], 0);
+    EXPECT_EQ(display.GraphShownMax[g], 0);
+    EXPECT_EQ(display.GraphStep[g], 0);
+  }
   EXPECT_EQ(display.GraphDepthMin, 0);
   EXPECT_EQ(display.GraphDepthMax, 1);
 }

@@ -48,9 +48,8 @@ TEST_F(CreateDirectoryTest, RefusesBadNames) {
   EXPECT_EQ(Create("today"), "DIRECTORY ALREADY EXISTS.");
   EXPECT_EQ(Create(".."), "DIRECTORY ALREADY EXISTS.");
   for (const char character : {'\\', '/', ':', '*', '?', '<', '>', '|'}) {
-    EXPECT_EQ(Create(std::string("a") + character),
-              std::string("CANNOT CREATE DIRECTORY: \"") + character +
-                  "\" IS AN INVALID CHARACTER.");
+    EXPECT_EQ(Create(std::string("a") + character), std::string("CANNOT CREATE DIRECTORY: \"") +
+                                                        character + "\" IS AN INVALID CHARACTER.");
   }
   EXPECT_TRUE(frmCreateNewDirectory.Visible);
   EXPECT_EQ(setup_sounding.Directory, "/soundings");
