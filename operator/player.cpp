@@ -287,10 +287,7 @@ bool Player::TryExpect(const ScriptAction& action) {
   const std::string text = ControlText(*control);
   expected_ = action.words[0] + " " + Quoted(word);
   was_ = Quoted(text);
-  if (!word.empty() && word[0] == '~') {
-    return std::regex_search(text, std::regex(word.substr(1)));
-  }
-  return text == word;
+  return word.starts_with('~') ? std::regex_search(text, action.pattern) : text == word;
 }
 
 bool Player::TryOutside(const ScriptAction& action) {

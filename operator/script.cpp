@@ -96,13 +96,6 @@ std::string WordFault(const ScriptAction& action) {
   if (action.verb == "expect" && words.size() == 3 && !IsNumber(words[2])) {
     return "\"expect\" needs seconds at its end";
   }
-  if (action.verb == "expect" && !words[1].empty() && words[1][0] == '~') {
-    try {
-      const std::regex pattern(words[1].substr(1));
-    } catch (const std::regex_error&) {
-      return "\"" + words[1] + "\" is no pattern";
-    }
-  }
   if (action.verb == "point" && (!IsNumber(words[1]) || !IsNumber(words[2]))) {
     return "\"point\" needs two fractions";
   }
@@ -112,6 +105,17 @@ std::string WordFault(const ScriptAction& action) {
   if (action.verb == "answer" && words[0] != "ok" && words[0] != "cancel" && words[0] != "yes" &&
       words[0] != "no") {
     return "\"" + words[0] + "\" is no answer";
+  }
+  return {};
+}
+
+/// Makes the pattern of an `expect`; why it can't be made, empty if it can.
+std::string MakePattern(ScriptAction& action) {
+  if (action.verb != "expect" || !action.words[1].starts_with('~')) return {};
+  try {
+    action.pattern = std::regex(action.words[1].substr(1));
+  } catch (const std::regex_error&) {
+    return "\"" + action.words[1] + "\" is no pattern";
   }
   return {};
 }
@@ -138,7 +142,8 @@ Script ParseScript(const std::string& title, std::string_view text) {
       action.quoted.push_back(words[i].quoted);
       action.rest += (i > 1 ? " " : "") + words[i].text;
     }
-    const std::string fault = WordFault(action);
+    std::string fault = WordFault(action);
+    if (fault.empty()) fault = MakePattern(action);
     if (!fault.empty()) throw ScriptFault(where + fault);
     script.actions.push_back(std::move(action));
   }

@@ -18,6 +18,7 @@
 //   end                                     the window is closed
 #pragma once
 
+#include <regex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -31,6 +32,7 @@ struct ScriptAction {
   std::vector<std::string> words;  ///< without the verb
   std::vector<bool> quoted;        ///< whether the word stood in quotes
   std::string rest;                ///< the line behind the verb, as written (for `rig`)
+  std::regex pattern;              ///< of an `expect` with "~REGEX": made once, it is slow to make
 };
 
 struct Script {
