@@ -74,7 +74,9 @@ void MemoryDisk::Sync(Handle handle) {
   const std::string path = PathOf(handle);
   CountOperation("sync", path);
   const auto file = files_.find(path);
-  if (file != files_.end()) synced_[path] = file->second;
+  if (file == files_.end()) return;
+  std::string& synced = synced_[path];  // files only grow: what was synced is their head
+  synced.append(file->second, synced.size());
 }
 
 void MemoryDisk::Close(Handle handle) {
