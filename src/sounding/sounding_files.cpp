@@ -61,6 +61,7 @@ void MakeBothFiles() {
 void MakeTimFile() {
   if (settings.LumenProbePresent != 1 && settings.LumenProbePresent != 2) return;
   const auto seconds = static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
+  MoveBeside(PathOf(kTimFile));  // marks of another sounding, or of rods moved before this one
   MakeFile(kTimFile, TimHeader(seconds));
 }
 
