@@ -56,7 +56,7 @@ bool IsProtectedDirectory(const std::string& directory) {
 std::string WhyNotAccepted() {
   const std::string& name = SetupSounding.txtFileName.Text;
   const std::string path = SetupSounding.lblFileName.Caption;
-  if (name.empty()) return "Please enter a filename";
+  if (Trim(name).empty()) return "Please enter a filename";
   for (const auto& taken : kTakenNames) {
     if (TheDisk().FileExists(path + taken.extension)) return taken.message;
   }

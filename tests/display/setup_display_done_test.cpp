@@ -149,7 +149,7 @@ TEST_F(SetupDisplayDone, DelayRowsAreTheLargestOfTheRecordedChannels) {
     channels.RecordMode(1) = 2;
     channels.RecordMode(2) = 1;
     channels.RecordMode(5) = 0;
-    channels.RecordMode(19) = 1;
+    channels.RecordMode(19) = 2;
     channels.ChannelDelayRows(1) = row.always;
     channels.ChannelDelayRows(2) = row.ticked;
     channels.ChannelDelayRows(5) = row.unticked;

@@ -69,9 +69,13 @@ TEST_F(AcceptTest, RefusesEachInvalidCharacter) {
 }
 
 TEST_F(AcceptTest, RefusesAnEmptyName) {
-  SetText(SetupSounding.txtFileName, "");
-  SetupSounding_Command2_Click();
-  EXPECT_EQ(boxes.texts.back(), "Please enter a filename");
+  for (const char* name : {"", "  "}) {
+    SetText(SetupSounding.txtFileName, name);
+    boxes.texts.clear();
+    SetupSounding_Command2_Click();
+    EXPECT_EQ(boxes.texts, (std::vector<std::string>{"Please enter a filename"}));
+    EXPECT_TRUE(SetupSounding.Visible);
+  }
 }
 
 TEST_F(AcceptTest, RefusesANameThatIsTaken) {

@@ -15,6 +15,7 @@ class CreateDirectoryTest : public testing::Test {
  protected:
   CreateDirectoryTest() {
     world.disk.MakeFolder("/soundings/today");
+    SetupSounding.Drive1.Text = "/";
     ChooseDirectory("/soundings");
     frmCreateNewDirectory.Load = frmCreateNewDirectory_Load;
     Show(frmCreateNewDirectory);
@@ -33,6 +34,7 @@ class CreateDirectoryTest : public testing::Test {
 
 TEST_F(CreateDirectoryTest, ShowsWhereItStands) {
   EXPECT_EQ(frmCreateNewDirectory.lblDirectory.Caption, "/soundings");
+  EXPECT_EQ(frmCreateNewDirectory.lblDrive.Caption, "/");
 }
 
 TEST_F(CreateDirectoryTest, CreatesWithBlanksStrippedAndGoesThere) {
@@ -53,6 +55,10 @@ TEST_F(CreateDirectoryTest, RefusesBadNames) {
   }
   EXPECT_TRUE(frmCreateNewDirectory.Visible);
   EXPECT_EQ(setup_sounding.Directory, "/soundings");
+}
+
+TEST_F(CreateDirectoryTest, ADoubleQuoteIsNotAmongTheRefusedCharacters) {
+  EXPECT_EQ(Create("a\"b"), "SUCCESSFULLY CREATED a\"b");
 }
 
 TEST_F(CreateDirectoryTest, TellsWhyTheDiskRefused) {

@@ -9,6 +9,7 @@ namespace {
 
 TEST_F(SetupSoundingTest, OpensWithTheLastSounding) {
   Load(Parameters("SITE(007)", "DCS0123", " 1 ", " 1 \r\n 3 \r\n 2 \r\n 0 \r\n"));
+  EXPECT_EQ(SetupSounding.Drive1.List, world.disk.Drives());
   EXPECT_EQ(SetupSounding.Drive1.Text, "/");
   EXPECT_EQ(setup_sounding.Directory, "/soundings/today");
   EXPECT_EQ(SetupSounding.txtOperator.Text, "Anna");
