@@ -24,9 +24,9 @@ class SetupDisplayDone : public SetupDisplayTest {
     sounding.ManualClampState = 0;  // the loop's entry sets it to 1
     bool entered = false;
     PostCall(Now() + 200 * kMillisecond, this, [&] {
+      RequestEnd();
       entered = sounding.ManualClampState == 1 && Main.ConeComm.PortOpen();
       graphs_laid_out = entered && Main.pctGraph(display.GraphCount).Visible;
-      RequestEnd();
     });
     try {
       Press(SetupDisplay.cmdDone);
