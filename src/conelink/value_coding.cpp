@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
@@ -33,10 +34,16 @@ std::int64_t BitsToInteger(std::string_view bits) {
   return sum;
 }
 
+/// Summed in single precision, highest weight first. A run too long for the type, which only a
+/// disturbed line sends, gives its largest value.
 float BitsToSingle(std::string_view bits) {
   float sum = 0;
-  for (const char bit : bits) sum = sum * 2 + (bit == '1' ? 1.0f : 0.0f);
-  return sum;
+  auto weight = static_cast<int>(bits.size());
+  for (const char bit : bits) {
+    --weight;
+    if (bit == '1') sum += std::ldexp(1.0f, weight);
+  }
+  return std::min(sum, std::numeric_limits<float>::max());
 }
 
 /// Places behind the point that show seven significant digits.

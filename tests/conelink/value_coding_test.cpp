@@ -60,6 +60,19 @@ TEST(BinaryToSingle, FormIsToldByLengthAlone) {
   EXPECT_EQ(BinaryToSingle("`@@C"), -3) << "four: the first bit is the sign";
 }
 
+TEST(BinaryToSingle, LongerRunsAreSummedHighestWeightFirst) {
+  // 26 magnitude bits: each weight is added in single precision, so the lowest ones are lost.
+  EXPECT_EQ(BinaryToSingle("@\x7f\x7f\x7f\x7f"), 16777215.0f);
+  EXPECT_EQ(BinaryToSingle("B@@@A"), 33554432.0f) << "2^25, a bit of weight 1 gets lost in it";
+  EXPECT_EQ(BinaryToSingle("`@@@A"), -1.0f);
+}
+
+TEST(BinaryToSingle, RunTooLongForTheTypeGivesItsLargestValue) {
+  const float largest = std::numeric_limits<float>::max();
+  EXPECT_EQ(BinaryToSingle(std::string(100, '\x7f')), -largest / 1e7f);
+  EXPECT_EQ(BinaryToSingle("A" + std::string(200, '@')), largest);
+}
+
 TEST(SingleToBinary, EncodesTheTable) {
   const struct {
     float value;
