@@ -1,6 +1,7 @@
 #include "conelink/channel_record.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "conelink/cone_state.h"
 #include "conelink/value_coding.h"
@@ -66,7 +67,12 @@ void StoreDistance(const ChannelRecord& record, int unit) {
   if (!(settings.DepthStep > 0)) {
     throw RuntimeFault("The depth step of the system setup is not above 0.");
   }
-  const std::int16_t rows = ToInteger16(record.distance / settings.DepthStep);
+  const float steps = record.distance / settings.DepthStep;
+  if (steps > std::numeric_limits<std::int16_t>::max()) {
+    throw RuntimeFault("The sensor of channel" + PrintNumber(record.number) +
+                       "lies more than 32767 depth steps from the tip.");
+  }
+  const std::int16_t rows = ToInteger16(steps);
   channels.ChannelDistance(record.number) = record.distance;
   channels.ChannelDelayRows(record.number) = rows;
   if (DelaysRows(record.number, unit)) cone.DelayRows = std::max(cone.DelayRows, rows);
@@ -134,6 +140,10 @@ void FormSubtractFactors(int unit) {
   for (int channel = 1; channel <= kChannels; ++channel) {
     const int subtracted = channels.SubtractChannel(channel);
     if (!IsChannelOf(channel, unit) || subtracted <= 0) continue;
+    if (subtracted > kChannels) {
+      throw RuntimeFault("Channel" + PrintNumber(channel) + "subtracts channel" +
+                         PrintNumber(subtracted) + "of 30.");
+    }
     const float span = channels.ChannelSensitivity(subtracted);
     const bool usable = channels.ChannelPresent(subtracted) == kTrue && span != 0;
     float& factor = channels.SubtractFactor(channel);

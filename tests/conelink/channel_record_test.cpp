@@ -205,6 +205,22 @@ TEST_F(Records, DepthStepOfZeroIsAFaultNotAnInfinity) {
   EXPECT_THROW(Store(RecordImage{}), RuntimeFault);
 }
 
+TEST_F(Records, DistanceOfMoreStepsThanAnIntegerHoldsIsAFaultThatNamesItsChannel) {
+  settings.DepthStep = 0.0001f;
+  RecordImage image;
+  image.millimetres = 3276;
+  EXPECT_NO_THROW(Store(image));
+  EXPECT_EQ(channels.ChannelDelayRows(1), 32760);
+  image.millimetres = 3277;
+  try {
+    Store(image);
+    FAIL() << "no fault was raised";
+  } catch (const RuntimeFault& fault) {
+    EXPECT_STREQ(fault.what(),
+                 "The sensor of channel 1 lies more than 32767 depth steps from the tip.");
+  }
+}
+
 TEST_F(Records, ChannelWithoutSpanHasGainZeroAndIsNamed) {
   RecordImage image;
   image.output_full = image.output_zero;
@@ -270,7 +286,12 @@ TEST_F(Records, SubtractedChannelWithoutSpanOrAbsentGivesFactorZero) {
 TEST_F(Records, SubtractedChannelAbove30IsAFault) {
   Store(RecordImage{});
   channels.SubtractChannel(1) = 31;
-  EXPECT_THROW(FormSubtractFactors(0), RuntimeFault);
+  try {
+    FormSubtractFactors(0);
+    FAIL() << "no fault was raised";
+  } catch (const RuntimeFault& fault) {
+    EXPECT_STREQ(fault.what(), "Channel 1 subtracts channel 31 of 30.");
+  }
 }
 
 TEST_F(Records, MissingAreaFollowsTheFullScaleOfChannelOne) {
