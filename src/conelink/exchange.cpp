@@ -34,6 +34,7 @@ bool IsWhole(const std::string& reply, const Dialect& dialect) {
 }
 
 std::string CollectReply(SerialPort& port, std::int16_t& comm_tick, const Dialect& dialect) {
+  const ReplyBound bound;
   std::string reply;
   comm_tick = 1;
   while (!IsWhole(reply, dialect)) {
@@ -42,7 +43,7 @@ std::string CollectReply(SerialPort& port, std::int16_t& comm_tick, const Dialec
       reply += port.Input();
       comm_tick = 1;
     }
-    if (TicksOver(comm_tick, dialect.silence_limit)) {
+    if (TicksOver(comm_tick, dialect.silence_limit) || bound.IsPassed(reply)) {
       cone.CommFailed = kTrue;
       return reply;
     }
@@ -51,6 +52,12 @@ std::string CollectReply(SerialPort& port, std::int16_t& comm_tick, const Dialec
 }
 
 }  // namespace
+
+bool ReplyBound::IsPassed(std::string& reply) const {
+  const bool too_long = reply.size() > kCharacters;
+  if (too_long) reply.resize(kCharacters);
+  return too_long || Now() >= end_;
+}
 
 std::string PlainExchange(SerialPort& port, std::int16_t& comm_tick, std::string& command,
                           const Dialect& dialect, const std::string& message) {

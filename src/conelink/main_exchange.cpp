@@ -4,6 +4,7 @@
 
 #include "conelink/comm_tick.h"
 #include "conelink/cone_state.h"
+#include "conelink/exchange.h"
 #include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
@@ -67,6 +68,7 @@ std::string Tail(int ticks) {
 }
 
 std::string CollectText(int tail_ticks) {
+  const ReplyBound bound;
   std::string reply;
   while (!EndsLine(reply)) {
     WaitYield("a reply of the cone");
@@ -74,7 +76,7 @@ std::string CollectText(int tail_ticks) {
       reply += Main.ConeComm.Input();
       Main.CommTick = 1;
     }
-    if (TicksOver(Main.CommTick, kSilenceLimit)) {
+    if (TicksOver(Main.CommTick, kSilenceLimit) || bound.IsPassed(reply)) {
       CountTimeout();
       return reply;
     }
@@ -120,10 +122,14 @@ std::string FetchBlock() {
   return {};
 }
 
+/// The loss takes the buttons of an open stop dialog, once: the operator opens it anew and stops or
+/// suspends the sounding, however long the cone stays away.
 void LoseLink() {
+  const bool was_lost = cone.ConeLinkUp == kFalse;
   cone.ConeLinkUp = kFalse;
   ShowModulesLost();
   RaiseWarning();
+  if (was_lost) return;
   Main.cmdWarningOK1.Visible = false;
   Main.cmdWarningOK2.Visible = false;
   Main.cmdWarningCancel.Visible = false;

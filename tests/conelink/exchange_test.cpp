@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "conelink/link_world.h"
 #include "conelink/plain_exchange.h"
 
@@ -185,6 +187,42 @@ TEST_F(PlainLink, ZolAddsAnotherChr4WithEachAttempt) {
             "C1\x04\x04");
   EXPECT_EQ(text, "Cone not detected.  Plug in a cone and restart the program.");
   ResetYield();
+}
+
+TEST_F(PlainLink, ReplyOfAMegabyteFailsAtItsBound) {
+  for (const char* end : {"", "\r\n"}) {
+    far.On("Y", std::string(1 << 20, 'U') + end);
+    const Micros start = Now();
+    EXPECT_EQ(StartUp_CommStringCheck("Y").size(), ReplyBound::kCharacters - 2);
+    EXPECT_EQ(cone.CommFailed, kTrue);
+    EXPECT_LT(Now() - start, kTick);
+  }
+  far.On("Y", "COPYRIGHT\r\n");
+  EXPECT_EQ(StartUp_CommStringCheck("Y"), "COPYRIGHT") << "nothing of it is left";
+  far.On("Y", std::string(ReplyBound::kCharacters - 2, 'U') + "\r\n");
+  EXPECT_EQ(StartUp_CommStringCheck("Y").size(), ReplyBound::kCharacters - 2);
+  EXPECT_EQ(cone.CommFailed, kFalse) << "one that just fits";
+}
+
+TEST_F(PlainLink, NoiseThatNeverEndsALineHoldsTheExchangeNoLongerThanItsBound) {
+  std::function<void()> noise = [&] {
+    far.SendLater(0, "~");
+    PostCall(Now() + 9 * kTick, this, noise);
+  };
+  noise();
+  const Micros start = Now();
+  StartUp_CommStringCheck("Y");
+  DropCalls(this);
+  EXPECT_EQ(cone.CommFailed, kTrue);
+  EXPECT_GE(Now() - start, ReplyBound::kTime);
+  EXPECT_LT(Now() - start, ReplyBound::kTime + kSecond);
+}
+
+TEST_F(PlainLink, ReplyMayHoldAnyByte) {
+  const std::string bytes("\0\xff\x80\r\n\0A", 7);
+  far.On("Y", bytes + "\r\n");
+  EXPECT_EQ(StartUp_CommStringCheck("Y"), bytes);
+  EXPECT_EQ(cone.CommFailed, kFalse);
 }
 
 TEST_F(PlainLink, ClosedPortIsSilence) {

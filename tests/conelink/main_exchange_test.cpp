@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
+#include "conelink/exchange.h"
 #include "conelink/link_world.h"
 
 namespace penlog {
@@ -113,6 +116,69 @@ TEST_F(MainLink, TimeoutTakesTheLinkDownAndRaisesTheStatusWindow) {
   EXPECT_FALSE(Main.cmdWarningOK1.Visible);
   EXPECT_FALSE(Main.cmdWarningOK2.Visible);
   EXPECT_FALSE(Main.cmdWarningCancel.Visible);
+}
+
+TEST_F(MainLink, StopDialogThatIsOpenedDuringTheLossKeepsItsButtons) {
+  Main.frmLocalWarning.Visible = true;
+  Main_CommStringCheck("Z TF");
+  EXPECT_FALSE(Main.cmdWarningOK1.Visible) << "the loss itself takes them";
+  for (Button* button : {&Main.cmdWarningOK1, &Main.cmdWarningOK2, &Main.cmdWarningCancel}) {
+    button->Visible = true;  // the operator presses STOP again
+  }
+  for (const char* command : {"X", "X", "D", "D"}) Main_CommStringCheck(command);
+  EXPECT_TRUE(Main.cmdWarningOK1.Visible);
+  EXPECT_TRUE(Main.cmdWarningOK2.Visible);
+  EXPECT_TRUE(Main.cmdWarningCancel.Visible);
+}
+
+TEST_F(MainLink, TimeoutsAreCountedOnAcrossGoodReplies) {
+  Main_CommStringCheck("Y");
+  far.On("X", "OK\r\n");
+  Main_CommStringCheck("X");
+  EXPECT_EQ(Main.lblCommError.Caption, "COMM ERR: timeout 1") << "a good reply leaves it";
+  Main_CommStringCheck("Y");
+  EXPECT_EQ(Main.lblCommError.Caption, "COMM ERR: timeout 2");
+}
+
+TEST_F(MainLink, EachCommandSupervisesThePortsFirst) {
+  far.On("X", "OK\r\n");
+  Main_CommStringCheck("X");
+  EXPECT_EQ(cone.TruckPortLost, kFalse);
+  world.ports.Wire(4).SetPresent(false);
+  EXPECT_EQ(Main_CommStringCheck("X"), "OK") << "the cone is served on";
+  EXPECT_EQ(cone.TruckPortLost, kTrue);
+  EXPECT_TRUE(frmWarning.frmEncoderWarning.Visible);
+}
+
+TEST_F(MainLink, ReadingOfABareLineEndIsOneBlank) {
+  far.On("D", "\r\n");
+  EXPECT_EQ(Main_CommStringCheck("D"), " ");
+  EXPECT_EQ(cone.ConeLinkUp, kTrue) << "two characters are no empty reply";
+}
+
+TEST_F(MainLink, ReplyOfAMegabyteFailsAtItsBound) {
+  far.On("D", std::string(1 << 20, '7') + "\r\n");
+  const Micros start = Now();
+  EXPECT_EQ(Main_CommStringCheck("D"), std::string(ReplyBound::kCharacters, '7') + ' ');
+  EXPECT_LT(Now() - start, kTick);
+  EXPECT_EQ(cone.CommFailed, kTrue);
+  EXPECT_EQ(cone.ConeLinkUp, kFalse);
+  EXPECT_EQ(Main.lblCommError.Caption, "COMM ERR: timeout 1");
+  far.On("D", " 1.5\r\n");
+  EXPECT_EQ(Main_CommStringCheck("D"), " 1.5 ");
+}
+
+TEST_F(MainLink, NoiseThatNeverEndsALineHoldsTheExchangeNoLongerThanItsBound) {
+  std::function<void()> noise = [&] {
+    far.SendLater(0, "~");
+    PostCall(Now() + 9 * kTick, this, noise);
+  };
+  noise();
+  const Micros start = Now();
+  Main_CommStringCheck("D");
+  DropCalls(this);
+  EXPECT_EQ(cone.ConeLinkUp, kFalse);
+  EXPECT_LT(Now() - start, ReplyBound::kTime + kSecond);
 }
 
 TEST_F(MainLink, BannerThatTimesOutLeavesTheLinkUp) {
@@ -255,6 +321,37 @@ TEST_F(MainLink, BlockGivesUpAfterTwentyResends) {
   EXPECT_EQ(cone.CommTimeoutCount, 0) << "only text replies are counted";
   EXPECT_EQ(cone.ConeLinkUp, kFalse);
   EXPECT_EQ(Main.ConeComm.InputLen(), 0);
+}
+
+TEST_F(MainLink, BlockThatFailsDuringTheSeismicWaitLeavesTheLinkUp) {
+  sounding.ConsoleMode = 9;
+  EXPECT_EQ(Main_CommStringCheck("B"), "");
+  EXPECT_EQ(cone.CommFailed, kTrue);
+  EXPECT_EQ(cone.ConeLinkUp, kTrue);
+}
+
+TEST_F(MainLink, BlockEndsWhenAHandlerTakesTheCounter) {
+  PostCall(Now() + 2 * kTick, this, [] { Main.CommTick = 0; });
+  const Micros start = Now();
+  EXPECT_EQ(Main_CommStringCheck("B"), "");
+  EXPECT_EQ(far.Count("B"), 1);
+  EXPECT_LE(Now() - start, 3 * kTick);
+}
+
+TEST_F(MainLink, EdgesOfAModemLineAreNoPassOfTheWaitForABlock) {
+  settings.TruckInterfaceSerialPort = 3;
+  std::function<void()> edges = [&] {
+    const bool cts = world.ports.Wire(3).Lines().cts;
+    world.ports.Wire(3).SetLines({!cts, false, false});
+    PostCall(Now() + kMillisecond, this, edges);
+  };
+  edges();
+  const Micros start = Now();
+  EXPECT_EQ(Main_CommStringCheck("B"), "");
+  DropCalls(this);
+  World::RunFor(kMillisecond);
+  EXPECT_EQ(far.Count("B"), 21);
+  EXPECT_GE(Now() - start, 24 * kTick) << "a resend a tick, however many edges come";
 }
 
 TEST_F(MainLink, BlockMayHoldLineEndsAndAnyByte) {
