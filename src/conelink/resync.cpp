@@ -4,9 +4,9 @@
 
 #include "conelink/cone_state.h"
 #include "conelink/main_exchange.h"
+#include "conelink/unit_memory.h"
 #include "core/channels.h"
 #include "forms/main_form.h"
-#include "platform/texts.h"
 #include "platform/yield.h"
 #include "sounding/sounding_state.h"
 
@@ -14,7 +14,7 @@ namespace penlog {
 
 namespace {
 
-constexpr int kComparedCharacters = 15;
+constexpr std::size_t kComparedCharacters = 15;
 constexpr std::size_t kShortestReading = 6;
 
 std::string PauseAndSend(const std::string& command) {
@@ -29,9 +29,10 @@ bool Wake() {
 }
 
 void SelectChannels() {
-  // A number that got lost on the wire must not blank the one that names the cone's family.
+  // A number that got lost on the wire, or half of it, must not blank the one that names the cone's
+  // family.
   const std::string number = PauseAndSend("C 3 7");
-  if (!number.empty()) cone.ConeId = number;
+  if (!number.empty() && cone.CommFailed == kFalse) cone.ConeId = MemoryText(number);
   cone.ConeLinkUp = kTrue;
   Main_CommPause(3);
   Main_CommStringCheck(cone.ChannelSelectCommand);
@@ -46,7 +47,7 @@ bool RepeatsItself() {
   Main_CommPause(2);
   const std::string second = Main_CommStringCheck("D");
   return second.size() >= kShortestReading &&
-         Left(first, kComparedCharacters) == Left(second, kComparedCharacters);
+         first.substr(0, kComparedCharacters) == second.substr(0, kComparedCharacters);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "core/session.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
+#include "platform/texts.h"
 
 namespace penlog {
 
@@ -64,14 +65,23 @@ int ReadRecords(const Unit& unit) {
 
 MemoryHeader ReadHeader(const Unit& unit) {
   MemoryHeader header;
-  header.field1 = ReadMemory(unit, 1, 2);
-  header.number = ReadMemory(unit, 3, 7);
-  header.creation_date = ReadMemory(unit, 10, 6);
-  header.calibration_date = ReadMemory(unit, 16, 6);
+  header.field1 = MemoryText(ReadMemory(unit, 1, 2));
+  header.number = MemoryText(ReadMemory(unit, 3, 7));
+  header.creation_date = MemoryText(ReadMemory(unit, 10, 6));
+  header.calibration_date = MemoryText(ReadMemory(unit, 16, 6));
   header.distance_pushed = BinaryToSingle(ReadMemory(unit, 22, 3));
   header.memory_size = BinaryToSingle(ReadMemory(unit, 25, 3));
   header.clock_frequency = BinaryToSingle(ReadMemory(unit, 28, 3));
   return header;
+}
+
+std::string MemoryText(const std::string& reply) {
+  std::string text = reply;
+  for (char& character : text) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code < 32 || code == 127) character = ' ';
+  }
+  return FromFileBytes(text);
 }
 
 float VersionOf(const std::string& banner) {

@@ -29,6 +29,10 @@ struct MemoryHeader {
 
 MemoryHeader ReadHeader(const Unit& unit);
 
+/// A text of the memory as screens and files can hold it: a control character, which would break a
+/// file's line, counts as a blank; a byte above 127 is read as Windows-1252.
+std::string MemoryText(const std::string& reply);
+
 /// The four characters behind " V" in a banner, as a number; 0 without a mark.
 float VersionOf(const std::string& banner);
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "conelink/link_world.h"
 #include "conelink/memory_image.h"
@@ -140,6 +141,45 @@ TEST_F(Identification, FirmwareVersionIsFourCharactersBehindVInTheBanner) {
     ReadConeSettings();
     EXPECT_EQ(cone.FirmwareVersion, row.version) << row.banner;
   }
+}
+
+TEST_F(Identification, VersionsThatMakeNoSenseAreNumbersAllTheSame) {
+  const struct {
+    std::string banner;
+    float version;
+  } rows[] = {{"COPYRIGHT V9999\r\n", 9999},
+              {"COPYRIGHT V9E99\r\n", std::numeric_limits<float>::max()},
+              {"COPYRIGHT VERSION V3.1\r\n", 0},  // the first mark counts
+              {"COPYRIGHT V-1.5\r\n", -1.5f},
+              {"COPYRIGHT Vnan \r\n", 0},
+              {std::string("COPYRIGHT V\0\xff\0\xff\r\n", 17), 0}};
+  SetCone("");
+  for (const auto& row : rows) {
+    far.On("Y", row.banner);
+    ReadConeSettings();
+    EXPECT_EQ(cone.FirmwareVersion, row.version) << row.banner;
+    EXPECT_EQ(cone.ConeLinkUp, kTrue);
+  }
+}
+
+TEST_F(Identification, HeaderTextsHoldNoControlCharacters) {
+  SetCone("", std::string("D\0S\n\x7f\xe9\"", 7));
+  ReadConeSettings();
+  EXPECT_EQ(cone.ConeId, "D S  \xc3\xa9\"");
+}
+
+TEST_F(Identification, HalfARecordIsTakenAsFarAsItGoes) {
+  SetCone(TipSleevePore());
+  far.On("C 31 17", "AT" + Decimal(500) + "\r\n");
+  far.On("C 48 17", "@\r\n");
+  std::string text;
+  world.AnswerNextBox(text);
+  ReadConeSettings();
+  EXPECT_EQ(cone.ChannelCount, 1);
+  EXPECT_EQ(channels.ChannelFullScale(1), 500);
+  EXPECT_EQ(channels.ChannelFlags(1), "000000");
+  EXPECT_EQ(text.substr(0, 24), "CHANNEL 1 HAS NO SPAN: I");
+  EXPECT_EQ(cone.ConeLinkUp, kTrue);
 }
 
 TEST_F(Identification, OldChannelsAreClearedButForTheComputedTwo) {
@@ -366,6 +406,46 @@ TEST_F(Modules, ModuleNineIsTheHighest) {
   ReadModuleSettings(9);
   EXPECT_EQ(cone.ModulePresent[9], kTrue);
   EXPECT_EQ(cone.ModuleSelectCommand[9], " 9Z R");
+}
+
+TEST_F(Modules, NineOfThemFillAllThirtyChannels) {
+  for (int m = 1; m <= 9; ++m) {
+    const int first = 3 * m + 1;
+    SetModule(
+        m, Image(first, "U").Text() + Image(first + 1, "K").Text() + Image(first + 2, "E").Text(),
+        "MOD000" + std::to_string(m));
+    ReadModuleSettings(m);
+  }
+  AssignReplyPositions();
+  EXPECT_EQ(cone.ModuleCount, 9);
+  EXPECT_EQ(cone.ChannelCount, 30);
+  for (int m = 1; m <= 9; ++m) {
+    const int first = 3 * m + 1;  // as place too: the cone has the first three
+    EXPECT_EQ(channels.ReplyField(first + 2), first) << "E comes first";
+    EXPECT_EQ(channels.ReplyField(first + 1), first + 1);
+    EXPECT_EQ(channels.ReplyField(first), first + 2);
+  }
+}
+
+TEST_F(Modules, ListWithoutAnEndIsToldAndLeavesTheTablesAsTheyWere) {
+  std::string records;
+  for (int number = 4; number <= 30; ++number) {
+    if (number != 19 && number != 20) records += Image(number, "K").Text();
+  }
+  for (int i = 0; i < 10; ++i) records += Image(40 + i, "K").Text();
+  SetModule(2, records, "MOD0002");
+  EXPECT_EQ(ReadAndTakeBox(2).substr(0, 24), "MODULE 2 CANNOT BE USED.");
+  EXPECT_EQ(cone.ChannelCount, 3);
+  EXPECT_EQ(channels.ChannelPresent(4), kFalse);
+}
+
+TEST_F(Modules, MemoryReadOfAModuleGetsOneAttempt) {
+  SetModule(2, Image(23, "R").Text(), "MOD0002");
+  far.Once(" 2C 3 7", "");
+  ReadModuleSettings(2);
+  EXPECT_EQ(far.Count(" 2C 3 7"), 1) << "the command does not begin with C";
+  EXPECT_EQ(cone.ModuleNumber[2], "");
+  EXPECT_EQ(cone.ModulePresent[2], kTrue);
 }
 
 TEST_F(Modules, SilentModuleChangesNothingAndSaysNothing) {

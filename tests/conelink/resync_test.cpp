@@ -101,6 +101,22 @@ TEST_F(Resync, NumberThatGetsLostLeavesTheOldOne) {
   EXPECT_EQ(cone.ConeLinkUp, kTrue);
 }
 
+TEST_F(Resync, HalfOfANumberLeavesTheOldOne) {
+  far.On("C 3 7", "DSE");
+  far.Once("D", "1 2 3 4 5\r\n");
+  ResyncConeData();
+  EXPECT_EQ(cone.ConeId, "DCS0001");
+}
+
+TEST_F(Resync, CharactersOfAReadingAreBytesWhateverTheyHold) {
+  const std::string same = std::string(12, '\x81') + "1 2";
+  far.Once("D", same + "3\r\n");
+  far.Once("D", same + "4\r\n");
+  far.On("D", "1\r\n");
+  ResyncConeData();
+  EXPECT_EQ(far.Count("D"), 4) << "the first 15 are equal";
+}
+
 TEST_F(Resync, HidesTheStopDialogAndStartsTheSettlingOfTheQuitsAnew) {
   Main.frmLocalWarning.Visible = true;
   sounding.QuitSettleCount = 10;
