@@ -179,8 +179,10 @@ void OpenConePort(int number) {
   Main.ConeComm.SetCommPort(number);
   Main.ConeComm.Open();
   if (!TruckSharesConePort()) return;
+  // A scan knows the truck's port under a new number only once the cone has answered there. Until
+  // then any of them may be the one whose stop line holds the rig, but its lines say nothing.
   RestoreQuitOutput();
-  ReadTruckLines();
+  if (number == settings.TruckInterfaceSerialPort) ReadTruckLines();
 }
 
 }  // namespace penlog

@@ -36,8 +36,8 @@ void ShowConeConnected();
 void ShowModulesLost();
 
 /// `ConeComm` on COM `number`, closed before if it was open. Where it carries the truck's lines
-/// too, a latched quit is put out again and the lines are read without counting. A `RuntimeFault`
-/// when it doesn't open.
+/// too, a latched quit is put out again, and on the truck's own number the lines are read without
+/// counting. A `RuntimeFault` when it doesn't open.
 void OpenConePort(int number);
 
 constexpr std::string_view kConeSettings = "19200,N,8,1";

@@ -164,6 +164,8 @@ void Main_EncoderComm_OnComm(int comm_event) {
 
 void Main_ConeComm_OnComm(int comm_event) {
   if (!TruckSharesConePort() || comm_event >= kFirstConeErrorEvent) return;
+  // A scan for the cone also opens ports of other devices; their lines count no depth.
+  if (Main.ConeComm.CommPort() != settings.TruckInterfaceSerialPort) return;
   TakeEvent(Main.ConeComm, comm_event, sounding.TicksSinceStep > 1);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -233,6 +234,75 @@ TEST_F(Reconnect, TruckPortThatReturnedMeanwhileIsOpenedAgainBeforeTheScan) {
   ReconnectSerial();
   EXPECT_EQ(cone.TruckPortLost, kFalse);
   EXPECT_FALSE(Main.EncoderComm.Gone());
+}
+
+TEST_F(Reconnect, LinesOfOtherPortsCountNoDepthDuringTheScan) {
+  settings.TruckInterfaceSerialPort = session.StartTruckPort = 5;
+  settings.DepthCounterType = 1;
+  settings.DepthResolution = 0.01f;
+  settings.DepthStepCounts = 1;
+  sounding.ClampLine = sounding.PressureLine = 0;
+  sounding.TicksSinceStep = 100;
+  sounding.CurrentDepth = 8.5f;
+  At(2);  // a receiver that pulses a line once a second, its clamp line open
+  world.ports.Wire(2).SetLines({true, false, true});
+  std::function<void()> pulse = [&] {
+    const bool cd = world.ports.Wire(2).Lines().cd;
+    world.ports.Wire(2).SetLines({true, false, !cd});
+    PostCall(Now() + 100 * kMillisecond, this, pulse);
+  };
+  pulse();
+  Lose();
+  ReconnectSerial();
+  DropCalls(this);
+  EXPECT_EQ(At(2).heard, std::vector<std::string>{"Y"});
+  EXPECT_EQ(sounding.CurrentDepth, 8.5f);
+  EXPECT_EQ(sounding.DepthCounts, 0);
+  EXPECT_EQ(sounding.ClampLine, 0) << "nor are they taken for the truck's";
+}
+
+TEST_F(Reconnect, LatchedQuitHoldsEachPortThatMayBeTheTrucks) {
+  settings.TruckInterfaceSerialPort = session.StartTruckPort = 5;
+  for (const std::int16_t state : {std::int16_t{1}, std::int16_t{0}}) {
+    sounding.QuitState = state;
+    At(2).outputs.clear();
+    Lose();
+    ReconnectSerial();
+    bool held = false;
+    for (const auto& outputs : At(2).outputs) held = held || outputs.rts;
+    EXPECT_EQ(held, state == 1);
+    EXPECT_FALSE(Main.ConeComm.PortOpen());
+  }
+}
+
+TEST_F(Reconnect, EventsAreServedWhileItScans) {
+  for (const int port : {1, 2, 3}) At(port);
+  Lose();
+  int served = 0;
+  std::function<void()> count = [&] {
+    ++served;
+    PostCall(Now() + kTick, this, count);
+  };
+  count();
+  ReconnectSerial();
+  DropCalls(this);
+  EXPECT_GE(served, 3 * 30);
+}
+
+TEST_F(Reconnect, ChatteringDeviceDoesNotHoldTheScan) {
+  std::function<void()> chatter = [&] {
+    world.ports.Wire(2).Send("\xff");
+    PostCall(Now() + 100 * kMillisecond, this, chatter);
+  };
+  At(2);
+  ConeAt(7);
+  chatter();
+  Lose();
+  const Micros start = Now();
+  ReconnectSerial();
+  DropCalls(this);
+  EXPECT_EQ(settings.ConeSerialPort, 7);
+  EXPECT_LT(Now() - start, 60 * kSecond);
 }
 
 TEST_F(Reconnect, SettingsFileIsNotWritten) {
