@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "conelink/port_supervision.h"
 #include "conelink/reconnect.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -10,14 +11,11 @@
 #include "forms/start_up_form.h"
 #include "platform/boxes.h"
 #include "platform/numbers.h"
-#include "platform/port_driver.h"
 #include "screens/specify_ports.h"
 
 namespace penlog {
 
 namespace {
-
-constexpr int kLastPort = 255;
 
 void ShowStatus(const char* text) {
   StartUp.lblLoad.Caption = text;
@@ -31,14 +29,8 @@ bool PortsAreApart() {
   return settings.TruckInterfaceSerialPort != settings.ConeSerialPort;
 }
 
-int CountPorts() {
-  int found = 0;
-  for (int port = 1; port <= kLastPort; ++port) found += EnumSerPorts(port) ? 1 : 0;
-  return found;
-}
-
 bool ProveAnyPort() {
-  if (CountPorts() > 0) return true;
+  if (ProbeAllPorts() > 0) return true;
   MsgBox("NO SERIAL PORTS FOUND. CHECK THE POWER AND USB CONNECTIONS AND TRY AGAIN");
   OfferSetupOrExit();
   return false;
@@ -46,7 +38,7 @@ bool ProveAnyPort() {
 
 bool ProveConePort(bool& changed) {
   ShowStatus("CHECKING CONE CONNECTION");
-  if (EnumSerPorts(settings.ConeSerialPort)) return true;
+  if (ProbePort(settings.ConeSerialPort)) return true;
   if (!Ask("CONE SERIAL PORT NOT DETECTED. WOULD YOU LIKE TO SEARCH FOR THE PORT?")) {
     MsgBox("PROGRAM CANNOT CONTINUE. CHECK THE POWER AND USB CONNECTIONS AND TRY AGAIN");
     OfferAnotherTry();
@@ -106,7 +98,7 @@ constexpr OutputPort kVideoOverlay{
 void ProveOutputPort(const OutputPort& output, bool& changed) {
   std::int16_t& port = settings.*output.port;
   ShowStatus(output.status);
-  if (EnumSerPorts(port)) return;
+  if (ProbePort(port)) return;
   if (!Ask(output.question)) {
     port = 0;
     return;
@@ -117,6 +109,7 @@ void ProveOutputPort(const OutputPort& output, bool& changed) {
     return;
   }
   port = static_cast<std::int16_t>(chosen);
+  ProbePort(chosen);  // it may have been plugged in only now
   changed = true;
   MsgBox(output.set_to + PlainNumber(chosen));
 }
@@ -144,7 +137,7 @@ bool FindConePort() {
 
 bool ProveTruckPort(bool cone_port_changed, bool& changed) {
   ShowStatus("CHECKING TRUCK INTERFACE CONNECTION");
-  if (EnumSerPorts(settings.TruckInterfaceSerialPort) && !cone_port_changed) return true;
+  if (ProbePort(settings.TruckInterfaceSerialPort) && !cone_port_changed) return true;
   const int port = WantsToSpecifyTruckPort(cone_port_changed) ? Choose(SpecifyTruckInterface) : 0;
   if (port == 0) {
     MsgBox(

@@ -1,6 +1,7 @@
 #include "sounding/port_requests.h"
 
 #include "conelink/cone_state.h"
+#include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
 #include "core/settings.h"
@@ -23,6 +24,7 @@ void MovePort(SerialPort& port, int number, const char* port_settings, std::int1
     port.SetCommPort(number);
     port.Open();
   });
+  ProbePort(number);  // the overlay's presence is taken from the table
   if (!opened) lost = kTrue;
 }
 

@@ -21,6 +21,9 @@ class BoxAnswers {
   /// Boxes that begin with `text` are answered so; others with OK or Yes.
   void Answer(const std::string& text, BoxAnswer answer) { answers_[text] = answer; }
 
+  /// Lets each box stand so long from now on.
+  void Delay(Micros delay) { delay_ = delay; }
+
   std::vector<std::string> texts;
   std::vector<BoxButtons> buttons;
 
@@ -38,6 +41,11 @@ class BoxAnswers {
   void Take() {
     const MessageBox* box = FrontBox();
     if (box == nullptr || box->id == last_id_) return;
+    if (box->id != seen_id_) {
+      seen_id_ = box->id;
+      seen_at_ = Now();
+    }
+    if (Now() < seen_at_ + delay_) return;
     last_id_ = box->id;
     texts.push_back(box->text);
     buttons.push_back(box->buttons);
@@ -53,6 +61,9 @@ class BoxAnswers {
 
   std::map<std::string, BoxAnswer> answers_;
   int last_id_ = 0;
+  int seen_id_ = 0;
+  Micros seen_at_ = 0;
+  Micros delay_ = 0;
 };
 
 }  // namespace penlog

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "conelink/cone_state.h"
 #include "conelink/scripted_cone.h"
 #include "core/start_up_buttons.h"
 #include "tests/core/start_up_world.h"
@@ -72,6 +73,28 @@ TEST_F(StartUpPorts, AllThereAskNothing) {
   EXPECT_EQ(StartUp.lblLoad.Caption, "CHECKING TRUCK INTERFACE CONNECTION");
   EXPECT_EQ(world.boxes.texts, Texts{});
   EXPECT_FALSE(Saved());
+}
+
+TEST_F(StartUpPorts, FillTheTableOfPresentPorts) {
+  Plug({3, 4, 255});
+  cone.PortPresent.fill(7);
+  EXPECT_TRUE(Prove());
+  for (std::size_t port = 1; port <= 255; ++port) {
+    const bool there = port == 3 || port == 4 || port == 255;
+    EXPECT_EQ(cone.PortPresent[port], there ? kTrue : kFalse) << port;
+  }
+}
+
+TEST_F(StartUpPorts, OverlayThatIsPluggedInWhileItIsAskedForIsPresentInTheTable) {
+  Plug({3, 4});
+  settings.LumenProbePresent = 1;
+  settings.VideoOverlaySerialPort = 7;
+  PostCall(Now() + 20 * kMillisecond, this, [this] { Plug({9}); });
+  world.Choose(frmSpecifyVideoOverlay, 9);
+  world.boxes.Delay(50 * kMillisecond);
+  EXPECT_TRUE(Prove());
+  EXPECT_EQ(settings.VideoOverlaySerialPort, 9);
+  EXPECT_EQ(cone.PortPresent[9], kTrue);
 }
 
 TEST_F(StartUpPorts, NoneAtAllLeaveOnlyAWayOn) {
