@@ -29,28 +29,33 @@ void TakeTime() {
   sounding.ElapsedMs = ElapsedSince(sounding.TimeOriginMs, TimeToMillisecond());
 }
 
-void SuperviseLink() {
+/// Whether the link was found lost: a pass that begins so resynchronises the cone once more, also
+/// when the scan has brought it back, and takes neither reading nor row.
+bool SuperviseLink() {
+  const bool was_lost = cone.ConePortLost == kTrue || cone.ConeLinkUp == kFalse;
   if (cone.ConePortLost == kTrue) ReconnectSerial();
   if (cone.ConeLinkUp == kFalse) ReconnectSerial();
+  return was_lost;
+}
+
+void ResynchronisingPass() {
+  ResyncConeData();
+  if (cone.ConeLinkUp == kTrue) ShowConeConnected();
 }
 
 void WaitingPass() {
-  if (cone.ConeLinkUp != kTrue) {
-    ResyncConeData();
-    if (cone.ConeLinkUp == kTrue) ShowConeConnected();
-    return;
-  }
   // In calibration mode the calibrator is read beside the cone here once its screen stands.
   GetConeData();
   // While a resume waits for its depth, the screen that shows the way there is kept up here.
 }
 
-void WorkOfMode() {
+void WorkOfMode(bool link_was_lost) {
+  const bool lost = link_was_lost || cone.ConeLinkUp != kTrue;
   switch (sounding.ConsoleMode) {
     case 1:
-      return WaitingPass();
+      return lost ? ResynchronisingPass() : WaitingPass();
     case 2:
-      return cone.ConeLinkUp == kTrue ? RecordingPass() : LostLinkPass();
+      return lost ? LostLinkPass() : RecordingPass();
     case 8:
       return StartRecording();
     default:
@@ -83,11 +88,11 @@ void MainloopPass() {
   if (sounding.ExitUnderWay == kTrue) return WaitYield("the answer whether to start again");
   const std::int64_t waits = WaitCount();
   TakeTime();
-  SuperviseLink();
+  const bool link_was_lost = SuperviseLink();
   ServePortRequests();
   Yield();
   RetryHeld();
-  WorkOfMode();
+  WorkOfMode(link_was_lost);
   if (WaitCount() == waits) {
     WaitYield("the main loop with nothing to do");
   } else {

@@ -31,6 +31,8 @@ struct Console : World {
     soil = {};
     settings.ConeSerialPort = kConePort;
     settings.TruckInterfaceSerialPort = kTruckPort;
+    session.StartConePort = kConePort;
+    session.StartTruckPort = kTruckPort;
     settings.DepthResolution = 0.01f;
     settings.DepthStep = 0.02f;
     settings.DepthStepCounts = 2;

@@ -115,6 +115,7 @@ TEST(Stale, TakesTheLinkDownAndTheNextPassesBringItBack) {
   EXPECT_EQ(cone.ConeLinkUp, 0);
   MainloopPass();
   EXPECT_EQ(cone.ConeLinkUp, -1);
+  MainloopPass();
   EXPECT_NE(sounding.Readings(1), 7.0f) << "readings are fresh again";
   EXPECT_EQ(sounding.QuitSettleCount, 0) << "quits wait again after a link loss";
 }
@@ -162,6 +163,37 @@ TEST(LostLink, GoesBackOntoTheGridWhenTheConeAnswersAgain) {
   EXPECT_EQ(sounding.NextRecordCount, 10);
   EXPECT_FALSE(frmWarning.frmSerialWarning.Visible);
   EXPECT_TRUE(frmWarning.frmSerialConnected.Visible);
+}
+
+TEST(LostLink, PassWhoseScanFindsTheConeResynchronisesOnceMoreAndGoesBackOntoTheGrid) {
+  Recording recording;
+  recording.EncoderDown(9);
+  sounding.NextRecordCount = 4;
+  sounding.QuitSettleCount = 10;
+  cone.ConeLinkUp = 0;
+  MainloopPass();
+  EXPECT_EQ(cone.ConeLinkUp, -1);
+  EXPECT_EQ(recording.Count("C 3 7"), 2) << "by the scan, and once more";
+  EXPECT_EQ(sounding.NextRecordCount, 10);
+  EXPECT_EQ(sounding.QuitSettleCount, 0);
+  EXPECT_EQ(sounding.RowCount, 0) << "that pass takes no row";
+  MainloopPass();
+  EXPECT_EQ(sounding.RowCount, 1) << "one row for the gap";
+  recording.EncoderDown();
+  MainloopPass();
+  EXPECT_EQ(sounding.RowCount, 2) << "the next at 10 counts";
+  EXPECT_EQ(sounding.NextRecordCount, 12);
+}
+
+TEST(LostLink, PortThatReturnsWithinOnePassIsResynchronisedTooBeforeRowsGoOn) {
+  Recording recording;
+  recording.EncoderDown(9);
+  sounding.NextRecordCount = 4;
+  cone.ConePortLost = -1;  // the cone itself answers at once
+  MainloopPass();
+  EXPECT_EQ(cone.ConePortLost, 0);
+  EXPECT_EQ(sounding.NextRecordCount, 10);
+  EXPECT_EQ(sounding.RowCount, 0);
 }
 
 struct DistanceCase {
