@@ -88,7 +88,8 @@ void EnterMainloop() {
   settings.DualAxisSeismic =
       SettledDualAxis(settings.DualAxisSeismic, channels.ChannelPresent(8) == kTrue,
                       channels.ChannelPresent(9) == kTrue, cone.ConeId);
-  if (session.CalibrationMode == kTrue) Hide(Main);
+  // In a calibration check the console makes way for that screen here once it stands; hidden now
+  // it would leave the operator without any.
   Main.Timer1.Start();
   SetDefaults();
   OpenConeAndOutputs();
