@@ -6,6 +6,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -79,6 +80,8 @@ class ScriptedCone {
     return count;
   }
 
+  /// Takes every command instead of the table.
+  std::function<void(const std::string&)> OnAny;
   bool silent = false;
   bool needs_break = false;  ///< silent until a break of `kShortestBreak` has ended
   static constexpr Micros kShortestBreak = 200 * kMillisecond;
@@ -112,6 +115,7 @@ class ScriptedCone {
   }
 
   void Give(const std::string& command) {
+    if (OnAny) return OnAny(command);
     auto once = once_.find(command);
     if (once != once_.end() && !once->second.empty()) {
       const Answer answer = once->second.front();

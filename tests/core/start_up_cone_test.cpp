@@ -167,6 +167,19 @@ TEST_F(StartUpCone, ModulesAreLookedForWhereTheSettingsSay) {
   EXPECT_EQ(channels.ReplyField(23), 3) << "assigned after the last module";
 }
 
+TEST_F(StartUpCone, ModulesAreLookedForFromOneToNineWithSettingOneAlone) {
+  for (const int setting : {0, 1, 2}) {
+    settings.DiscoverAddOnModules = static_cast<std::int16_t>(setting);
+    ScriptedCone& instrument = Plug(3);
+    Start();
+    EXPECT_EQ(instrument.Count(" 9Y"), setting == 1 ? 1 : 0) << setting;
+    EXPECT_EQ(instrument.Count(" 0Y") + instrument.Count(" 10Y"), 0) << setting;
+    cones_.clear();
+    Show(StartUp);
+    StartUp.cmdStart.Enabled = true;
+  }
+}
+
 TEST_F(StartUpCone, ModulesAreNotLookedForWhileASoundingIsResumed) {
   settings.DiscoverAddOnModules = 1;
   session.ResumeConeId = "DCS0042";
