@@ -284,9 +284,11 @@ bool Player::TryExpect(const ScriptAction& action) {
     was_ = "not so";
     return holds;
   }
-  const std::string text = ControlText(*control);
+  std::string text = ControlText(*control);
+  if (!was_.empty() && text == judged_) return false;  // nothing new since the last look
   expected_ = action.words[0] + " " + Quoted(word);
   was_ = Quoted(text);
+  judged_ = text;
   return word.starts_with('~') ? std::regex_search(text, action.pattern) : text == word;
 }
 

@@ -68,6 +68,7 @@ class Player {
   bool failed_ = false;
   std::string expected_;
   std::string was_;
+  std::string judged_;  // the text that an `expect` looked at last
   std::string report_;
 };
 
