@@ -19,7 +19,6 @@ namespace penlog {
 namespace {
 
 constexpr std::size_t kCptHeader = 23;
-constexpr std::size_t kTemporaryHeader = 17;
 constexpr int kEventsOfAYield = 64;
 
 int CountCommands(const Scenario& scenario, const std::string& begin, Micros from = 0,
