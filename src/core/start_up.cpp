@@ -1,5 +1,6 @@
 #include "core/start_up.h"
 
+#include <algorithm>
 #include <string>
 
 #include "conelink/comm_tick.h"
@@ -28,6 +29,14 @@ namespace {
 constexpr std::size_t kDots = 20;
 constexpr std::int16_t kReadingsAveraged = 4;
 
+/// A file that isn't ours may hold anything: printable, and short enough for a message.
+std::string Printable(const std::string& line) {
+  std::string text = Left(line, 250);
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, '?');
+  return text;
+}
+
 /// The main file of a sounding that was suspended or cut off; empty if there is none.
 std::string UnfinishedSounding() {
   std::string first_line;
@@ -36,7 +45,7 @@ std::string UnfinishedSounding() {
     ValueReader reader("TemporaryData.txt", ReadFile(session.SoundingFiles[0]));
     first_line = reader.ReadLine();
   });
-  return Trim(first_line) == "DONE" ? "" : first_line;
+  return Trim(first_line) == "DONE" ? "" : Printable(first_line);
 }
 
 void TellOfUnfinishedSounding() {

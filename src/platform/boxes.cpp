@@ -2,11 +2,15 @@
 
 #include "platform/clock.h"
 #include "platform/runtime_fault.h"
+#include "platform/texts.h"
 #include "platform/yield.h"
 
 namespace penlog {
 
 namespace {
+
+/// A text from a damaged file must not make a box larger than the screen.
+constexpr int kLongestBoxText = 3000;
 
 struct BoxState {
   std::deque<MessageBox> open;
@@ -79,7 +83,9 @@ bool Offers(BoxButtons buttons, BoxAnswer answer) {
 }
 
 void PostBox(const std::string& text, BoxButtons buttons, std::function<void(BoxAnswer)> answered) {
-  state.open.push_back({++state.last_id, text, buttons, std::move(answered)});
+  std::string shown = Left(text, kLongestBoxText);
+  if (shown.size() < text.size()) shown += " ...";
+  state.open.push_back({++state.last_id, std::move(shown), buttons, std::move(answered)});
 }
 
 BoxAnswer MsgBox(const std::string& text, BoxButtons buttons) {

@@ -22,7 +22,8 @@ struct MessageBox {
   std::function<void(BoxAnswer)> answered;  ///< runs in a yield, after the box is gone
 };
 
-/// Queues a box and returns. While another is open it waits behind that one.
+/// Queues a box and returns. While another is open it waits behind that one. A text of more than
+/// 3000 characters is cut.
 void PostBox(const std::string& text, BoxButtons buttons = BoxButtons::Ok,
              std::function<void(BoxAnswer)> answered = {});
 /// Shows a box and waits for its answer in a yield loop. Not for handlers that run while rows are

@@ -28,6 +28,14 @@ std::int64_t LengthOnDisk(const std::string& path) {
   return TheDisk().FileExists(path) ? static_cast<std::int64_t>(ReadFile(path).size()) : 0;
 }
 
+/// A file that is gone has taken its place along (a medium pulled out): appending would begin a
+/// new one without head and rows somewhere else. It may come back.
+void RequireStillThere(const HeldText& held, const std::string& path) {
+  if (held.FileLength > 0 && !TheDisk().FileExists(path)) {
+    throw RuntimeFault(path + " is no longer there");
+  }
+}
+
 /// Takes off the front of the held text what the failed attempt left in the file.
 void DropLanded(HeldText& held, const std::string& path) {
   const std::int64_t length = LengthOnDisk(path);
@@ -61,6 +69,7 @@ bool WriteHeld(SoundingFile file) {
   if (held.Text.empty() && !held.Failed) return true;
   const std::string& path = PathOf(file);
   try {
+    RequireStillThere(held, path);
     if (held.Failed || held.FileLength < 0) DropLanded(held, path);
     held.Failed = true;  // until the append has returned
     AppendToFile(path, held.Text);

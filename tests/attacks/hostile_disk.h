@@ -18,6 +18,9 @@ class HostileDisk : public MemoryDisk {
   /// From now on one operation in `one_in` fails; 0: none does.
   void Trouble(std::uint32_t one_in) { one_in_ = one_in; }
 
+  /// A file that exists and can't be read; empty for none.
+  void SetUnreadable(const std::string& path) { unreadable_ = path; }
+
   void Write(Handle handle, std::string_view bytes) override {
     if (!Strikes()) return MemoryDisk::Write(handle, bytes);
     MemoryDisk::Write(handle, bytes.substr(0, bytes.size() * (random_() % 4) / 4));
@@ -49,6 +52,9 @@ class HostileDisk : public MemoryDisk {
   }
   std::string Read(const std::string& path) override {
     if (Strikes()) throw RuntimeFault(path + ": Input/output error");
+    if (!unreadable_.empty() && path == unreadable_) {
+      throw RuntimeFault(path + ": Permission denied");
+    }
     return MemoryDisk::Read(path);
   }
 
@@ -57,6 +63,7 @@ class HostileDisk : public MemoryDisk {
 
   std::mt19937 random_;
   std::uint32_t one_in_ = 0;
+  std::string unreadable_;
 };
 
 }  // namespace penlog
