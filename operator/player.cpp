@@ -1,5 +1,8 @@
 #include "operator/player.h"
 
+#include <algorithm>
+#include <initializer_list>
+#include <iterator>
 #include <regex>
 #include <utility>
 
@@ -69,14 +72,57 @@ int EntryOf(const Control& list, const std::string& word) {
   return -1;
 }
 
-ActionKind KindOf(const std::string& verb) {
-  if (verb == "press") return ActionKind::Press;
-  if (verb == "release") return ActionKind::Release;
-  if (verb == "type") return ActionKind::Type;
-  if (verb == "select") return ActionKind::Select;
-  if (verb == "check" || verb == "uncheck") return ActionKind::Check;
-  if (verb == "point") return ActionKind::Point;
-  return ActionKind::Click;
+/// What each verb does, and to which kinds of control.
+struct VerbUse {
+  const char* verb;
+  ActionKind action;
+  std::initializer_list<ControlKind> takes;
+};
+
+const VerbUse& UseOf(const std::string& verb) {
+  using Kind = ControlKind;
+  static const VerbUse uses[] = {
+      {"click", ActionKind::Click, {Kind::Button, Kind::CheckBox, Kind::OptionButton}},
+      {"menu", ActionKind::Click, {Kind::Menu}},
+      {"press", ActionKind::Press, {Kind::Button}},
+      {"release", ActionKind::Release, {Kind::Button}},
+      {"type", ActionKind::Type, {Kind::TextBox}},
+      {"select", ActionKind::Select, {Kind::ComboBox, Kind::ListBox}},
+      {"check", ActionKind::Check, {Kind::CheckBox, Kind::OptionButton}},
+      {"uncheck", ActionKind::Check, {Kind::CheckBox}},
+      {"point", ActionKind::Point, {Kind::Picture}},
+  };
+  return *std::find_if(std::begin(uses), std::end(uses),
+                       [&verb](const VerbUse& use) { return verb == use.verb; });
+}
+
+bool Takes(const Control& control, const VerbUse& use) {
+  return std::find(use.takes.begin(), use.takes.end(), control.Kind()) != use.takes.end();
+}
+
+/// A click on what can be ticked ticks it.
+void TickByClick(OperatorAction& act) {
+  const ControlKind kind = act.control->Kind();
+  if (act.kind != ActionKind::Click) return;
+  if (kind != ControlKind::CheckBox && kind != ControlKind::OptionButton) return;
+  act.kind = ActionKind::Check;
+  act.number = kind == ControlKind::OptionButton || !act.control->Checked ? 1 : 0;
+}
+
+/// Nothing would happen: the control is as the action would make it.
+bool StandsAsAsked(const OperatorAction& act) {
+  if (act.kind == ActionKind::Type && act.control->Kind() == ControlKind::TextBox) {
+    return act.control->Text == act.text;
+  }
+  return act.kind == ActionKind::Check && act.control->Checked == (act.number != 0);
+}
+
+/// The front one of the screens whose window ends the program; null if none is shown.
+Form* MainWindow() {
+  const auto& shown = ShownForms();
+  const auto found = std::find_if(shown.rbegin(), shown.rend(),
+                                  [](const Form* form) { return form->ClosingEnds; });
+  return found == shown.rend() ? nullptr : *found;
 }
 
 }  // namespace
@@ -118,6 +164,7 @@ void Player::PostStep() {
 void Player::Next() {
   ++next_;
   begun_ = Now();
+  waits_ = false;
   expected_.clear();
   was_.clear();
 }
@@ -138,15 +185,19 @@ void Player::Step() {
   const ScriptAction& action = script_.actions[next_];
   // The next step first: an action may wait in a yield of its own.
   PostStep();
-  if (action.verb == "wait") {
-    if (Now() - begun_ >= Seconds(LeadingNumber(action.words[0]))) Next();
-    return;
-  }
+  if (action.verb == "wait") return Wait(Seconds(LeadingNumber(action.words[0])));
   if (Try(action)) {
     Next();
   } else if (!failed_ && Now() - begun_ >= Patience(action)) {
     Fail();
   }
+}
+
+/// The end of a wait is an event to come: a script that waits for hours does not stand still.
+void Player::Wait(Micros time) {
+  if (Now() - begun_ >= time) return Next();
+  if (std::exchange(waits_, true)) return;
+  PostCall(begun_ + time, this, [] {});
 }
 
 Micros Player::Patience(const ScriptAction& action) const {
@@ -165,8 +216,8 @@ bool Player::Try(const ScriptAction& action) {
   if (action.verb == "answer") return TryAnswer(action);
   if (action.verb == "file") return TryFile(action);
   if (action.verb == "expect") return TryExpect(action);
-  if (action.verb == "rig" || action.verb == "shot" || action.verb == "kill" ||
-      action.verb == "end") {
+  if (action.verb == "end") return TryEnd();
+  if (action.verb == "rig" || action.verb == "shot" || action.verb == "kill") {
     return TryOutside(action);
   }
   return TryAct(action);
@@ -210,36 +261,65 @@ bool Player::Perform(const OperatorAction& action) {
   return false;
 }
 
-bool Player::TryAct(const ScriptAction& action) {
-  OperatorAction act;
-  if (!FindControl(action.words[0], act.form, act.control)) return false;
-  expected_ = action.words[0] + " to take " + Quoted(action.verb);
+bool Player::IsUnderWay(bool& done) {
   was_ = refused_ ? "refused as its turn came" : "not served";
-  if (posted_) return false;
-  if (tried_ && !std::exchange(refused_, false)) {
-    tried_ = false;
-    return true;
-  }
-  act.kind = KindOf(action.verb);
+  done = false;
+  if (posted_) return true;
+  if (!tried_ || std::exchange(refused_, false)) return false;
+  tried_ = false;
+  done = true;
+  return true;
+}
+
+/// Fills in what the words ask for; false when the control has no such entry, or not yet.
+bool Player::Asks(const ScriptAction& action, OperatorAction& act) {
+  act.kind = UseOf(action.verb).action;
   act.stamp = StampOf(*act.form, act.control);
   act.number = action.verb == "check" ? 1 : 0;
+  TickByClick(act);
   if (act.kind == ActionKind::Type) act.text = action.words[1];
-  if (act.kind == ActionKind::Type && act.control->Text == act.text) return true;
   if (act.kind == ActionKind::Point) {
     act.x = LeadingNumber(action.words[1]);
     act.y = LeadingNumber(action.words[2]);
     act.number = action.words.size() == 4 ? 1 : 0;
   }
-  if (act.kind == ActionKind::Select) {
-    act.number = EntryOf(*act.control, action.words[1]);
-    if (act.number < 0 && act.control->Name() == "Dir1") {
-      act.kind = ActionKind::Type;  // a folder is named by its path
-      act.text = action.words[1];
-    } else if (act.number < 0) {
-      was_ = "no entry " + Quoted(action.words[1]);
-      return false;
-    }
+  if (act.kind != ActionKind::Select) return true;
+  act.number = EntryOf(*act.control, action.words[1]);
+  if (act.number >= 0) return true;
+  was_ = "no entry " + Quoted(action.words[1]);
+  if (act.control->Name() != "Dir1") return false;
+  act.kind = ActionKind::Type;  // a folder is named by its path
+  act.text = action.words[1];
+  return true;
+}
+
+bool Player::TryAct(const ScriptAction& action) {
+  OperatorAction act;
+  if (!FindControl(action.words[0], act.form, act.control)) return false;
+  expected_ = action.words[0] + " to take " + Quoted(action.verb);
+  bool done = false;
+  if (IsUnderWay(done)) return done;
+  if (!Takes(*act.control, UseOf(action.verb))) {
+    was_ = "a control of another kind";
+    Fail();
+    return false;
   }
+  if (!Asks(action, act)) return false;
+  return StandsAsAsked(act) || Perform(act);
+}
+
+bool Player::TryEnd() {
+  OperatorAction act;
+  act.kind = ActionKind::Close;
+  act.form = MainWindow();
+  expected_ = "the window to close";
+  bool done = false;
+  if (IsUnderWay(done)) return done;
+  if (act.form == nullptr) {
+    was_ = "no window that ends the program";
+    return false;
+  }
+  act.stamp = StampOf(*act.form, nullptr);
   return Perform(act);
 }
 
@@ -259,8 +339,13 @@ bool Player::TryAnswer(const ScriptAction& action) {
     Fail();
     return false;
   }
-  AnswerBox(box->id, answer);
-  return true;
+  if (!hands_.answer) {
+    AnswerBox(box->id, answer);
+    return true;
+  }
+  const std::string why = hands_.answer(answer);
+  if (!why.empty()) was_ += ": " + why;
+  return why.empty();
 }
 
 bool Player::TryFile(const ScriptAction& action) {
@@ -294,10 +379,6 @@ bool Player::TryExpect(const ScriptAction& action) {
 
 bool Player::TryOutside(const ScriptAction& action) {
   expected_ = Quoted(action.verb + " " + action.rest) + " to succeed";
-  if (action.verb == "end") {
-    RequestEnd();
-    return true;
-  }
   if (action.verb == "kill") {
     if (hands_.kill) hands_.kill();
     return true;

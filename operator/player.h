@@ -7,6 +7,7 @@
 
 #include "forms/operator_actions.h"
 #include "operator/script.h"
+#include "platform/boxes.h"
 #include "platform/event_queue.h"
 
 namespace penlog {
@@ -20,6 +21,9 @@ struct PlayerHands {
   /// Acts on the widgets; returns why it can't yet, empty once it was done. Without it the player
   /// acts on the forms.
   std::function<std::string(const OperatorAction& action)> act;
+  /// Presses a button of the box in front; returns why it can't yet. Without it the player gives
+  /// the answer itself.
+  std::function<std::string(BoxAnswer answer)> answer;
   /// Ends the process at once, as a crash does.
   std::function<void()> kill;
 };
@@ -49,11 +53,16 @@ class Player {
   bool TryFile(const ScriptAction& action);
   bool TryExpect(const ScriptAction& action);
   bool TryOutside(const ScriptAction& action);
+  bool TryEnd();
+  bool Asks(const ScriptAction& action, OperatorAction& act);
+  /// True while the action that was posted decides: `done` once it was served.
+  bool IsUnderWay(bool& done);
   bool FindControl(const std::string& name, Form*& form, Control*& control);
   /// Posts the action once it may be; false, since its turn is still to come.
   bool Perform(const OperatorAction& action);
   Micros Patience(const ScriptAction& action) const;
   void Step();
+  void Wait(Micros time);
   void Next();
   void Fail();
   void PostStep();
@@ -65,6 +74,7 @@ class Player {
   bool posted_ = false;   // an action is on its way to its control
   bool refused_ = false;  // and its turn came in vain
   bool tried_ = false;
+  bool waits_ = false;  // a `wait` has posted its end
   bool failed_ = false;
   std::string expected_;
   std::string was_;

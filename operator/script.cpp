@@ -73,9 +73,21 @@ bool SplitWords(std::string_view line, std::vector<Word>& words) {
   }
 }
 
+/// The word in its quotes again, if it stood in them.
+std::string AsWritten(const Word& word) {
+  if (!word.quoted) return word.text;
+  std::string text = "\"";
+  for (const char c : word.text) text += c == '"' ? "\"\"" : std::string(1, c);
+  return text + "\"";
+}
+
 bool IsNumber(const std::string& text) {
   const auto number = WholeNumberText(text);
   return number && *number >= 0;
+}
+
+bool IsFraction(const std::string& text) {
+  return IsNumber(text) && *WholeNumberText(text) <= 1;
 }
 
 /// Why the words don't fit the action; empty if they do.
@@ -96,8 +108,8 @@ std::string WordFault(const ScriptAction& action) {
   if (action.verb == "expect" && words.size() == 3 && !IsNumber(words[2])) {
     return "\"expect\" needs seconds at its end";
   }
-  if (action.verb == "point" && (!IsNumber(words[1]) || !IsNumber(words[2]))) {
-    return "\"point\" needs two fractions";
+  if (action.verb == "point" && (!IsFraction(words[1]) || !IsFraction(words[2]))) {
+    return "\"point\" needs two fractions from 0 to 1";
   }
   if (action.verb == "point" && words.size() == 4 && words[3] != "click") {
     return "\"point\" may end in \"click\" only";
@@ -140,7 +152,7 @@ Script ParseScript(const std::string& title, std::string_view text) {
     for (std::size_t i = 1; i < words.size(); ++i) {
       action.words.push_back(words[i].text);
       action.quoted.push_back(words[i].quoted);
-      action.rest += (i > 1 ? " " : "") + words[i].text;
+      action.rest += (i > 1 ? " " : "") + AsWritten(words[i]);
     }
     std::string fault = WordFault(action);
     if (fault.empty()) fault = MakePattern(action);

@@ -30,7 +30,8 @@ constexpr const char* kUsage =
     "  --virtual  in virtual time, on a disk in memory; else in real time\n"
     "  --shots    where the pictures go; without it none is taken\n"
     "  --size     of the display that the pictures stand for (1366x768)\n"
-    "  --out      where the files go: the disk in memory is written out, or the data lie there\n"
+    "  --out      where the files go: the disk in memory is written out, or the data lie there;\n"
+    "             in real time without it a new temporary folder, whose name is printed\n"
     "  --setup    the simulated rig (dcs)\n"
     "  --cone     how the cone is connected in real time (pty)\n"
     "  --hash     prints a number that is equal for equal runs\n"
@@ -111,8 +112,8 @@ void AddShots(PlayerHands& hands, const Options& options, View& view) {
 }
 
 int Report(const SessionResult& result) {
-  if (!result.report.empty()) std::fprintf(stderr, "%s\n", result.report.c_str());
   if (!result.standstill.empty()) std::fprintf(stderr, "%s\n", result.standstill.c_str());
+  if (!result.report.empty()) std::fprintf(stderr, "%s\n", result.report.c_str());  // the last line
   return result.exit_code;
 }
 
@@ -154,7 +155,9 @@ int PlayReal(const Script& script, const Options& options) {
   setup.rig = options.setup;
   setup.seed = options.seed;
   setup.cone_on_network = options.cone == "rfc2217";
-  setup.folder = options.out;
+  setup.folder = options.out.empty() ? MakeTemporaryFolder("penlog-operator-") : options.out;
+  if (options.out.empty()) std::printf("files: %s\n", setup.folder.c_str());
+  std::fflush(stdout);
   RealSession session(setup);
   PlayerHands hands;
   AddShots(hands, options, session.Windows());
@@ -166,9 +169,8 @@ int PlayReal(const Script& script, const Options& options) {
 
 int Run(int argc, char** argv) {
   const auto options = ParseWords({argv + 1, argv + argc});
-  if (!options || (!options->is_virtual && options->out.empty())) {
+  if (!options) {
     std::fputs(kUsage, stderr);
-    if (options) std::fputs("in real time --out must name a folder\n", stderr);
     return 2;
   }
   PosixDisk disk;

@@ -108,6 +108,12 @@ int RealSession::Play(const Script& script, PlayerHands hands, std::string& repo
   if (!hands.shot) {
     hands.shot = [](const std::string&, const std::string&) { return std::string(); };
   }
+  if (!hands.answer) {
+    hands.answer = [this](BoxAnswer answer) {
+      std::string why;
+      return mirror_.PressBoxButton(answer, why) ? std::string() : why;
+    };
+  }
   if (!hands.kill) hands.kill = [] { std::_Exit(0); };
   ForgetEnd();
   ResetBoxes();

@@ -16,6 +16,11 @@ TEST(Script, ReadsWordsQuotesAndComments) {
   EXPECT_EQ(script.actions[2].rest, "push 2.5");
 }
 
+TEST(Script, RigWordsKeepTheirQuotes) {
+  const Script script = ParseScript("s", "rig ground  \"a b/c.gef\" # deep\n");
+  EXPECT_EQ(script.actions.at(0).rest, "ground \"a b/c.gef\"");
+}
+
 TEST(Script, RefusesWhatItDoesNotKnow) {
   const struct {
     const char* line;
@@ -32,7 +37,12 @@ TEST(Script, RefusesWhatItDoesNotKnow) {
       {"expect A.b ~[", "s:1: \"~[\" is no pattern"},
       {"expect A.b x soon", "s:1: \"expect\" needs seconds at its end"},
       {"screen A soon", "s:1: \"screen\" needs seconds behind the name"},
-      {"point A.b 0.5 x", "s:1: \"point\" needs two fractions"},
+      {"point A.b 0.5 x", "s:1: \"point\" needs two fractions from 0 to 1"},
+      {"point A.b 50 0.5", "s:1: \"point\" needs two fractions from 0 to 1"},
+      {"expect A.b", "s:1: \"expect\" needs more words"},
+      {"answer ok", "s:1: \"answer\" needs more words"},
+      {"kill now", "s:1: \"kill\" has too many words"},
+      {"menu mnuFile", "s:1: \"mnuFile\" is not SCREEN.CONTROL"},
       {"point A.b 0.5 0.5 hit", "s:1: \"point\" may end in \"click\" only"},
   };
   for (const auto& row : rows) {

@@ -11,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "platform/files.h"
@@ -195,6 +196,14 @@ bool PosixDisk::Lock(const std::string& path) {
 
 void PosixDisk::Unlock(const std::string& path) {
   locks_.erase(path);
+}
+
+std::string MakeTemporaryFolder(const std::string& name) {
+  const char* place = std::getenv("TMPDIR");
+  std::string path =
+      (place != nullptr && *place != '\0' ? std::string(place) : "/tmp") + "/" + name + "XXXXXX";
+  if (::mkdtemp(path.data()) == nullptr) FailWithErrno(path);
+  return path;
 }
 
 }  // namespace penlog

@@ -49,4 +49,8 @@ class PosixDisk : public Disk {
 /// The whole content of a file; a `RuntimeFault` if it can't be read.
 std::string ReadPosixFile(const std::string& path);
 
+/// Makes a new folder for this program alone, where the system keeps what is temporary: `name` and
+/// six characters. Raises a `RuntimeFault` when none can be made.
+std::string MakeTemporaryFolder(const std::string& name);
+
 }  // namespace penlog

@@ -1,0 +1,141 @@
+// The operator's program from outside: its words, its exit codes and the last line that it prints.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "app/program.h"
+#include "support/temp_folder.h"
+
+namespace penlog {
+namespace {
+
+struct Outcome {
+  int exit_code = -1;
+  std::string printed;
+  std::string LastLine() const {
+    const std::string text = printed.substr(0, printed.find_last_not_of('\n') + 1);
+    return text.substr(text.rfind('\n') + 1);
+  }
+};
+
+struct OperatorProgram : testing::Test {
+  OperatorProgram() {
+    ::setenv("TMPDIR", folder.Path().c_str(), 1);
+    ::unsetenv("DISPLAY");
+    ::unsetenv("WAYLAND_DISPLAY");
+    ::unsetenv("QT_QPA_PLATFORM");
+  }
+  ~OperatorProgram() override { ::unsetenv("TMPDIR"); }
+
+  std::string Write(const std::string& name, const std::string& text) const {
+    std::ofstream(folder / name) << text;
+    return folder / name;
+  }
+
+  static Outcome Run(const std::vector<std::string>& words) {
+    Program program("penlog-operator", words);
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!program.Ended() && std::chrono::steady_clock::now() < until) {
+      program.Printed();
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_TRUE(program.Ended()) << program.Printed();
+    return {program.ExitCode(), program.Printed()};
+  }
+
+  TempFolder folder;
+};
+
+struct EachTime : OperatorProgram, testing::WithParamInterface<const char*> {
+  static Outcome Play(const std::string& script) {
+    std::vector<std::string> words = {script};
+    if (*GetParam() != '\0') words.emplace_back(GetParam());
+    return Run(words);
+  }
+};
+
+TEST_P(EachTime, PlayedToItsEndGivesZero) {
+  const Outcome outcome = Play(Write(
+      "good script.txt", "screen StartUp\nexpect StartUp.cmdStart \"START NEW SOUNDING\"\nend\n"));
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.printed;
+}
+
+TEST_P(EachTime, ProgramThatEndsBehindTheLastActionGivesZero) {
+  const Outcome outcome = Play(Write("exit.txt", "screen StartUp\nclick StartUp.cmdExit\n"));
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.printed;
+}
+
+TEST_P(EachTime, WhatIsNotAsExpectedGivesOneAndSaysSoInTheLastLine) {
+  const std::string script =
+      Write("bad.txt", "screen StartUp\n\nexpect StartUp.cmdStart \"GO ON\" 0.5\n");
+  const Outcome outcome = Play(script);
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(outcome.LastLine(),
+            script + ":3: expected StartUp.cmdStart \"GO ON\", was \"START NEW SOUNDING\"");
+}
+
+TEST_P(EachTime, UnreadableScriptGivesTwo) {
+  const std::string script = Write("odd.txt", "screen StartUp\nfly StartUp.cmdStart\n");
+  const Outcome outcome = Play(script);
+  EXPECT_EQ(outcome.exit_code, 2);
+  EXPECT_EQ(outcome.LastLine(), script + ":2: unknown action \"fly\"");
+  EXPECT_EQ(Play(folder / "missing.txt").exit_code, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(, EachTime, testing::Values("--virtual", ""),
+                         [](const auto& row) { return *row.param != '\0' ? "Virtual" : "Real"; });
+
+TEST_F(OperatorProgram, WrongWordsGiveTheUsageAndTwo) {
+  for (const auto& words : std::vector<std::vector<std::string>>{{},
+                                                                 {"a.txt", "b.txt"},
+                                                                 {"a.txt", "--fly"},
+                                                                 {"a.txt", "--shots"},
+                                                                 {"a.txt", "--size", "big"},
+                                                                 {"a.txt", "--cone", "string"}}) {
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.exit_code, 2);
+    EXPECT_NE(outcome.printed.find("usage: penlog-operator SCRIPT"), std::string::npos);
+  }
+}
+
+TEST_F(OperatorProgram, StandstillIsReportedAboveTheLastLine) {
+  const std::string script = Write("long.txt", "screen StartUp\nscreen Main 7200\nend\n");
+  const Outcome outcome = Run({script, "--virtual"});
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_NE(outcome.printed.find("nothing but ticks happened"), std::string::npos);
+  EXPECT_NE(outcome.printed.find("waiting for: the operator"), std::string::npos);
+  EXPECT_EQ(outcome.LastLine().rfind(script + ":2: expected the screen Main, was ", 0), 0u)
+      << outcome.LastLine();
+}
+
+TEST_F(OperatorProgram, AScriptMayWaitForHours) {
+  const std::string script = Write("night.txt", "screen StartUp\nwait 40000\nend\n");
+  const Outcome outcome = Run({script, "--virtual"});
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.printed;
+}
+
+TEST_F(OperatorProgram, PicturesAreTakenWithoutADisplayInBothTimes) {
+  const std::string script = Write("shot.txt", "screen StartUp\nshot start.png StartUp\nend\n");
+  EXPECT_EQ(Run({script, "--virtual", "--shots", folder / "a"}).exit_code, 0);
+  EXPECT_EQ(Run({script, "--shots", folder / "b"}).exit_code, 0);
+  EXPECT_GT(std::filesystem::file_size(folder / "a/start.png"), 5000u);
+  EXPECT_GT(std::filesystem::file_size(folder / "b/start.png"), 5000u);
+}
+
+TEST_F(OperatorProgram, KillEndsAtOnceAndLeavesWhatWasWritten) {
+  const std::string script = Write("kill.txt", "screen StartUp\nkill\n");
+  EXPECT_EQ(Run({script, "--virtual", "--out", folder / "disk"}).exit_code, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder / "disk/allusers/PENLOG(KQ)/System Setup Values.txt"));
+  EXPECT_EQ(Run({script, "--out", folder / "real"}).exit_code, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder / "real/PENLOG(KQ)/System Setup Values.txt"));
+}
+
+}  // namespace
+}  // namespace penlog
