@@ -12,6 +12,7 @@
 #include "forms/main_form.h"
 #include "forms/operator_actions.h"
 #include "platform/clock.h"
+#include "platform/numbers.h"
 #include "scenarios/scenario.h"
 #include "sounding/sounding_state.h"
 
@@ -37,7 +38,7 @@ std::vector<double> Column(const std::string& file, std::size_t header, std::siz
   std::vector<double> column;
   const auto lines = LinesOf(file);
   for (std::size_t i = header; i < lines.size(); ++i) {
-    column.push_back(std::atof(lines[i].substr(at, width).c_str()));
+    column.push_back(LeadingNumber(lines[i].substr(at, width)));
   }
   return column;
 }

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/numbers.h"
 #include "scenarios/log_rows.h"
 #include "scenarios/scenario.h"
 
@@ -36,7 +37,7 @@ class GefColumn {
       if (line.rfind("#COLUMNINFO=", 0) == 0) {
         place_of[std::atoi(line.substr(line.rfind(',') + 1).c_str())] = std::atoi(&line[12]) - 1;
       } else if (line.rfind("#COLUMNVOID=", 0) == 0) {
-        empty[std::atoi(&line[12]) - 1] = std::atof(line.substr(line.find(',') + 1).c_str());
+        empty[std::atoi(&line[12]) - 1] = LeadingNumber(line.substr(line.find(',') + 1));
       } else if (!line.empty() && line[0] != '#') {
         TakeRow(line, place_of.at(1), place_of.at(quantity), empty);
       }
@@ -95,13 +96,13 @@ struct RealSounding : Scenario {
 /// A number of a header line, 20 characters a column.
 double HeaderNumber(const std::string& cpt, std::size_t line, int column) {
   const auto at = static_cast<std::size_t>(13 + 20 * column);
-  return std::atof(LinesOf(cpt).at(line - 1).substr(at, 20).c_str());
+  return LeadingNumber(LinesOf(cpt).at(line - 1).substr(at, 20));
 }
 
 /// The value of a row in kPa, by the header's numbers alone.
 double Engineering(const std::string& cpt, const std::string& line, int column) {
   const auto at = static_cast<std::size_t>(13 + 20 * column);
-  const double raw = std::atof(line.substr(at, 20).c_str());
+  const double raw = LeadingNumber(line.substr(at, 20));
   return (raw - HeaderNumber(cpt, 19, column)) / HeaderNumber(cpt, 18, column) *
          HeaderNumber(cpt, 20, column);
 }

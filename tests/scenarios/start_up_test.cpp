@@ -279,7 +279,8 @@ TEST(StartUpFiles, ADamagedSettingsFileIsToldAndTheConsoleGoesOn) {
   scenario.Play(Answer("ok", "System Setup Values.txt") + kStart + Answer("yes", kConeQuestion) +
                 Answer("ok", "CONE DETECTED ON PORT 3") +
                 Answer("ok", "PRESS OK TO VERIFY TRUCK INTERFACE PORT") +
-                "screen frmSpecifyTruckInterface\nend\n");
+                "screen frmSpecifyTruckInterface\nclick frmSpecifyTruckInterface.cmdCancel\n" +
+                Answer("ok", "TRUCK INTERFACE SERIAL PORT NOT SET.") + "end\n");
 }
 
 }  // namespace
