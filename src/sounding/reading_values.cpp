@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
@@ -50,7 +51,9 @@ float AverageWith(int channel, float sample) {
     sum += window[place](channel);
   }
   window[count](channel) = sample;
-  return (sum + sample) / static_cast<float>(count);
+  // What a disturbed line sends may be the type's largest number; several of them stay one.
+  constexpr float kLargest = std::numeric_limits<float>::max();
+  return std::clamp((sum + sample) / static_cast<float>(count), -kLargest, kLargest);
 }
 
 std::optional<float> TemperatureSample(std::string& field) {
@@ -89,7 +92,8 @@ std::optional<float> FrictionRatioOf(float tip, float sleeve, float tip_factor) 
   if (!(Loaded(1, tip) > 0.0f)) return std::nullopt;
   const float friction = FractionOfScale(2, sleeve) * channels.ChannelFullScale(2);
   const float resistance = FractionOfScale(1, tip) * channels.ChannelFullScale(1) * tip_factor;
-  return 100.0f * friction / resistance;
+  const float ratio = 100.0f * friction / resistance;
+  return std::isfinite(ratio) ? std::optional(ratio) : std::nullopt;
 }
 
 SoilTypeAndN SoilOf(float tip, float sleeve, float pore_pressure) {

@@ -33,7 +33,8 @@ float SubtractedLoad(int channel);
 /// Total inclination in degrees from the axes 6 and 7; both terms use the sensitivity of channel 7.
 float InclinationOf(float reading6, float reading7);
 
-/// Friction ratio in percent; none for a tip that is not above its baseline. `tip_factor` scales
+/// Friction ratio in percent; none for a tip that is not above its baseline, nor where it is no
+/// finite number. `tip_factor` scales
 /// the tip.
 std::optional<float> FrictionRatioOf(float tip, float sleeve, float tip_factor = 1.0f);
 

@@ -1,5 +1,6 @@
 #include "sounding/main_entry.h"
 
+#include "conelink/port_supervision.h"
 #include "sounding/fake_cone.h"
 #include "sounding/main_load.h"
 #include "sounding/port_requests.h"
@@ -218,6 +219,26 @@ TEST(PortRequests, APortThatDoesNotOpenCountsAsLost) {
   Request(sounding.TruckPortRequest, 77);
   ServePortRequests();
   EXPECT_EQ(cone.TruckPortLost, -1);
+}
+
+TEST(PortRequests, AnOverlayThatWasPluggedInMeanwhileIsPresentInTheTable) {
+  Entry entry;
+  settings.LumenProbePresent = 1;
+  EnterMainloop();
+  entry.ports.Wire(12);
+  Request(sounding.VideoPortRequest, 12);
+  ServePortRequests();
+  EXPECT_EQ(cone.PortPresent[12], -1);
+  SupervisePorts();
+  EXPECT_EQ(cone.VideoPortLost, 0);
+}
+
+TEST(Entry, InACalibrationCheckLeavesTheOperatorAScreen) {
+  Entry entry;
+  session.CalibrationMode = -1;
+  Show(Main);
+  EnterMainloop();
+  EXPECT_TRUE(Main.Visible);
 }
 
 /// Three rows of a suspended sounding.
