@@ -34,8 +34,7 @@ float SubtractedLoad(int channel);
 float InclinationOf(float reading6, float reading7);
 
 /// Friction ratio in percent; none for a tip that is not above its baseline, nor where it is no
-/// finite number. `tip_factor` scales
-/// the tip.
+/// finite number. `tip_factor` scales the tip.
 std::optional<float> FrictionRatioOf(float tip, float sleeve, float tip_factor = 1.0f);
 
 /// Zone and N from raw tip, sleeve and pore pressure; the pressure counts with channel 3 present.
