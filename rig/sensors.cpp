@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "platform/numbers.h"
 #include "rig/coding.h"
 
 namespace penlog {
@@ -26,6 +25,15 @@ UnitRecord AsStored(UnitRecord record) {
 }
 
 namespace {
+
+/// `units` of the last of `decimals` places as a number: -1205 with three places is "-1.205".
+std::string WithPoint(long long units, std::size_t decimals) {
+  std::string text = std::to_string(std::abs(units));
+  if (text.size() <= decimals) text.insert(0, decimals + 1 - text.size(), '0');
+  text.insert(text.size() - decimals, 1, '.');
+  if (units < 0) text.insert(0, 1, '-');
+  return text;
+}
 
 double TemperatureOutput(const UnitRecord& record, double degrees) {
   const double a = record.at_full_scale;
@@ -57,10 +65,9 @@ double SensorOutput(const UnitRecord& record, const std::vector<UnitRecord>& all
 }
 
 Readout::Readout(int decimals, std::uint32_t seed)
-    : decimals_(decimals), pattern_("0."), random_(seed) {
-  pattern_ += std::string(static_cast<std::size_t>(decimals_), '0');
-  unit_ = std::pow(10.0, -decimals_);
-}
+    : decimals_(static_cast<std::size_t>(decimals)),
+      unit_(std::pow(10.0, -decimals)),
+      random_(seed) {}
 
 double Readout::Uniform() {
   return static_cast<double>(random_()) / 4294967296.0;
@@ -75,7 +82,7 @@ std::string Readout::Print(int channel, double output, bool must_change) {
     chosen = chosen > below ? below : below + 1.0;
   }
   last_[channel] = chosen;
-  return Format(chosen * unit_, pattern_);
+  return WithPoint(std::llround(chosen), decimals_);
 }
 
 }  // namespace penlog

@@ -37,9 +37,8 @@ class Readout {
  private:
   double Uniform();
 
-  int decimals_;
+  std::size_t decimals_;
   double unit_ = 1e-6;
-  std::string pattern_;
   std::mt19937 random_;
   std::map<int, double> last_;
 };

@@ -54,25 +54,23 @@ const UnitRecord* SimUnit::Record(int channel) const {
   return nullptr;
 }
 
-std::vector<int> SimUnit::ReportedChannels() const {
+void SimUnit::Select(std::string_view letters) {
   std::vector<const UnitRecord*> records;
   for (const auto& record : setup_.channels) {
-    if (selection_.find(record.letter) != std::string::npos) records.push_back(&record);
+    if (letters.find(record.letter) != letters.npos) records.push_back(&record);
   }
   std::stable_sort(records.begin(), records.end(), [](const auto* a, const auto* b) {
     const std::size_t place_a = ReportPlace(a->letter);
     const std::size_t place_b = ReportPlace(b->letter);
     return place_a != place_b ? place_a < place_b : a->channel < b->channel;
   });
-  std::vector<int> channels;
-  channels.reserve(records.size());
-  for (const auto* record : records) channels.push_back(record->channel);
-  return channels;
+  reported_.clear();
+  for (const auto* record : records) reported_.push_back(record->channel);
 }
 
 std::string SimUnit::Reading() {
   std::string text;
-  for (const int channel : ReportedChannels()) {
+  for (const int channel : reported_) {
     const UnitRecord& record = *Record(channel);
     const double shift = setup_.zero_shift[static_cast<std::size_t>(channel) % 31];
     const double output = SensorOutput(record, setup_.channels, surroundings_, shift);
@@ -113,7 +111,7 @@ std::string SimUnit::Answer(std::string_view command) {
     case 'W':
       return WriteMemory(rest);
     case 'Z':
-      selection_ = std::string(Trim(rest));
+      Select(Trim(rest));
       return Line("OK");
     case 'D':
       return Line(Reading());

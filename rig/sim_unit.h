@@ -29,14 +29,14 @@ class SimUnit {
   /// `command` has no module prefix. An unknown command is answered with "?".
   virtual std::string Answer(std::string_view command);
   /// As after power-up or a break on the line: no selection.
-  virtual void Reset() { selection_.clear(); }
-  void LoseSelection() { selection_.clear(); }
+  virtual void Reset() { LoseSelection(); }
+  void LoseSelection() { reported_.clear(); }
 
   /// Numbers of the selected channels, in the order of the fixed list of letters, then of the
   /// list of records. No selection: "?".
   std::string Reading();
   /// Channels that a reading reports now, in its order.
-  std::vector<int> ReportedChannels() const;
+  const std::vector<int>& ReportedChannels() const { return reported_; }
 
   const ConeMemory& Memory() const { return memory_; }
   const UnitSetup& Setup() const { return setup_; }
@@ -48,13 +48,14 @@ class SimUnit {
  private:
   std::string ReadMemory(std::string_view arguments) const;
   std::string WriteMemory(std::string_view arguments);
+  void Select(std::string_view letters);
   const UnitRecord* Record(int channel) const;
 
   UnitSetup setup_;
   const Surroundings& surroundings_;
   ConeMemory memory_;
   Readout readout_;
-  std::string selection_;
+  std::vector<int> reported_;
 };
 
 /// The letters in the order in which selected channels are reported.
