@@ -15,7 +15,7 @@
 namespace penlog {
 namespace {
 
-constexpr int kRows = 2000;
+constexpr int kRows = 500;
 
 double Rows(benchmark::State& state, const std::string& folder) {
   GetConeData();
@@ -37,12 +37,24 @@ double Rows(benchmark::State& state, const std::string& folder) {
   return seconds * 1e6 / rows;
 }
 
+/// Microseconds of what no row can do without: two files, each written and synced.
+double BareAppends(const std::string& folder) {
+  const std::string line(300, 'x');
+  const double begin = RealSeconds();
+  for (int row = 0; row < kRows; ++row) {
+    for (const char* name : {"/bare 1", "/bare 2"}) AppendToFile(folder + name, line);
+  }
+  return (RealSeconds() - begin) * 1e6 / kRows;
+}
+
 void RowsToTheDisk(benchmark::State& state) {
   const std::string folder = BenchFolder() + "/rows";
   const FullConsole console(folder);
   PosixDisk real_disk;
   UseDisk(&real_disk);
-  ReportFigure("a row on both files, synced, on the disk", Rows(state, folder), "us");
+  const double row = Rows(state, folder);
+  ReportFigure("a row on both files, synced, on the disk", row, "us");
+  ReportFigure("  over two bare appends with their syncs", row / BareAppends(folder), "");
 }
 BENCHMARK(RowsToTheDisk)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
