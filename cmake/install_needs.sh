@@ -4,12 +4,30 @@
 set -euo pipefail
 purpose=${1:-run}
 
-if ! command -v apt-get >/dev/null || ! grep -qs 'VERSION_ID="\?12' /etc/os-release; then
+is_debian_12() {
+  command -v apt-get >/dev/null &&
+    grep -qs '^ID="\?debian"\?$' /etc/os-release &&
+    grep -qs '^VERSION_ID="\?12"\?$' /etc/os-release
+}
+
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    echo "as root, please: $*" >&2
+    exit 1
+  fi
+}
+
+if ! is_debian_12; then
   cat >&2 <<TXT
 This script installs packages on Debian 12 only. Elsewhere please install:
   a C++20 compiler, CMake 3.25 or later, Ninja,
   Qt 6.4 or later (Core, Gui, Widgets, Network, PrintSupport), GoogleTest, Google Benchmark,
-  and, for the tests, ser2net and pyserial (libasound2 for the tone is optional).
+  and, for the tests, ser2net, pyserial and the locale de_DE.UTF-8 (libasound2 for the tone is
+  optional).
 TXT
   command -v cmake >/dev/null && command -v ninja >/dev/null && exit 0
   exit 1
@@ -25,14 +43,13 @@ for package in "${packages[@]}"; do
     missing+=("$package")
 done
 if [ "${#missing[@]}" -gt 0 ]; then
-  sudo=
-  [ "$(id -u)" = 0 ] || sudo=sudo
   echo "installing: ${missing[*]}"
-  $sudo apt-get update -q
-  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
+  as_root apt-get update -q
+  as_root env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -q --no-install-recommends "${missing[@]}"
 fi
 
 # A locale with a decimal comma, under which the tests run once more.
 if [ "$purpose" = test ] && ! locale -a | grep -qiE '^de_DE\.utf-?8$'; then
-  ${sudo-} localedef -i de_DE -f UTF-8 de_DE.UTF-8
+  as_root localedef -i de_DE -f UTF-8 de_DE.UTF-8
 fi

@@ -26,12 +26,14 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: penlog-operator SCRIPT [--virtual] [--shots DIR] [--size WxH] [--out DIR]\n"
-    "                       [--setup NAME] [--seed N] [--cone pty|rfc2217] [--hash]\n"
+    "                       [--data DIR] [--setup NAME] [--seed N] [--cone pty|rfc2217]\n"
+    "                       [--hash]\n"
     "  --virtual  in virtual time, on a disk in memory; else in real time\n"
     "  --shots    where the pictures go; without it none is taken\n"
     "  --size     of the display that the pictures stand for (1366x768)\n"
     "  --out      where the files go: the disk in memory is written out, or the data lie there;\n"
     "             in real time without it a new temporary folder, whose name is printed\n"
+    "  --data     files that lie in the data directory before the start\n"
     "  --setup    the simulated rig (dcs)\n"
     "  --cone     how the cone is connected in real time (pty)\n"
     "  --hash     prints a number that is equal for equal runs\n"
@@ -41,6 +43,7 @@ struct Options {
   std::string script;
   std::string shots;
   std::string out;
+  std::string data;
   std::string setup = "dcs";
   std::string cone = "pty";
   std::uint32_t seed = 1;
@@ -68,6 +71,8 @@ bool TakeValue(const std::string& name, const std::string& value, Options& optio
     options.shots = value;
   else if (name == "--out")
     options.out = value;
+  else if (name == "--data")
+    options.data = value;
   else if (name == "--setup")
     options.setup = value;
   else if (name == "--cone")
@@ -117,6 +122,20 @@ int Report(const SessionResult& result) {
   return result.exit_code;
 }
 
+/// The files of `--data` to the disk that the console will work on.
+void LayIn(Disk& from, const Options& options, Disk& to, const std::string& folder) {
+  if (options.data.empty()) return;
+  if (!from.FolderExists(options.data)) throw RuntimeFault("no folder " + options.data);
+  to.MakeFolder(folder);
+  for (const auto& entry : from.List(options.data)) {
+    if (entry.is_folder) continue;
+    const Disk::Handle file = to.Create(folder + "/" + entry.name);
+    to.Write(file, from.Read(options.data + "/" + entry.name));
+    to.Sync(file);
+    to.Close(file);
+  }
+}
+
 int PlayVirtual(const Script& script, const Options& options) {
   PosixDisk real_disk;
   RigSetup rig_setup = MakeRigSetup(options.setup);
@@ -124,6 +143,7 @@ int PlayVirtual(const Script& script, const Options& options) {
   VirtualSessionSetup setup;
   setup.seed = options.seed;
   VirtualSession session(rig_setup, setup);
+  LayIn(real_disk, options, session.disk, VirtualSession::DataDirectory());
   std::unique_ptr<WindowMirror> mirror;
   PlayerHands hands;
   if (!options.shots.empty()) {
@@ -159,6 +179,7 @@ int PlayReal(const Script& script, const Options& options) {
   if (options.out.empty()) std::printf("files: %s\n", setup.folder.c_str());
   std::fflush(stdout);
   RealSession session(setup);
+  LayIn(TheDisk(), options, TheDisk(), JoinPath(setup.folder, "PENLOG(KQ)"));
   PlayerHands hands;
   AddShots(hands, options, session.Windows());
   if (!options.shots.empty()) TheDisk().MakeFolder(options.shots);

@@ -19,6 +19,9 @@ bool EqualNoCase(std::string_view a, std::string_view b);
 bool StartsWith(std::string_view text, std::string_view start);
 bool EndsWithNoCase(std::string_view text, std::string_view end);
 
+// Whether a line end, a tab, a NUL or another character that isn't printed stands in it.
+bool HasControlCharacter(std::string_view text);
+
 // Number of characters; a byte that is no part of valid UTF-8 may count as one.
 std::size_t CharacterCount(std::string_view text);
 

@@ -1,6 +1,7 @@
 #include "screens/accept_sounding.h"
 
 #include <array>
+#include <cmath>
 
 #include "core/data_directory.h"
 #include "core/message.h"
@@ -19,6 +20,9 @@
 namespace penlog {
 
 namespace {
+
+constexpr std::size_t kLongestName = 240;  ///< bytes; with ".cpt.new" what any disk takes
+constexpr float kDeepest = 12'000;         ///< m; the columns and the steps of a float end there
 
 struct TakenName {
   const char* extension;
@@ -57,6 +61,7 @@ std::string WhyNotAccepted() {
   const std::string& name = SetupSounding.txtFileName.Text;
   const std::string path = SetupSounding.lblFileName.Caption;
   if (Trim(name).empty()) return "Please enter a filename";
+  if (name.size() > kLongestName) return "The file name is too long.";
   for (const auto& taken : kTakenNames) {
     if (TheDisk().FileExists(path + taken.extension)) return taken.message;
   }
@@ -66,7 +71,9 @@ std::string WhyNotAccepted() {
   const std::string not_writable = WhyNotWritable(setup_sounding.Directory);
   if (!not_writable.empty()) return "THE DIRECTORY CANNOT BE WRITTEN.  " + not_writable;
   for (const TextBox* box : {&SetupSounding.txtStartDepth, &SetupSounding.txtWaterTable}) {
-    if (!IsNumberOrEmpty(box->Text)) return "\"" + box->Text + "\" is not a number.";
+    const std::string shown = "\"" + Left(box->Text, 60) + "\"";
+    if (!IsNumberOrEmpty(box->Text)) return shown + " is not a number.";
+    if (std::abs(DepthOfText(box->Text)) > kDeepest) return shown + " is no depth.";
   }
   return {};
 }

@@ -24,6 +24,9 @@ std::string NameFault(const std::string& name) {
       return std::string("CANNOT CREATE DIRECTORY: \"") + character + "\" IS AN INVALID CHARACTER.";
     }
   }
+  if (HasControlCharacter(name)) {
+    return "CANNOT CREATE DIRECTORY: \"(control character)\" IS AN INVALID CHARACTER.";
+  }
   const std::string path = JoinPath(setup_sounding.Directory, name);
   if (name == "." || name == ".." || TheDisk().FolderExists(path) || TheDisk().FileExists(path)) {
     return "DIRECTORY ALREADY EXISTS.";

@@ -193,7 +193,8 @@ std::string InvalidFileNameCharacter(const std::string& name) {
   for (const char character : {'\\', '/', ':', '*', '?', '"', '<', '>', '|'}) {
     if (name.find(character) != std::string::npos) return std::string(1, character);
   }
-  return {};
+  // Unseen on the screen, and a line end would part the path's line in "TemporaryData.txt".
+  return HasControlCharacter(name) ? "(control character)" : "";
 }
 
 void ChooseDirectory(const std::string& path) {

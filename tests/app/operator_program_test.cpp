@@ -92,6 +92,22 @@ TEST_P(EachTime, UnreadableScriptGivesTwo) {
 INSTANTIATE_TEST_SUITE_P(, EachTime, testing::Values("--virtual", ""),
                          [](const auto& row) { return *row.param != '\0' ? "Virtual" : "Real"; });
 
+TEST_F(OperatorProgram, FilesOfADataFolderLieThereBeforeTheStart) {
+  std::filesystem::create_directory(folder / "data");
+  std::ofstream(folder / "data/TemporaryData.txt") << "/old/hole.cpt\r\n";
+  const std::string script =
+      Write("data.txt",
+            "screen StartUp\nclick StartUp.cmdStart\n"
+            "answer ok \"THE LAST SOUNDING WAS NOT FINISHED: /old/hole.cpt\"\n"
+            "answer no \"CONE SERIAL PORT NOT DETECTED\"\n"
+            "answer ok \"PROGRAM CANNOT CONTINUE\"\nend\n");
+  for (const char* time : {"--virtual", "--hash"}) {
+    const Outcome outcome = Run({script, time, "--data", folder / "data"});
+    EXPECT_EQ(outcome.exit_code, 0) << time << outcome.printed;
+  }
+  EXPECT_EQ(Run({script, "--virtual", "--data", folder / "none"}).exit_code, 2);
+}
+
 TEST_F(OperatorProgram, WrongWordsGiveTheUsageAndTwo) {
   for (const auto& words : std::vector<std::vector<std::string>>{{},
                                                                  {"a.txt", "b.txt"},

@@ -1,0 +1,211 @@
+// Disks that are full, read only, gone or dead at the worst moment: the operator is told, no row is
+// lost, and with the disk well again the sounding ends whole.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "attacks/calm_operator.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/yield.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+namespace {
+
+constexpr int kHeaderLines = 23;
+const std::string kCpt = "/soundings/S1.cpt";
+
+std::int64_t LinesIn(const std::string& text) {
+  return std::count(text.begin(), text.end(), '\n');
+}
+
+/// The sounding file is whole and the recovery copy says so.
+void ExpectWhole(CalmOperator& calm, const std::string& what) {
+  ASSERT_TRUE(calm.ended) << what << "\n" << calm.Told();
+  EXPECT_GE(calm.rows, 14) << what;
+  EXPECT_EQ(LinesIn(calm.disk.Files().at(kCpt)), kHeaderLines + calm.rows) << what;
+  EXPECT_EQ(calm.disk.Files().at(calm.Data("TemporaryData.txt")), "DONE\r\n") << what;
+}
+
+/// Undoes what was done to the disk after a time, over and over.
+void Heal(CalmOperator& calm, Micros after) {
+  PostCall(Now() + after, &calm, [&calm] {
+    calm.disk.SetRoom(-1);
+    calm.disk.SetReadOnly("");
+    calm.disk.Trouble(0);
+    calm.disk.before = {};
+  });
+}
+
+TEST(FullDisk, AtAnyRoomLosesNoRow) {
+  for (int room = 0; room <= 6000; room += 233) {
+    CalmOperator calm;
+    calm.LayDown();
+    calm.at = [&](const std::string& moment) {
+      if (moment != "START") return;
+      calm.disk.SetRoom(room);
+      Heal(calm, 25 * kSecond);
+    };
+    calm.Run();
+    ExpectWhole(calm, "room " + std::to_string(room));
+    EXPECT_TRUE(calm.WasTold("COULD NOT BE")) << room;
+  }
+}
+
+TEST(FullDisk, AtTheEndKeepsTheSoundingOpenUntilThereIsRoom) {
+  for (const int room : {0, 100, 600, 900}) {
+    CalmOperator calm;
+    calm.LayDown();
+    calm.at = [&](const std::string& moment) {
+      if (moment != "STOP") return;
+      calm.disk.SetRoom(room);
+      Heal(calm, 40 * kSecond);
+    };
+    calm.Run();
+    ExpectWhole(calm, "room " + std::to_string(room));
+  }
+}
+
+TEST(ReadOnlyDisk, OfTheSoundingsIsToldAndRecordsOnceItIsMended) {
+  CalmOperator calm;
+  calm.LayDown();
+  calm.at = [&](const std::string& moment) {
+    if (moment != "START") return;
+    calm.disk.SetReadOnly("/soundings");
+    Heal(calm, 20 * kSecond);
+  };
+  calm.Run();
+  EXPECT_TRUE(calm.WasTold("THE SOUNDING COULD NOT BE STARTED"));
+  EXPECT_TRUE(calm.WasTold("Permission denied"));
+  ExpectWhole(calm, "read only");
+}
+
+TEST(ReadOnlyDisk, OfTheDataDirectoryIsToldAtTheStartAndTheConsoleLivesOn) {
+  CalmOperator calm;
+  calm.LayDown();
+  calm.disk.SetReadOnly(VirtualSession::DataDirectory());
+  calm.at = [&](const std::string& moment) {
+    if (moment == "START") Heal(calm, 20 * kSecond);
+  };
+  calm.Run();
+  EXPECT_TRUE(calm.WasTold("THE DATA DIRECTORY CANNOT BE WRITTEN"));
+  ExpectWhole(calm, "read only data directory");
+}
+
+TEST(DyingDisk, ThatFailsAndHealsAgainAndAgainLosesNoRow) {
+  for (const std::uint32_t one_in : {1U, 2U, 3U, 5U, 11U}) {
+    CalmOperator calm;
+    calm.LayDown();
+    calm.at = [&](const std::string& moment) {
+      if (moment == "recording") calm.disk.Trouble(one_in);
+      if (moment == "STOP") Heal(calm, 15 * kSecond);
+    };
+    calm.Run();
+    ExpectWhole(calm, "one in " + std::to_string(one_in));
+  }
+}
+
+// A stick pulled out leaves an empty folder behind in its place.
+TEST(VanishedDisk, IsToldNoNewFileIsBegunAndTheRowsFollowWhenItIsBack) {
+  CalmOperator calm;
+  calm.LayDown();
+  std::string away;
+  calm.at = [&](const std::string& moment) {
+    if (moment != "recording") return;
+    PostCall(Now() + 5 * kSecond, &calm, [&] {
+      away = calm.disk.Files().at(kCpt);
+      calm.disk.Remove(kCpt);
+    });
+    PostCall(Now() + 12 * kSecond, &calm, [&] {
+      EXPECT_FALSE(calm.disk.FileExists(kCpt));
+      EXPECT_GT(sounding.RowsHeldBack, 0);
+      calm.disk.Put(kCpt, away);
+    });
+  };
+  calm.Run();
+  EXPECT_TRUE(calm.WasTold(kCpt + " is no longer there"));
+  ExpectWhole(calm, "vanished");
+}
+
+TEST(VanishedDisk, ThatNeverComesBackLeavesTheRecoveryCopyWhole) {
+  CalmOperator calm;
+  calm.LayDown();
+  calm.at = [&](const std::string& moment) {
+    if (moment != "recording") return;
+    PostCall(Now() + 5 * kSecond, &calm, [&] { calm.disk.Remove(kCpt); });
+  };
+  calm.Run(5 * 60 * kSecond);
+  EXPECT_FALSE(calm.ended);
+  EXPECT_TRUE(calm.WasTold("THE SOUNDING IS NOT CLOSED YET"));
+  EXPECT_EQ(LinesIn(calm.disk.Files().at(calm.Data("TemporaryData.txt"))), 17 + calm.rows);
+  EXPECT_GE(calm.rows, 14);
+}
+
+TEST(DeletedFolder, BetweenOkAndStartIsToldAndTakenUpOnceItIsThereAgain) {
+  CalmOperator calm;
+  calm.LayDown();
+  calm.at = [&](const std::string& moment) {
+    if (moment != "START") return;
+    calm.disk.before = [](std::string_view operation, const std::string& path) {
+      if (operation == "create" && path.starts_with("/soundings")) {
+        throw RuntimeFault(path + ": No such file or directory");
+      }
+    };
+    Heal(calm, 20 * kSecond);
+  };
+  calm.Run();
+  EXPECT_TRUE(calm.WasTold("No such file or directory"));
+  ExpectWhole(calm, "folder");
+}
+
+TEST(TakenName, BetweenOkAndStartIsMovedBesideAndNotOverwritten) {
+  CalmOperator calm;
+  calm.LayDown();
+  calm.at = [&](const std::string& moment) {
+    if (moment == "START") calm.disk.Put(kCpt, "another's rows");
+  };
+  calm.Run();
+  ExpectWhole(calm, "taken name");
+  EXPECT_EQ(calm.disk.Files().at("/soundings/S1 (2).cpt"), "another's rows");
+}
+
+// The machine dies at the n-th operation on the disk, from the press of START on.
+TEST(PowerLoss, AtAnyOperationKeepsEachAcknowledgedRow) {
+  for (int stop_at = 1; stop_at < 190; stop_at += 9) {
+    CalmOperator calm;
+    calm.LayDown();
+    calm.disk.Put(calm.Data("TemporaryData.txt"), "an older sounding\r\n");
+    int count = 0;
+    calm.at = [&](const std::string& moment) {
+      if (moment != "START") return;
+      calm.disk.before = [&](std::string_view, const std::string&) {
+        if (++count == stop_at) RequestEnd();
+        if (count >= stop_at) throw RuntimeFault("the power is gone");
+      };
+    };
+    calm.Run();
+    const std::int64_t told_rows = sounding.RowCount - sounding.RowsHeldBack;
+    calm.disk.before = {};
+    calm.disk.LosePower();
+    bool old_is_there = false;
+    std::int64_t rows = 0;
+    for (const auto& [path, content] : calm.disk.Files()) {
+      if (path.find("TemporaryData") == std::string::npos) continue;
+      old_is_there = old_is_there || content == "an older sounding\r\n";
+      if (LinesIn(content) >= 17) rows = LinesIn(content) - 17;
+      if (content == "DONE\r\n") rows = LinesIn(calm.disk.Files().at(kCpt)) - kHeaderLines;
+    }
+    EXPECT_TRUE(old_is_there) << stop_at;
+    EXPECT_GE(rows, told_rows) << stop_at;
+    // And the next start works with what is left.
+    calm.at = {};
+    calm.name = "S2";
+    calm.Run();
+    EXPECT_TRUE(calm.ended) << stop_at << "\n" << calm.Told();
+  }
+}
+
+}  // namespace
+}  // namespace penlog
