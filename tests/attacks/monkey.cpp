@@ -140,7 +140,7 @@ void Monkey::LiveOnce(Micros until) {
 void Monkey::PostStep() {
   // Mostly as quick as an operator, at times all at once, at times away for minutes.
   static constexpr std::array<Micros, 6> kGaps = {
-      kMillisecond, 40 * kMillisecond, 400 * kMillisecond, 2 * kSecond, 2 * kSecond, 20 * kSecond};
+      kMillisecond, 40 * kMillisecond, 400 * kMillisecond, kSecond, 2 * kSecond, 6 * kSecond};
   const Micros gap = Chance(200) ? 10 * kMinute : 1 + kGaps[Pick(kGaps.size())] * (1 + Pick(8)) / 4;
   PostCall(
       Now() + gap, this, [this] { Step(); }, EventKind::RepeatingCall);
@@ -157,9 +157,9 @@ void Monkey::Step() {
     ActOnAnything();
   } else if (dice < 930) {
     OrderRig();
-  } else if (dice < 955) {
+  } else if (dice < 945) {
     TroubleWire();
-  } else if (dice < 970) {
+  } else if (dice < 955) {
     TroubleLines();
   } else if (dice < 985) {
     TroubleDisk();

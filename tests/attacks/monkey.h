@@ -52,6 +52,7 @@ class Monkey {
   void Post(OperatorAction action);
 
   // The world.
+  void PushOn();
   void OrderRig();
   void TroubleDisk();
   void TroubleClock();

@@ -133,6 +133,7 @@ void Monkey::ActOnMain() {
   if (Main.cmdStart.Caption == "STOP") {
     if (Chance(40)) return Do("Main.cmdStart");
     if (Chance(20)) return Do("Main.cmdAuto");
+    if (Chance(2)) return PushOn();
     return OrderRig();
   }
   Do(Chance(2) ? "Main.cmdTakeBaseline" : "Main.cmdStart");
@@ -185,6 +186,14 @@ void Monkey::ActOnAnything() {
   action.number = static_cast<int>(Pick(8)) - 2;
   Note("operator: any " + form.Name() + "." + action.control->Name());
   Post(std::move(action));
+}
+
+void Monkey::PushOn() {
+  std::string reply;
+  Note("rig: clamped, pushing on");
+  session_.rig.Command("clamp on", reply);
+  session_.rig.Command("pressure on", reply);
+  session_.rig.Command("push 2", reply);
 }
 
 void Monkey::OrderRig() {
