@@ -88,8 +88,9 @@ void MainloopPass() {
   if (sounding.ExitUnderWay == kTrue) return WaitYield("the answer whether to start again");
   const std::int64_t waits = WaitCount();
   TakeTime();
-  const bool link_was_lost = SuperviseLink();
-  ServePortRequests();
+  bool link_was_lost = false;
+  Step([&] { link_was_lost = SuperviseLink(); });
+  Step(ServePortRequests);
   Yield();
   RetryHeld();
   WorkOfMode(link_was_lost);

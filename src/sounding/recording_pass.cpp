@@ -28,15 +28,6 @@ constexpr float kFirstMetre = 1.0f;  ///< no quits in it
 constexpr float kFiveMetres = 5.0f;
 constexpr double kMostDistancePushed = 262143;  ///< 18 bits
 
-template <class Work>
-void Step(Work&& work) {
-  try {
-    work();
-  } catch (const RuntimeFault& fault) {
-    TellOnce(fault.what());
-  }
-}
-
 float Pushed() {
   return sounding.CurrentDepth - session.StartDepth;
 }

@@ -9,8 +9,4 @@ void TellOnce(const std::string& text) {
   if (sounding.Told.insert(text).second) PostBox(text);
 }
 
-void ForgetTold(const std::string& text) {
-  sounding.Told.erase(text);
-}
-
 }  // namespace penlog

@@ -3,12 +3,22 @@
 #pragma once
 
 #include <string>
+#include <utility>
+
+#include "platform/runtime_fault.h"
 
 namespace penlog {
 
 /// Posts a box with `text` unless it was told already. Never waits.
 void TellOnce(const std::string& text);
-/// The cause is gone: the next time it is told again.
-void ForgetTold(const std::string& text);
+/// Runs one step of a pass; a fault in it is told once and keeps no other step from its work.
+template <class Work>
+void Step(Work&& work) {
+  try {
+    std::forward<Work>(work)();
+  } catch (const RuntimeFault& fault) {
+    TellOnce(fault.what());
+  }
+}
 
 }  // namespace penlog

@@ -1,7 +1,10 @@
 #include "sounding/main_loop.h"
 
 #include "sounding/fake_cone.h"
+#include "sounding/reading_cycle.h"
 #include "sounding/recording_pass.h"
+#include "sounding/row_text.h"
+#include "sounding/sounding_end.h"
 #include "sounding/sounding_files.h"
 #include "sounding/stop_dialog.h"
 
@@ -133,6 +136,69 @@ TEST(Pass, WithNothingToDoSleepsThoughTimeRunsOn) {
   }
 }
 
+TEST(Pass, AReadingCostsNoFurtherTick) {
+  FakeCone fake;
+  sounding.ConsoleMode = 1;
+  MainloopPass();
+  const Micros start = Now();
+  GetConeData();
+  const Micros reading = Now() - start;
+  const Micros before = Now();
+  for (int pass = 0; pass < 10; ++pass) MainloopPass();
+  EXPECT_LE(Now() - before, 10 * reading + 10 * kMillisecond);
+}
+
+TEST(Pass, AStepServedAtTheHeadYieldHasTheTimeOfThatPass) {
+  FakeCone fake;
+  sounding.ConsoleMode = 2;
+  sounding.NextRecordCount = 1;
+  World::RunFor(5 * kSecond);
+  fake.truck().SetLines({true, true, false});
+  fake.truck().SetLines({false, true, false});
+  sounding.ElapsedMs = 17;
+  cone.ConePortLost = 0;
+  MainloopPass();
+  EXPECT_EQ(sounding.LastStepSeconds, (9 * 3600 + 30 * 60 + 5) * 1.0);
+}
+
+TEST(Pass, WithThePortLostAndTheLinkDownScansTwice) {
+  FakeCone fake;
+  fake.ports.Wire(Console::kConePort).SetPresent(false);
+  int probes = 0;
+  fake.ports.Wire(9).OnBytes = [&](std::string_view bytes) {
+    probes += static_cast<int>(std::count(bytes.begin(), bytes.end(), 'Y'));
+  };
+  sounding.ConsoleMode = 9;
+  cone.ConePortLost = -1;
+  cone.ConeLinkUp = 0;
+  MainloopPass();
+  EXPECT_EQ(probes, 2);
+  fake.ports.Wire(9).OnBytes = {};
+}
+
+TEST(Pass, ServesPortRequestsBeforeItsHeadYield) {
+  FakeCone fake;
+  sounding.ConsoleMode = 0;
+  fake.ports.Wire(6);
+  bool open = false;
+  PostCall(Now(), &fake, [&] { open = Main.ASCIIOutComm.PortOpen(); });
+  sounding.ASCIIPortRequest = {-1, 6};
+  MainloopPass();
+  EXPECT_TRUE(open);
+}
+
+TEST(Pass, AFaultOfTheLinkKeepsNoDueRowFromBeingTaken) {
+  FakeCone fake;
+  CreateSoundingFiles();
+  sounding.ConsoleMode = 2;
+  sounding.RecordPending = -1;
+  settings.ASCIIOutSerialPort = 999;  // a number that no port can have
+  cone.ASCIIPortLost = -1;
+  sounding.ASCIIPortRequest = {-1, 999};
+  for (int pass = 0; pass < 3; ++pass) MainloopPass();
+  EXPECT_EQ(sounding.RowCount, 1);
+}
+
 TEST(Pass, InModeEightStartsTheSounding) {
   FakeCone fake;
   sounding.ConsoleMode = 8;
@@ -153,6 +219,53 @@ TEST(Pass, RecordsTheDueRowBeforeTheReading) {
   EXPECT_EQ(sounding.RowCount, 1);
   EXPECT_EQ(sounding.Rows(1, 1), 7.0f) << "the row is the latest reading before it";
   EXPECT_EQ(sounding.Readings(1), 1.0f);
+}
+
+/// From the press of START on: the reference of the speed is the time of the day, taken before the
+/// sounding had an origin, so that the first row has no speed.
+TEST(Speed, OfTheFirstRowIsZeroAndOfTheNextThatOfItsStep) {
+  FakeCone fake;
+  sounding.ConsoleMode = 1;
+  MainloopPass();
+  Main_cmdStart_Click();
+  MainloopPass();
+  ASSERT_EQ(sounding.ConsoleMode, 2);
+  for (int row = 1; row <= 3; ++row) {
+    const Micros due = (row + 1) * kSecond;
+    while (Now() < due) MainloopPass();
+    fake.EncoderDown(2);
+    MainloopPass();
+  }
+  ASSERT_EQ(sounding.RowCount, 3);
+  EXPECT_EQ(sounding.RowSpeed(0), 0.0f);
+  EXPECT_NEAR(sounding.RowSpeed(1), 2.0f, 0.3f);
+  const std::string text = ReadFile("/data/s.cpt");
+  const std::string first = text.substr(CptHeader().size(), 13);
+  EXPECT_EQ(first, "  0.020  0.00");
+}
+
+TEST(TenThousandRows, AreClosedLikeAnySounding) {
+  FakeCone fake;
+  channels.ChannelDelayRows(2) = cone.DelayRows = 3;
+  CreateSoundingFiles();
+  sounding.ConsoleMode = 2;
+  sounding.RowCount = kMostRows - 2;
+  sounding.CurrentDepth = 199.96f;
+  sounding.DepthCounts = 19996;
+  sounding.NextRecordCount = 19998;
+  for (int row = 0; row < 5; ++row) {
+    fake.EncoderDown(2);
+    MainloopPass();
+  }
+  EXPECT_EQ(sounding.RowCount, kMostRows);
+  EXPECT_NEAR(sounding.CurrentDepth, 200.06f, 1e-3) << "the depth goes on";
+  ASSERT_EQ(OpenBoxes().size(), 1u) << "told once";
+  EXPECT_EQ(OpenBoxes()[0].text.find("THE SOUNDING HOLDS 10000 ROWS"), 0u);
+  EXPECT_TRUE(CloseSounding());
+  std::string expected = CptHeader() + AlignedRow(9999) + AlignedRow(10000);
+  for (int row = 9998; row <= 10000; ++row) expected += FlushRow(row, 10000);
+  EXPECT_EQ(ReadFile("/data/s.cpt"), expected);
+  EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");
 }
 
 /// The stop dialog is up, and OK is pressed at a moment that the test chooses.
