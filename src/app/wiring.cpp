@@ -106,8 +106,8 @@ void WireMain() {
   Main.cmdWarningCancel.Click = Main_cmdWarningCancel_Click;
   Main.Command2.Click = Main_Command2_Click;
   Main.Command3.Click = Main_Command3_Click;
-  // A window closed during a sounding leaves it resumable: nothing is written, nothing closed.
-  Main.QueryUnload = EndProgram;
+  // A window closed during a sounding leaves it resumable: nothing is marked as done.
+  Main.QueryUnload = Main_QueryUnload;
 }
 
 void WireSmallScreens() {

@@ -39,9 +39,10 @@ void RequireStillThere(const HeldText& held, const std::string& path) {
 /// Takes off the front of the held text what the failed attempt left in the file.
 void DropLanded(HeldText& held, const std::string& path) {
   const std::int64_t length = LengthOnDisk(path);
+  if (length < held.FileLength) throw RuntimeFault(path + ": shorter than what was written to it");
   if (held.FileLength >= 0) {
     const auto size = static_cast<std::int64_t>(held.Text.size());
-    const std::int64_t landed = std::clamp(length - held.FileLength, std::int64_t{0}, size);
+    const std::int64_t landed = std::min(length - held.FileLength, size);
     held.Text.erase(0, static_cast<std::size_t>(landed));
   }
   held.FileLength = length;

@@ -2,7 +2,8 @@
 // what can't be written stays in memory, in order, and goes out before what comes later.
 //
 // Fault model: a write fails whole (no room), fails in part (the medium goes away), or lands whole
-// and its sync fails. After a failure the file's length tells what landed.
+// and its sync fails. After a failure the file's length tells what landed. A file that is gone or
+// shorter than what was written to it takes nothing: its medium may come back.
 #pragma once
 
 #include <string_view>

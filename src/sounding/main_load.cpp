@@ -7,9 +7,8 @@
 #include "forms/warning_form.h"
 #include "platform/boxes.h"
 #include "platform/clock.h"
-#include "platform/host.h"
 #include "platform/numbers.h"
-#include "platform/yield.h"
+#include "sounding/sounding_end.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -46,8 +45,7 @@ void WarnOfBallTip() {
       "\r\rIF BALL TIP DIAMETER IS INCORRECT OR CONICAL TIP IS ATTACHED, PRESS CANCEL TO RESTART "
       "AND EDIT THE TIP CONFIGURATION IN SETUP";
   if (MsgBox(caution, BoxButtons::OkCancel) == BoxAnswer::Ok) return;
-  TheHost().StartSelf();
-  EndProgram();
+  StartAgain();
 }
 
 }  // namespace

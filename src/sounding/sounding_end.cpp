@@ -10,6 +10,7 @@
 #include "forms/warning_form.h"
 #include "platform/boxes.h"
 #include "platform/host.h"
+#include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "sounding/held_rows.h"
@@ -34,13 +35,23 @@ bool CloseSounding() {
   if (cone.DelayRows > sounding.RowCount) {
     return WriteAllHeld() || TellNotClosed("");
   }
-  if (!WriteClosingRows()) return TellNotClosed("");
+  const bool marks_stand = WriteHeld(kTimFile);
+  if (!WriteClosingRows() || !marks_stand) return TellNotClosed("");
   try {
     MarkSoundingDone();
   } catch (const RuntimeFault& fault) {
     return TellNotClosed(fault.what());
   }
   return true;
+}
+
+void Main_QueryUnload() {
+  if (WriteAllHeld()) EndProgram();
+  PostBox("THE DISK REFUSES" + PrintNumber(sounding.RowsHeldBack) +
+              "ROWS, WHICH STAND IN MEMORY ALONE AND WOULD BE LOST.  END THE PROGRAM ALL THE SAME?",
+          BoxButtons::YesNo, [](BoxAnswer answer) {
+            if (answer == BoxAnswer::Yes) EndProgram();
+          });
 }
 
 void ExitProgram() {
@@ -56,9 +67,13 @@ void ExitProgram() {
   sounding.ExitUnderWay = kTrue;
 }
 
-void frmZOLRestart_cmdYes_Click() {
+void StartAgain() {
   if (!TheHost().StartSelf()) Tell("PENLOG COULD NOT BE STARTED AGAIN.  START IT BY HAND.");
   EndProgram();
+}
+
+void frmZOLRestart_cmdYes_Click() {
+  StartAgain();
 }
 
 void frmZOLRestart_cmdNo_Click() {

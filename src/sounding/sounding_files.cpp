@@ -1,5 +1,7 @@
 #include "sounding/sounding_files.h"
 
+#include <vector>
+
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
@@ -22,47 +24,52 @@ const std::string& PathOf(SoundingFile file) {
   return session.SoundingFiles[static_cast<std::size_t>(file)];
 }
 
-void MakeFile(SoundingFile file, const std::string& text) {
-  ReplaceFile(PathOf(file), text);
-  StartFile(file, text.size());
+/// A file that a start makes, and how to undo it.
+struct NewFile {
+  SoundingFile file;
+  std::string beside;  ///< a free name for what stands there; empty if that may be replaced
+  bool is_ours = false;
+};
+
+void Make(NewFile& made, const std::string& text) {
+  const std::string& path = PathOf(made.file);
+  if (!made.beside.empty() && TheDisk().FileExists(path)) TheDisk().Rename(path, made.beside);
+  made.is_ours = true;
+  ReplaceFile(path, text);
+  StartFile(made.file, text.size());
 }
 
-/// What stands there is not ours: it is renamed to a free name beside, which is returned.
-std::string MoveBeside(const std::string& path) {
-  if (!TheDisk().FileExists(path)) return {};
-  const std::string beside = FreeNameBeside(path);
-  TheDisk().Rename(path, beside);
-  return beside;
+void TakeBack(const NewFile& made) {
+  const std::string& path = PathOf(made.file);
+  const bool has_moved = !made.beside.empty() && made.beside != path;
+  Trapped([&] {
+    if (has_moved && TheDisk().FileExists(made.beside)) {
+      TheDisk().Rename(made.beside, path);
+    } else if (made.is_ours && TheDisk().FileExists(path) && !IsMarkedDone(path)) {
+      TheDisk().Remove(path);
+    }
+  });
 }
 
-void MakeTemporaryFile() {
-  const std::string& path = PathOf(kTemporaryFile);
-  const std::string kept = IsMarkedDone(path) ? std::string() : MoveBeside(path);
-  try {
-    MakeFile(kTemporaryFile, TemporaryHeader(PathOf(kCptFile)));
-  } catch (const RuntimeFault&) {
-    if (!kept.empty()) Trapped([&] { TheDisk().Rename(kept, path); });
-    throw;
+bool HasTimFile() {
+  return settings.LumenProbePresent == 1 || settings.LumenProbePresent == 2;
+}
+
+std::string HeaderOf(SoundingFile file) {
+  if (file == kCptFile) return CptHeader();
+  if (file == kTemporaryFile) return TemporaryHeader(PathOf(kCptFile));
+  return TimHeader(static_cast<float>(SecondsSinceMidnight(TheClock().Wall())));
+}
+
+/// The recovery copy comes last: one that names a missing file could not be resumed.
+void MakeFiles(std::vector<NewFile>& made) {
+  for (const SoundingFile file : {kTimFile, kCptFile, kTemporaryFile}) {
+    if (file == kTimFile && !HasTimFile()) continue;
+    const std::string& path = PathOf(file);
+    const bool may_be_replaced = file == kTemporaryFile && IsMarkedDone(path);
+    made.push_back({file, may_be_replaced ? "" : FreeNameBeside(path)});
+    Make(made.back(), HeaderOf(file));
   }
-}
-
-/// The `.cpt` file comes first: a recovery copy that names a missing file could not be resumed.
-void MakeBothFiles() {
-  MoveBeside(PathOf(kCptFile));
-  MakeFile(kCptFile, CptHeader());
-  try {
-    MakeTemporaryFile();
-  } catch (const RuntimeFault&) {
-    Trapped([] { TheDisk().Remove(PathOf(kCptFile)); });
-    throw;
-  }
-}
-
-void MakeTimFile() {
-  if (settings.LumenProbePresent != 1 && settings.LumenProbePresent != 2) return;
-  const auto seconds = static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
-  MoveBeside(PathOf(kTimFile));  // marks of another sounding, or of rods moved before this one
-  MakeFile(kTimFile, TimHeader(seconds));
 }
 
 void TakeRow(std::int32_t row) {
@@ -75,13 +82,24 @@ void TakeRow(std::int32_t row) {
   sounding.RowQt(row) = QtOfRow(row);
 }
 
-std::string ClosingText() {
+std::string DelayedRows() {
   std::string text;
   const std::int32_t newest = sounding.RowCount;
   for (std::int32_t row = newest - cone.DelayRows + 1; row <= newest; ++row) {
     text += FlushRow(row, newest);
   }
-  if (sounding.CloseWithFinalBaseline == kTrue) text += FinalBaselineLine();
+  return text;
+}
+
+/// What of the closing lines was not made yet: a call that the disk refused is repeated.
+std::string ClosingText() {
+  std::string text;
+  if (sounding.CloseRowsMade != kTrue) text += DelayedRows();
+  sounding.CloseRowsMade = kTrue;
+  if (sounding.CloseWithFinalBaseline == kTrue && sounding.FinalBaselineMade != kTrue) {
+    text += FinalBaselineLine();
+    sounding.FinalBaselineMade = kTrue;
+  }
   return text;
 }
 
@@ -94,8 +112,13 @@ bool IsMarkedDone(const std::string& path) {
 }
 
 void CreateSoundingFiles() {
-  MakeTimFile();
-  MakeBothFiles();
+  std::vector<NewFile> made;
+  try {
+    MakeFiles(made);
+  } catch (const RuntimeFault&) {
+    for (auto file = made.rbegin(); file != made.rend(); ++file) TakeBack(*file);
+    throw;
+  }
   for (const int channel : HeaderChannels()) {
     sounding.Rows(0, channel) = channels.Baselines(channel);
   }
@@ -111,10 +134,7 @@ void RecordRow() {
 }
 
 bool WriteClosingRows() {
-  if (sounding.CloseRowsMade == kTrue) return WriteHeld(kCptFile);
-  const std::string text = ClosingText();
-  sounding.CloseRowsMade = kTrue;
-  return AppendOrHold(kCptFile, text);
+  return AppendOrHold(kCptFile, ClosingText());
 }
 
 void MarkSoundingDone() {

@@ -8,8 +8,9 @@
 namespace penlog {
 
 /// Makes both files with their headers, and the `.tim` file with a probe camera of kind 1 or 2. The
-/// baselines go to row 0. An unfinished sounding in "TemporaryData.txt" is renamed beside itself.
-/// Raises a `RuntimeFault` where a file can't be made; none is then left half.
+/// baselines go to row 0. What stands there under these names, as an unfinished sounding in
+/// "TemporaryData.txt", is renamed beside itself. Raises a `RuntimeFault` where a file can't be
+/// made; all names are then as they were.
 void CreateSoundingFiles();
 
 /// Copies the readings into row `RowCount` and writes it: as it was read to "TemporaryData.txt",

@@ -49,6 +49,7 @@ struct SoundingState {
 
   // Depth.
   float CurrentDepth = 0;  ///< m, grows downward
+  double DepthRest = 0;    ///< m; what rounding to 32 bits has left out of CurrentDepth
   float DepthCounts = 0;   ///< counted steps since the start of the sounding
   std::int32_t NextRecordCount = 0;
   std::int32_t NextPictureCount = 0;
@@ -80,12 +81,13 @@ struct SoundingState {
   RowColumn RowQt;     ///< corrected tip resistance in base units
 
   // Files.
-  std::array<HeldText, 7> Held;      ///< by the index of SoundingFiles
-  std::int32_t RowsHeldBack = 0;     ///< rows that stand in memory alone: the disk refused them
-  std::int32_t HeldRetrySecond = 0;  ///< SecondsCounter at the last attempt to write them
-  std::int16_t CloseRowsMade = 0;    ///< -1 the closing lines are written or held
-  std::int16_t TableFull = 0;        ///< -1 the operator knows that no further row has room
-  std::set<std::string> Told;        ///< messages of this sounding that come once
+  std::array<HeldText, 7> Held;        ///< by the index of SoundingFiles
+  std::int32_t RowsHeldBack = 0;       ///< rows that stand in memory alone: the disk refused them
+  std::int32_t HeldRetrySecond = 0;    ///< SecondsCounter at the last attempt to write them
+  std::int16_t CloseRowsMade = 0;      ///< -1 the delayed rows are written or held
+  std::int16_t FinalBaselineMade = 0;  ///< -1 the final baseline line is written or held
+  std::int16_t TableFull = 0;          ///< -1 the operator knows that no further row has room
+  std::set<std::string> Told;          ///< messages of this sounding that come once
 };
 
 inline SoundingState sounding;

@@ -6,6 +6,7 @@
 #include "forms/warning_form.h"
 #include "platform/files.h"
 #include "sounding/console.h"
+#include "sounding/held_rows.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
 
@@ -90,6 +91,37 @@ TEST(CloseSounding, IsNotDoneWhileTheCptFileAloneRefuses) {
   EXPECT_EQ(ReadFile("/stick/s.cpt"), CptHeader() + FinalBaselineLine());
 }
 
+/// The operator may press the other button when the disk has refused the first time.
+TEST(CloseSounding, AFinalBaselineAskedForAtAnyPressIsWrittenOnce) {
+  struct Case {
+    int first, second;
+    bool baseline;
+  };
+  for (const auto& row : {Case{-1, 0, true}, {0, -1, true}, {-1, -1, true}, {0, 0, false}}) {
+    Ended ended(3, 2);
+    ended.disk.SetRoom(0);
+    sounding.CloseWithFinalBaseline = static_cast<std::int16_t>(row.first);
+    EXPECT_FALSE(CloseSounding());
+    ended.disk.SetRoom(-1);
+    sounding.CloseWithFinalBaseline = static_cast<std::int16_t>(row.second);
+    EXPECT_TRUE(CloseSounding());
+    EXPECT_EQ(ReadFile(kCpt), CptHeader() + AlignedRow(3) + FlushRow(2, 3) + FlushRow(3, 3) +
+                                  (row.baseline ? FinalBaselineLine() : ""));
+  }
+}
+
+TEST(CloseSounding, WaitsForThePictureMarksToo) {
+  Ended ended(3);
+  ended.disk.before = [](std::string_view, const std::string& path) {
+    if (path == "/data/s.tim") throw RuntimeFault("No space left on device");
+  };
+  AppendOrHold(kTimFile, PictureMarkLine(1.0f, 1.0f));
+  EXPECT_FALSE(CloseSounding());
+  ended.disk.before = {};
+  EXPECT_TRUE(CloseSounding());
+  EXPECT_EQ(ReadFile("/data/s.tim"), PictureMarkLine(1.0f, 1.0f));
+}
+
 /// Notes the order in which files reach the disk.
 class OrderedDisk : public MemoryDisk {
  public:
@@ -153,6 +185,18 @@ TEST(Restart, NoEndsTheProgram) {
   Console console;
   EXPECT_THROW(frmZOLRestart_cmdNo_Click(), ProgramEnd);
   EXPECT_TRUE(console.host.started.empty());
+}
+
+TEST(Restart, AConsoleThatCannotBeStartedIsToldBeforeTheEnd) {
+  Console console;
+  console.host.can_start = false;
+  std::string told;
+  PostCall(Now() + kSecond, &console, [&] {
+    told = FrontBox()->text;
+    AnswerBox(FrontBox()->id, BoxAnswer::Ok);
+  });
+  EXPECT_THROW(frmZOLRestart_cmdYes_Click(), ProgramEnd);
+  EXPECT_EQ(told, "PENLOG COULD NOT BE STARTED AGAIN.  START IT BY HAND.");
 }
 
 TEST(Restart, YesStartsTheConsoleAnewAndEnds) {

@@ -223,6 +223,29 @@ TEST(CreateFiles, ASoundingFileOfThatNameIsNotOverwritten) {
   EXPECT_EQ(ReadFile("/data/s (2).cpt"), "measured");
 }
 
+TEST(CreateFiles, ATimFileOfThatNameIsNotOverwritten) {
+  Console console;
+  settings.LumenProbePresent = 1;
+  console.disk.Put("/data/s.tim", "marks of another sounding");
+  CreateSoundingFiles();
+  EXPECT_EQ(ReadFile("/data/s (2).tim"), "marks of another sounding");
+  EXPECT_EQ(ReadFile("/data/s.tim"), TimHeader(34200.0f));
+}
+
+TEST(CreateFiles, AStartThatFailsGivesEachFileItsNameBack) {
+  Console console;
+  settings.LumenProbePresent = 1;
+  console.disk.Put(kTemporary, "/data/s.cpt\r\n");
+  console.disk.Put(kCpt, "suspended");
+  console.disk.Put("/data/s.tim", "marks");
+  const auto before = console.disk.Files();
+  console.disk.before = [](std::string_view operation, const std::string& path) {
+    if (operation == "create" && path.starts_with(kTemporary)) throw RuntimeFault("no");
+  };
+  EXPECT_THROW(CreateSoundingFiles(), RuntimeFault);
+  EXPECT_EQ(console.disk.Files(), before);
+}
+
 TEST(CreateFiles, WriteTheTimFileWithTheFirstTwoProbes) {
   for (const int probe : {0, 1, 2, 3}) {
     Console console;
