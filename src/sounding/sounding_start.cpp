@@ -32,6 +32,7 @@ void ShowRunning(bool running) {
 
 void ZeroDepth() {
   sounding.CurrentDepth = session.StartDepth;
+  sounding.DepthRest = 0;
   sounding.Rows(0, 0) = session.StartDepth;
   sounding.DepthCounts = 0;
   sounding.NextRecordCount = settings.DepthStepCounts;

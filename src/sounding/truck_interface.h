@@ -23,8 +23,8 @@ bool TruckSharesConePort();
 SerialPort& TruckPort();
 
 void Main_EncoderComm_OnComm(int comm_event);
-/// Does nothing unless the port is shared. There a pulse of the proximity counter within two ticks
-/// of the last due row is the cone's own traffic, and dropped.
+/// Does nothing unless the port is shared and the cone's own is open. There a pulse of the
+/// proximity counter within two ticks of the last due row is the cone's own traffic, and dropped.
 void Main_ConeComm_OnComm(int comm_event);
 
 /// Takes the lines as they are into the state and the lamps, counts nothing, and lowers DTR. What

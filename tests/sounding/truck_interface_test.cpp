@@ -142,6 +142,27 @@ TEST(Rebound, ThreeUpFiveDownCountsTwo) {
   }
 }
 
+TEST(Depth, OfAHundredMetresHasNoErrorOfRounding) {
+  struct Case {
+    float resolution, start;
+    int counts;
+    float depth;
+  };
+  const Case cases[] = {
+      {0.005f, 0.0f, 20000, 100.0f},   {0.001f, 0.0f, 100000, 100.0f}, {0.01f, 0.0f, 10000, 100.0f},
+      {0.005f, -100.0f, 6000, -70.0f}, {0.025f, 1.5f, 4000, 101.5f},
+  };
+  for (const auto& row : cases) {
+    Truck truck(1);
+    settings.DepthResolution = row.resolution;
+    sounding.CurrentDepth = row.start;
+    truck.OpenPorts();
+    for (int i = 0; i < row.counts; ++i) Main_EncoderComm_OnComm(kCommCd);
+    EXPECT_EQ(sounding.DepthCounts, static_cast<float>(row.counts));
+    EXPECT_NEAR(sounding.CurrentDepth, row.depth, 1e-4) << row.resolution << " " << row.start;
+  }
+}
+
 TEST(Rebound, IsShownNegated) {
   Truck truck;
   truck.OpenPorts();
@@ -330,6 +351,21 @@ TEST(SharedPort, TheTickRuleIsNotOnThePortOfTheTruck) {
   EXPECT_EQ(sounding.DepthCounts, 1.0f);
 }
 
+TEST(SharedPort, LinesOfAnotherPortThatAScanHoldsOpenCountNothing) {
+  Truck truck;
+  settings.TruckInterfaceSerialPort = Console::kConePort;
+  WireEnd& foreign = truck.ports.Wire(9);
+  foreign.SetLines({true, true, true});
+  Main.ConeComm.SetCommPort(9);
+  Main.ConeComm.Open();
+  for (const ModemLines lines : {ModemLines{true, true, false}, {false, true, false}}) {
+    foreign.SetLines(lines);
+    Yield();
+  }
+  EXPECT_EQ(sounding.DepthCounts, 0.0f);
+  EXPECT_EQ(sounding.Rebound, 0.0f);
+}
+
 TEST(ErrorEvents, AreIgnored) {
   Truck truck;
   truck.OpenPorts();
@@ -373,6 +409,21 @@ TEST(PictureMarks, AreNotTakenWithoutALumenProbe) {
   truck.OpenPorts();
   truck.EncoderDown(2);
   EXPECT_FALSE(truck.disk.FileExists("/data/s.tim"));
+}
+
+TEST(PictureMarks, ComeEveryFewCountsAndWithEachKindOfProbe) {
+  for (const int probe : {1, 2, 3, 5}) {
+    Truck truck;
+    settings.LumenProbePresent = static_cast<std::int16_t>(probe);
+    settings.PictureStepCounts = 3;
+    sounding.NextPictureCount = 3;
+    sounding.ConsoleMode = 1;
+    truck.OpenPorts();
+    truck.EncoderDown(7);
+    EXPECT_EQ(sounding.PictureCount, 2) << probe;
+    EXPECT_EQ(ReadFile("/data/s.tim"), "-000.720 34200\r\n-000.690 34200\r\n") << probe;
+    EXPECT_EQ(sounding.NextPictureCount, 9);
+  }
 }
 
 TEST(PictureMarks, CountGoesOnWhenTheDiskIsFull) {
