@@ -22,14 +22,20 @@ bool IsDamaged(const std::string& reply) {
   return reply.find_first_of("\r\n") != reply.npos;
 }
 
-/// The cone's own reply; false when it was damaged ten times.
+bool HasNoSelection(const std::string& reply) {
+  return !reply.empty() && reply.front() == '?';
+}
+
+/// The cone's own reply; false when it was damaged ten times, or when the cone stays without a
+/// selection: that is no reading, and must not be taken for one of zeros.
 bool AskCone(std::string& reply) {
   for (int tries = 1;; ++tries) {
     reply = Main_CommStringCheck("D");
-    if (!reply.empty() && reply.front() == '?') {  // it has lost its channel selection
+    if (HasNoSelection(reply)) {
       Main_CommPause();
       Main_CommStringCheck(cone.ChannelSelectCommand);
       reply = Main_CommStringCheck("D");
+      if (HasNoSelection(reply)) return false;
     }
     if (!IsDamaged(reply)) return true;
     if (tries == kMostTries) return false;

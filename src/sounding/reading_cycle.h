@@ -7,7 +7,7 @@
 namespace penlog {
 
 /// Blocks until the reply has been got or given up; yields meanwhile. A reply that is damaged ten
-/// times over leaves `Readings` as they were.
+/// times over, or a cone that stays without a selection, leaves `Readings` as they were.
 void GetConeData();
 
 /// Takes the fields in `ReplyTokens` into `Readings` and onto the screen.

@@ -85,7 +85,8 @@ float InclinationOf(float reading6, float reading7) {
   const float sensitivity = channels.ChannelSensitivity(7);
   const float y = Loaded(7, reading7) / sensitivity;
   const float x = Loaded(6, reading6) / sensitivity;
-  return channels.ChannelFullScale(19) * std::sqrt(y * y + x * x);
+  const float inclination = channels.ChannelFullScale(19) * std::sqrt(y * y + x * x);
+  return std::isfinite(inclination) ? inclination : 0.0f;
 }
 
 std::optional<float> FrictionRatioOf(float tip, float sleeve, float tip_factor) {

@@ -31,6 +31,7 @@ float BallFactor();
 float SubtractedLoad(int channel);
 
 /// Total inclination in degrees from the axes 6 and 7; both terms use the sensitivity of channel 7.
+/// 0 for a cone without these channels.
 float InclinationOf(float reading6, float reading7);
 
 /// Friction ratio in percent; none for a tip that is not above its baseline, nor where it is no

@@ -35,6 +35,7 @@ struct FakeCone : Console {
   std::deque<std::string> readings;
   std::vector<std::string> commands;
   bool silent = false;
+  std::string mute;  ///< this command alone gets no answer
 
   long Count(const std::string& command) const {
     return std::count(commands.begin(), commands.end(), command);
@@ -50,7 +51,7 @@ struct FakeCone : Console {
     for (auto end = typed_.find('\r'); end != typed_.npos; end = typed_.find('\r')) {
       commands.push_back(typed_.substr(0, end));
       typed_.erase(0, end + 1);
-      if (silent) continue;
+      if (silent || commands.back() == mute) continue;
       PostCall(Now() + 20 * kMillisecond, this, [this, answer = AnswerTo(commands.back())] {
         ports.Wire(kConePort).Send(answer + "\r\n");
       });

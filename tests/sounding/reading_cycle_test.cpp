@@ -223,6 +223,36 @@ TEST(GetConeData, AQuestionMarkDoesNotCountAgainstTheTenTries) {
   EXPECT_EQ(sounding.Readings(1), 1.5f);
 }
 
+TEST(GetConeData, AConeThatStaysWithoutASelectionGivesNoReading) {
+  FakeCone fake;
+  sounding.Readings(1) = 9.0f;
+  fake.readings.assign(2, "?");
+  GetConeData();
+  EXPECT_EQ(fake.commands, (std::vector<std::string>{"D", "Z TFP", "D"}));
+  EXPECT_EQ(sounding.Readings(1), 9.0f) << "a question mark is no zero";
+}
+
+TEST(GetConeData, ADamagedReplyAfterTheReselectionCountsAsATry) {
+  FakeCone fake;
+  fake.readings = {"?", "1\r2 3", "1.5 2.5 3.5"};
+  GetConeData();
+  EXPECT_EQ(fake.commands, (std::vector<std::string>{"D", "Z TFP", "D", "D"}));
+  EXPECT_EQ(sounding.Readings(1), 1.5f);
+}
+
+TEST(GetConeData, ASilentModuleIsFilledWithTheFieldOfChannelSeven) {
+  FakeCone fake;
+  for (const int channel : {7, 10}) Console::AddChannel(channel);
+  channels.ReplyField(7) = 3;
+  channels.ReplyField(10) = 4;
+  cone.ModulePresent[3] = -1;
+  sounding.ReplyTokens[3] = "8.5 ";
+  fake.readings = {"1 2 3"};
+  fake.mute = "D3";
+  GetConeData();
+  EXPECT_EQ(sounding.ReplyTokens[4], "8.5 ") << "that of the reading before";
+}
+
 TEST(GetConeData, ADamagedReplyIsAskedForAgain) {
   FakeCone fake;
   fake.readings = {"1.5 2\r.5 3.5", "1.5 2.5 3.5"};

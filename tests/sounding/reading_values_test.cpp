@@ -109,6 +109,13 @@ TEST(Inclination, UsesTheSensitivityOfChannelSevenForBothAxes) {
   EXPECT_FLOAT_EQ(InclinationOf(-5.0f, -1.0f), 45.0f);
 }
 
+TEST(Inclination, OfAConeWithoutItsChannelsIsZero) {
+  Console console;
+  EXPECT_EQ(channels.ChannelSensitivity(7), 0.0f);
+  EXPECT_EQ(InclinationOf(0.0f, 0.0f), 0.0f);
+  EXPECT_EQ(InclinationOf(1.0f, 0.0f), 0.0f);
+}
+
 TEST(FrictionRatio, IsSleeveOverTipInPercent) {
   Console console;
   channels.ChannelSensitivity(1) = 2.0f;
