@@ -95,6 +95,39 @@ TEST(Entry, SetsTheDefaults) {
   EXPECT_EQ(Main.lblCommStatus.Caption, "Cone # DSE1234 Found");
 }
 
+TEST(Entry, InCalibrationModeHidesTheConsoleAndOpensTheCalibratorsPort) {
+  Entry entry;
+  Show(Main);
+  session.CalibrationMode = -1;
+  settings.CalibratorSerialPort = 6;
+  EnterMainloop();
+  EXPECT_FALSE(Main.Visible);
+  EXPECT_TRUE(Main.CalibratorComm.PortOpen());
+  EXPECT_EQ(Main.CalibratorComm.Settings(), "19200,N,8,1");
+}
+
+TEST(Entry, ScalesTheQuitLimitsWithTheBaselinesOfThatMoment) {
+  Entry entry;
+  channels.ChannelSensitivity(1) = 10.0f;
+  channels.Baselines(1) = 2.0f;
+  channels.QuitLimitDeep(1) = 0.5f;
+  EnterMainloop();
+  EXPECT_FLOAT_EQ(channels.QuitLimitDeep(1), 7.0f);
+}
+
+TEST(Entry, ClearsTheRangesOfTheCharts) {
+  Entry entry;
+  for (auto* range :
+       {&display.GraphMin, &display.GraphMax, &display.GraphShownMin, &display.GraphShownMax}) {
+    range->fill(5.0f);
+  }
+  EnterMainloop();
+  for (const auto* range :
+       {&display.GraphMin, &display.GraphMax, &display.GraphShownMin, &display.GraphShownMax}) {
+    for (std::size_t g = 1; g <= 4; ++g) EXPECT_EQ((*range)[g], 0.0f);
+  }
+}
+
 TEST(Entry, APortThatDoesNotOpenCountsAsLost) {
   Entry entry;
   entry.ports.SetRefused(Console::kTruckPort, true);
@@ -120,6 +153,33 @@ TEST(Load, ShowsTheLampsOfTheCounter) {
   }
 }
 
+TEST(Load, PutsTheDepthLampInThePlaceOfThePressureLampWithTheEncoder) {
+  Console console;
+  Main.Label10.Where = {true, 0.1, 0.2, 0.3, 0.4};
+  Main.shpPressure.Where = {true, 0.5, 0.6, 0.7, 0.8};
+  Main_Load();
+  EXPECT_EQ(Main.Label11.Where.left, 0.1);
+  EXPECT_EQ(Main.shpDepth.Where.left, 0.5);
+  EXPECT_TRUE(Main.shpDown.Visible && Main.lblUp.Visible);
+}
+
+TEST(Load, KeepsThePortsToCompareWith) {
+  Console console;
+  settings.ASCIIOutSerialPort = 7;
+  settings.VideoOverlaySerialPort = 8;
+  Main_Load();
+  EXPECT_EQ(sounding.PortsAtLoad, (std::array<std::int16_t, 4>{3, 4, 7, 8}));
+}
+
+TEST(Load, KnowsOfTheSeismicHardware) {
+  for (const int geophone : {8, 9}) {
+    Console console;
+    channels.ChannelPresent(geophone) = -1;
+    Main_Load();
+    EXPECT_FALSE(Main.lblNoSeismicHardwareFound.Visible) << geophone;
+  }
+}
+
 TEST(Load, WarnsOfTheBallTipAndCancelStartsAnew) {
   for (const bool ok : {true, false}) {
     Console console;
@@ -140,9 +200,12 @@ TEST(Load, WarnsOfTheBallTipAndCancelStartsAnew) {
     }
     EXPECT_EQ(Main.lblBallTip.Caption, "TIP CONFIG: BALL, 2827mm DIA, 2827mm^2 AREA");
     EXPECT_TRUE(Main.lblBallTip.Visible);
-    EXPECT_EQ(text.find("CAUTION: SYSTEM IS CONFIGURED TO INTERPERT TIP READINGS USING BALL TIP "
-                        "WITH A DIAMETER OF 60 mm.  Fs / Fr / U2 READINGS MAY BE AFFECTED."),
-              0u);
+    EXPECT_EQ(text,
+              "CAUTION: SYSTEM IS CONFIGURED TO INTERPERT TIP READINGS USING BALL TIP WITH A "
+              "DIAMETER OF 60 mm.  Fs / Fr / U2 READINGS MAY BE AFFECTED.  SPT AND SBT "
+              "CORRELATIONS NOT ESTABLISHED.\r\rENSURE THAT THE PROPER BALL TIP IS ATTACHED AND "
+              "PRESS OK.\r\rIF BALL TIP DIAMETER IS INCORRECT OR CONICAL TIP IS ATTACHED, PRESS "
+              "CANCEL TO RESTART AND EDIT THE TIP CONFIGURATION IN SETUP");
   }
 }
 
@@ -278,6 +341,28 @@ TEST(Resume, TheFrictionRatioOfRowsTakesTheBallIntoAccount) {
   settings.BallTipArea = 4000;
   RebuildFrictionRatio();
   EXPECT_FLOAT_EQ(sounding.Rows(1, 20), 4.0f);
+}
+
+TEST(Resume, RebuildsSoilTypeAndNWhereAGraphShowsThem) {
+  for (const bool shown : {true, false}) {
+    Suspended suspended;
+    soil.FrictionRatioMax = 100;
+    soil.SptDivisor.fill(2.0f);
+    for (auto& column : soil.SbtTable) column[1] = {5.0f, 0.0001f};
+    if (shown) display.GraphChannel[3] = 22;
+    sounding.Rows(1, 1) = 2001.0f;
+    RebuildResumedSounding();
+    EXPECT_EQ(sounding.Rows(1, 21), shown ? 5.0f : 0.0f);
+    EXPECT_EQ(sounding.Rows(1, 22), shown ? 10.0f : 0.0f);  // 20 bar over 2
+  }
+}
+
+TEST(Resume, IsPartOfTheEntry) {
+  Suspended suspended;
+  EnterMainloop();
+  EXPECT_EQ(Main.cmdStart.Caption, "STOP");
+  EXPECT_EQ(sounding.ConsoleMode, 2);
+  EXPECT_EQ(suspended.Count("D"), 10);
 }
 
 TEST(Resume, AtTheLastDepthGoesOnRecordingAtOnce) {

@@ -1,5 +1,7 @@
 #include "sounding/quits.h"
 
+#include <random>
+
 #include "sounding/console.h"
 
 namespace penlog {
@@ -231,6 +233,51 @@ TEST(Quits, AfterReleaseTheNextCheckLatchesAgainIfTheCauseIsStillThere) {
   CheckQuits();
   EXPECT_EQ(sounding.QuitState, 1);
   EXPECT_TRUE(Quits::Rts());
+}
+
+TEST(Quits, OneThatLatchesWhileTheButtonIsHeldInVainStaysLatchedOnRelease) {
+  Quits quits;
+  Main_cmdResetQuits_Press();  // nothing is latched yet
+  EXPECT_EQ(sounding.QuitState, 0);
+  sounding.Readings(1) = 6.0f;
+  CheckQuits();
+  Main_cmdResetQuits_Release();
+  EXPECT_EQ(sounding.QuitState, 1);
+  EXPECT_TRUE(Quits::Rts());
+  sounding.Readings(1) = 0.0f;
+  CheckQuits();
+  EXPECT_TRUE(Quits::Rts()) << "until the operator acts";
+  Main_cmdResetQuits_Press();
+  Main_cmdResetQuits_Release();
+  EXPECT_FALSE(Quits::Rts());
+  EXPECT_EQ(sounding.QuitState, 0);
+}
+
+/// In whatever order things happen, the rig is stopped exactly while a quit is latched: it never
+/// stands still with nothing latched, and never moves under a latched quit.
+TEST(Quits, RtsIsTrueExactlyWhileAQuitIsLatched) {
+  Quits quits;
+  std::mt19937 random(7);
+  int latched = 0;
+  for (int step = 0; step < 5000; ++step) {
+    switch (random() % 5) {
+      case 0:
+        sounding.Readings(1) = random() % 2 == 0 ? 6.0f : 0.0f;
+        break;
+      case 1:
+        Main_cmdResetQuits_Press();
+        break;
+      case 2:
+        Main_cmdResetQuits_Release();
+        break;
+      default:
+        CheckQuits();
+    }
+    ASSERT_EQ(Quits::Rts(), sounding.QuitState == 1) << step;
+    ASSERT_TRUE(sounding.QuitState != 1 || Main.frmQuitWarning.Visible) << "and it is shown";
+    latched += sounding.QuitState == 1 ? 1 : 0;
+  }
+  EXPECT_GT(latched, 500);
 }
 
 }  // namespace

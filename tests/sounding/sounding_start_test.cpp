@@ -2,6 +2,7 @@
 
 #include "platform/files.h"
 #include "sounding/console.h"
+#include "sounding/reading_cycle.h"
 #include "sounding/row_text.h"
 
 namespace penlog {
@@ -32,6 +33,21 @@ TEST(Baseline, EnablesTheStart) {
   EXPECT_FALSE(Main.cmdStart.Enabled) << "no start without a baseline";
   Main_cmdTakeBaseline_Click();
   EXPECT_TRUE(Main.cmdStart.Enabled);
+}
+
+TEST(Baseline, BringsTheShownValuesToZeroWithTheNextReading) {
+  Console console;
+  session.ReadingsAveraged = 1;
+  channels.ChannelKeepZero(1) = 1;
+  channels.ChannelKeepZero(2) = 0;
+  sounding.ReplyTokens = {"", "5 ", "6 "};
+  TakeReadings();
+  EXPECT_EQ(Main.lblChanValue(1).Caption, "5.00");
+  Main_cmdTakeBaseline_Click();
+  EXPECT_EQ(Main.lblChanValue(1).Caption, "5.00") << "nothing else is touched";
+  TakeReadings();
+  EXPECT_EQ(Main.lblChanValue(1).Caption, "0.00");
+  EXPECT_EQ(Main.lblChanValue(2).Caption, "6.00") << "keeps the zero of the cone's record";
 }
 
 TEST(Start, ZeroesDepthAndTurnsToRecording) {

@@ -2,7 +2,9 @@
 
 #include "forms/restart_form.h"
 #include "sounding/fake_cone.h"
+#include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
+#include "sounding/sounding_start.h"
 
 namespace penlog {
 namespace {
@@ -179,6 +181,53 @@ TEST(FinalBaseline, OnAFullDiskTheProgramIsNotLeft) {
   console.disk.SetRoom(-1);
   Main_Command2_Click();
   EXPECT_TRUE(frmZOLRestart.Visible);
+}
+
+/// The buttons, the mode and the files at each step of a sounding.
+TEST(Course, OfASoundingFromTheBaselineToTheQuestionOfTheRestart) {
+  Console console;
+  console.OpenPorts();
+  sounding.ConsoleMode = 1;
+  EXPECT_TRUE(Main.cmdTakeBaseline.Visible);
+  EXPECT_FALSE(Main.cmdStart.Enabled);
+  EXPECT_TRUE(Main.cmdExit.Enabled);
+  for (int press = 0; press < 3; ++press) Main_cmdTakeBaseline_Click();
+  EXPECT_TRUE(Main.cmdStart.Enabled);
+  EXPECT_EQ(Main.cmdStart.Caption, "START");
+  Main_cmdStart_Click();
+  EXPECT_FALSE(console.disk.FileExists("/data/s.cpt")) << "the next pass starts";
+  StartRecording();
+  EXPECT_FALSE(Main.cmdTakeBaseline.Visible || Main.cmdTakeBaseline.Enabled);
+  EXPECT_EQ(Main.cmdStart.Caption, "STOP");
+  EXPECT_FALSE(Main.cmdExit.Enabled);
+  EXPECT_EQ(sounding.ConsoleMode, 2);
+  Main_cmdStart_Click();
+  const std::string temporary = ReadFile("/data/TemporaryData.txt");
+  Main_cmdWarningOK1_Click();
+  EXPECT_FALSE(Main.cmdTakeBaseline.Visible);
+  EXPECT_EQ(Main.cmdStart.Caption, "STOP");
+  EXPECT_FALSE(Main.cmdExit.Enabled);
+  EXPECT_EQ(sounding.ConsoleMode, 1);
+  EXPECT_EQ(Main.frmTakeFinalBaseline.Caption, "TAKE FINAL BASELINE?");
+  EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), temporary) << "as before";
+  Main_Command3_Click();
+  EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");
+  EXPECT_TRUE(frmZOLRestart.Visible);
+}
+
+TEST(FinalBaseline, IsThatOfTheRodsDrawnUpAfterTheStop) {
+  FakeCone fake;
+  CreateSoundingFiles();
+  sounding.ConsoleMode = 2;
+  fake.readings = {"7 8 9"};
+  MainloopPass();
+  Main_cmdWarningOK1_Click();
+  fake.readings = {"0.25 0.5 0.75"};
+  MainloopPass();
+  Main_Command2_Click();
+  EXPECT_EQ(ReadFile("/data/s.cpt"), CptHeader() + std::string(13, ' ') +
+                                         "             0.25000             0.50000" +
+                                         "             0.75000\r\n");
 }
 
 TEST(Exit, EndsTheProgramAtOnce) {
