@@ -10,6 +10,7 @@
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "sounding/held_rows.h"
+#include "sounding/sounding_state.h"
 
 namespace penlog {
 
@@ -43,7 +44,7 @@ void RunConsole(const std::function<void()>& at_end) {
     ShowFirstScreen();
     for (;;) WaitYield("the operator");
   } catch (const ProgramEnd&) {
-    WriteAllHeld();  // a last attempt: rows that the disk refused stand in memory alone
+    if (sounding.RowsHeldBack > 0) WriteAllHeld();  // a last attempt: they stand in memory alone
     if (at_end) at_end();
     // Unloading stops the timers, lowers the output lines and closes the ports.
     ResetForms();
