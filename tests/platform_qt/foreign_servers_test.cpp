@@ -101,6 +101,30 @@ TEST_F(Pyserial, EndLowersTheOutputsBeforeTheConnectionGoes) {
   EXPECT_TRUE(server.Told("dtr False")) << server.All();
 }
 
+struct DeafSink : PortSink {
+  void Received(std::string) override {}
+  void LinesChanged(ModemLines) override {}
+  void LinesKnown(ModemLines) override {}
+  void EdgesLost(std::int64_t) override {}
+  void EdgesPolled() override {}
+  void Vanished() override {}
+};
+
+TEST_F(Pyserial, EndOfTheProgramWaitsUntilTheOutputsHaveFallen) {
+  DeafSink sink;
+  {
+    Rfc2217Ports ports(world.clock);
+    const auto port = ports.Open(world.ports.servers[5], {}, sink);
+    ASSERT_TRUE(world.Until([&] { return port->Ready(); }, 5 * kSecond));
+    port->SetRts(true);
+    ASSERT_TRUE(world.Until([&] { return server.Told("rts True"); }));
+    server.lines.clear();
+  }
+  // Nothing of ours runs any more: what the server hears now was sent before the end.
+  ASSERT_TRUE(server.process.waitForReadyRead(2000));
+  EXPECT_TRUE(world.Until([&] { return server.Told("rts False"); })) << server.All();
+}
+
 TEST_F(Pyserial, EveryByteValuePassesBothWays) {
   ASSERT_EQ(FaultOfOpening(near.port), "");
   const std::string bytes = AllByteValues();

@@ -65,6 +65,22 @@ TEST_F(Rfc2217, OutputsAreFalseAtOpeningAndDroppedAtTheEnd) {
                                       "break", "break off", "outputs RTS", "outputs", "closed"}));
 }
 
+// The server runs on the same event loop: it can take nothing in while a close waits for it.
+TEST_F(Rfc2217, ClosingNeverWaitsAndThePortOpensAgainAtOnce) {
+  near.port.Open();
+  near.port.SetRTSEnable(true);
+  EXPECT_TRUE(world.Until([&] { return far.log.back() == "outputs RTS"; }));
+  far.log.clear();
+  QElapsedTimer since;
+  since.start();
+  near.port.Close();
+  EXPECT_LT(since.elapsed(), 100) << "a scan in the middle of a sounding would hold it up";
+  EXPECT_TRUE(ThePorts().Exists(5));
+  near.port.Open();
+  EXPECT_TRUE(world.Until([&] { return far.log.size() >= 4; }));
+  EXPECT_EQ(far.log, (std::vector<std::string>{"outputs", "closed", "opened", "outputs"}));
+}
+
 TEST_F(Rfc2217, EveryByteValuePassesBothWays) {
   near.port.Open();
   const std::string bytes = AllByteValues() + "\xFF\xFF\r\n" + AllByteValues();

@@ -1,6 +1,5 @@
 #include "platform/qt/rfc2217_client.h"
 
-#include <QElapsedTimer>
 #include <QNetworkProxy>
 #include <utility>
 
@@ -15,7 +14,6 @@ constexpr std::size_t kChunk = 2048;
 constexpr std::size_t kReadPerCollect = 16 * 1024;
 constexpr qint64 kReadBuffer = 16 * 1024;
 constexpr qint64 kUnsentLimit = 256 * 1024;
-constexpr int kGoodbyeMs = 200;
 constexpr unsigned kAllSettings = 0b1111;
 // A server that serves one client closes on a second one, also on one that comes while the first
 // is still going: worth another try.
@@ -51,11 +49,12 @@ Rfc2217Client::Rfc2217Client(RealClock& clock, NetworkAddress address, const Por
       state_(std::move(state)),
       first_try_(clock.Now()) {
   state_->in_use = state_->held = true;
-  socket_.setProxy(QNetworkProxy::NoProxy);
-  socket_.setReadBufferSize(kReadBuffer);
-  QObject::connect(&socket_, &QTcpSocket::connected, &socket_, [this] { OnConnected(); });
-  QObject::connect(&socket_, &QTcpSocket::disconnected, &socket_, [this] { disconnected_ = true; });
-  QObject::connect(&socket_, &QTcpSocket::errorOccurred, &socket_,
+  socket_->setProxy(QNetworkProxy::NoProxy);
+  socket_->setReadBufferSize(kReadBuffer);
+  QObject::connect(socket_.get(), &QTcpSocket::connected, socket_.get(), [this] { OnConnected(); });
+  QObject::connect(socket_.get(), &QTcpSocket::disconnected, socket_.get(),
+                   [this] { disconnected_ = true; });
+  QObject::connect(socket_.get(), &QTcpSocket::errorOccurred, socket_.get(),
                    [this](QAbstractSocket::SocketError error) {
                      if (error != QAbstractSocket::SocketTimeoutError) disconnected_ = true;
                    });
@@ -65,9 +64,12 @@ Rfc2217Client::Rfc2217Client(RealClock& clock, NetworkAddress address, const Por
 
 Rfc2217Client::~Rfc2217Client() {
   clock_.RemoveReader(reader_);
-  QObject::disconnect(&socket_, nullptr, &socket_, nullptr);
-  if (Open()) SayGoodbye();
-  socket_.abort();
+  QObject::disconnect(socket_.get(), nullptr, socket_.get(), nullptr);
+  if (Open()) {
+    SayGoodbye();
+  } else {
+    socket_->abort();
+  }
   if (state_->standing) {
     state_->reached = true;
     state_->reached_at = clock_.Now();
@@ -78,17 +80,24 @@ Rfc2217Client::~Rfc2217Client() {
 void Rfc2217Client::Connect() {
   stage_ = Stage::Connecting;
   disconnected_ = false;
+  // A server of one client must have let the last one go.
+  if (state_->farewell && !state_->farewell->Over(clock_.Now())) {
+    retry_at_ = clock_.Now();
+    return;
+  }
+  state_->farewell.reset();
   retry_at_ = 0;
   acknowledged_ = 0;
   notices_ = {};
   parser_.Reset();
-  socket_.connectToHost(QString::fromStdString(address_.host), static_cast<quint16>(address_.port));
+  socket_->connectToHost(QString::fromStdString(address_.host),
+                         static_cast<quint16>(address_.port));
 }
 
 void Rfc2217Client::OnConnected() {
   stage_ = Stage::Negotiating;
   state_->standing = true;
-  NoDelayAndKeepAlive(socket_);
+  NoDelayAndKeepAlive(*socket_);
   options_ = TelnetOptions(TelnetOptions::Role::Client);
   Send(options_.Opening());
 }
@@ -98,13 +107,13 @@ void Rfc2217Client::Read() {
   if (retry_at_ != 0 && clock_.Now() >= retry_at_) Connect();
   std::size_t taken = 0;
   char chunk[kChunk];
-  while (socket_.isOpen() && taken < kReadPerCollect && TheQueue().Backlog() <= kBacklogLimit) {
-    const qint64 got = socket_.read(chunk, kChunk);
+  while (socket_->isOpen() && taken < kReadPerCollect && TheQueue().Backlog() <= kBacklogLimit) {
+    const qint64 got = socket_->read(chunk, kChunk);
     if (got <= 0) break;
     taken += static_cast<std::size_t>(got);
     Parse(std::string_view(chunk, static_cast<std::size_t>(got)));
   }
-  if (disconnected_ && retry_at_ == 0 && socket_.bytesAvailable() == 0) OnDisconnected();
+  if (disconnected_ && retry_at_ == 0 && socket_->bytesAvailable() == 0) OnDisconnected();
 }
 
 void Rfc2217Client::Parse(std::string_view bytes) {
@@ -121,11 +130,11 @@ void Rfc2217Client::OnDisconnected() {
   } else if (was_connected && clock_.Now() - first_try_ < kRetryFor) {
     retry_at_ = clock_.Now() + kRetryAfter;
     state_->standing = false;
-    socket_.abort();
+    socket_->abort();
   } else if (was_connected) {
     Fail("the server closed the connection");
   } else if (stage_ == Stage::Connecting) {
-    Fail(socket_.errorString().toStdString());
+    Fail(socket_->errorString().toStdString());
   }
 }
 
@@ -133,13 +142,13 @@ void Rfc2217Client::Fail(const std::string& reason) {
   failure_ = "rfc2217://" + address_.host + ":" + std::to_string(address_.port) + ": " + reason;
   stage_ = Stage::Failed;
   state_->held = state_->standing = false;
-  socket_.abort();
+  socket_->abort();
 }
 
 void Rfc2217Client::Lose() {
   stage_ = Stage::Gone;
   state_->held = state_->standing = state_->reached = false;
-  socket_.abort();
+  socket_->abort();
   sink_.Vanished();
 }
 
@@ -219,11 +228,11 @@ void Rfc2217Client::TakeModemState(std::uint8_t modem_state) {
 }
 
 void Rfc2217Client::Send(std::string_view wire) {
-  if (wire.empty() || socket_.state() != QAbstractSocket::ConnectedState) return;
-  socket_.write(wire.data(), static_cast<qint64>(wire.size()));
-  socket_.flush();
+  if (wire.empty() || socket_->state() != QAbstractSocket::ConnectedState) return;
+  socket_->write(wire.data(), static_cast<qint64>(wire.size()));
+  socket_->flush();
   // A server that takes nothing for so long has hung; bytes are never dropped silently.
-  if (socket_.bytesToWrite() > kUnsentLimit) disconnected_ = true;
+  if (socket_->bytesToWrite() > kUnsentLimit) disconnected_ = true;
 }
 
 void Rfc2217Client::Write(std::string_view bytes) {
@@ -256,9 +265,9 @@ void Rfc2217Client::SetRts(bool on) {
 
 // Notifications among the bytes that wait stay: only the data between them are dropped.
 void Rfc2217Client::DiscardInput() {
-  if (!Open() || socket_.state() != QAbstractSocket::ConnectedState) return;
-  socket_.waitForReadyRead(0);  // takes in what the system holds, without waiting
-  discard_ = static_cast<std::size_t>(socket_.bytesAvailable());
+  if (!Open() || socket_->state() != QAbstractSocket::ConnectedState) return;
+  socket_->waitForReadyRead(0);  // takes in what the system holds, without waiting
+  discard_ = static_cast<std::size_t>(socket_->bytesAvailable());
   Send(ComPortMessage(kComPurge, std::uint8_t{1}));
 }
 
@@ -267,19 +276,11 @@ void Rfc2217Client::DiscardOutput() {
   if (Open()) Send(ComPortMessage(kComPurge, std::uint8_t{2}));
 }
 
-// The end of our sending, and then the server's own end, tell that it has taken all in: an end at
-// once would lose what is on its way.
 void Rfc2217Client::SayGoodbye() {
   if (break_) Control(kControlBreakOff);
   Control(kControlDtrOff);
   Control(kControlRtsOff);
-  QElapsedTimer since;
-  since.start();
-  const auto left = [&since] { return static_cast<int>(kGoodbyeMs - since.elapsed()); };
-  while (socket_.bytesToWrite() > 0 && left() > 0 && socket_.waitForBytesWritten(left())) {
-  }
-  EndSending(socket_);
-  while (left() > 0 && socket_.waitForReadyRead(left())) socket_.readAll();
+  state_->farewell = std::make_unique<Rfc2217Farewell>(std::move(socket_), clock_.Now());
 }
 
 }  // namespace penlog

@@ -12,6 +12,7 @@
 #include "platform/network_ports.h"
 #include "platform/port_driver.h"
 #include "platform/qt/real_clock.h"
+#include "platform/qt/rfc2217_farewell.h"
 #include "platform/telnet_com_port.h"
 
 namespace penlog {
@@ -23,6 +24,7 @@ struct ServerState {
   bool standing = false;  ///< its connection stands
   bool reached = false;
   Micros reached_at = 0;
+  std::unique_ptr<Rfc2217Farewell> farewell;  ///< of the last connection
 };
 
 /// Connects, agrees on COM-PORT-OPTION, asks for the modem lines, then for the settings, and is
@@ -35,7 +37,7 @@ class Rfc2217Client : public PortDriver, private TelnetReceiver {
  public:
   Rfc2217Client(RealClock& clock, NetworkAddress address, const PortSettings& settings,
                 PortSink& sink, std::shared_ptr<ServerState> state);
-  /// Lowers DTR and RTS, and gives the server up to 200 ms to take it in.
+  /// Lowers DTR and RTS, and leaves the connection to its farewell.
   ~Rfc2217Client() override;
 
   void Write(std::string_view bytes) override;
@@ -78,7 +80,7 @@ class Rfc2217Client : public PortDriver, private TelnetReceiver {
   PortSettings settings_;
   PortSink& sink_;
   std::shared_ptr<ServerState> state_;
-  QTcpSocket socket_;
+  std::unique_ptr<QTcpSocket> socket_ = std::make_unique<QTcpSocket>();
   int reader_ = 0;
   Stage stage_ = Stage::Connecting;
   TelnetOptions options_{TelnetOptions::Role::Client};

@@ -25,6 +25,9 @@ Rfc2217Ports::Rfc2217Ports(RealClock& clock)
 
 Rfc2217Ports::~Rfc2217Ports() {
   clock_.io().Unwatch(poll_);
+  for (auto& [key, server] : servers_) {
+    if (server.state->farewell) server.state->farewell->Wait();
+  }
 }
 
 Rfc2217Ports::Server& Rfc2217Ports::Find(const NetworkAddress& address) {
@@ -39,7 +42,7 @@ Rfc2217Ports::Server& Rfc2217Ports::Find(const NetworkAddress& address) {
 void Rfc2217Ports::SetServers(const std::vector<NetworkAddress>& servers) {
   std::erase_if(servers_, [&servers](const auto& entry) {
     const Server& server = entry.second;
-    return !server.state->in_use &&
+    return !server.state->in_use && !server.state->farewell &&
            std::find(servers.begin(), servers.end(), server.address) == servers.end();
   });
   for (const auto& address : servers) Find(address);
@@ -67,9 +70,11 @@ std::unique_ptr<PortDriver> Rfc2217Ports::Open(const NetworkAddress& address,
 void Rfc2217Ports::Poll() {
   for (auto& entry : servers_) {
     Server& server = entry.second;
+    auto& farewell = server.state->farewell;
+    if (farewell && farewell->Over(clock_.Now())) farewell.reset();
     if (server.trial) {
       WatchTrial(server);
-    } else if (!server.state->held && clock_.Now() >= server.next_trial) {
+    } else if (!server.state->held && !farewell && clock_.Now() >= server.next_trial) {
       BeginTrial(server);
     }
   }
