@@ -397,10 +397,9 @@ bool Player::TryOutside(const ScriptAction& action) {
 int Player::Close() {
   DropCalls(this);
   if (failed_) return 1;
-  // The last action may have ended the program in its handler.
-  const bool last_was_served =
-      next_ + 1 == script_.actions.size() && tried_ && !posted_ && !refused_;
-  if (Finished() || last_was_served) return 0;
+  // An action may have ended the program in its handler.
+  if (tried_ && !posted_ && !refused_) Next();
+  if (Finished()) return 0;
   if (expected_.empty()) expected_ = Quoted(script_.actions[next_].verb) + " to be played";
   was_ = "the end of the program";
   Fail();

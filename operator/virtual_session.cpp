@@ -58,12 +58,16 @@ void VirtualSession::CompleteHands(PlayerHands& hands) {
 SessionResult VirtualSession::Play(const Script& script, PlayerHands hands,
                                    const std::function<void()>& at_end) {
   CompleteHands(hands);
-  ForgetEnd();
-  ResetBoxes();
-  ResetState();
   Player player(script, std::move(hands));
   player.Start();
-  RunConsole(at_end);
+  std::size_t started = 0;
+  do {
+    started = host.started.size();
+    ForgetEnd();
+    ResetBoxes();
+    ResetState();
+    RunConsole(at_end);
+  } while (host.started.size() > started && host.started.back() == "itself");
   SessionResult result;
   result.exit_code = player.Close();
   result.report = player.Report();

@@ -36,9 +36,9 @@ class VirtualSession {
   VirtualSession& operator=(const VirtualSession&) = delete;
 
   /// Starts the console and plays the script on it until the program ends. A further call is a
-  /// further start of the program on the same disk and rig. Missing hands are the session's own:
-  /// its rig, a kill that ends the run, and pictures that are left out. `at_end` runs before the
-  /// screens are unloaded.
+  /// further start of the program on the same disk and rig; so is the console's own start anew,
+  /// with which the script goes on. Missing hands are the session's own: its rig, a kill that ends
+  /// the run, and pictures that are left out. `at_end` runs before the screens are unloaded.
   SessionResult Play(const Script& script, PlayerHands hands = {},
                      const std::function<void()>& at_end = {});
 

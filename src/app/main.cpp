@@ -1,8 +1,12 @@
 // penlog: the console.
 #include <QApplication>
+#include <algorithm>
+#include <cstdio>
 #include <string>
+#include <vector>
 
 #include "app/console.h"
+#include "app/display_check.h"
 #include "core/data_directory.h"
 #include "core/languages.h"
 #include "core/session.h"
@@ -11,10 +15,41 @@
 #include "platform/qt/real_machine.h"
 #include "platform/view.h"
 
+namespace {
+
+constexpr const char* kUsage =
+    "usage: penlog\n"
+    "The console. Its data directory is \"PENLOG(KQ)\" in the folder that the environment names "
+    "as\n"
+    "\"allusersprofile\", or else among the user's data; \"Serial Ports.txt\" in it lists the "
+    "ports.\n"
+    "Words of the windows' toolkit (-platform, -style, -geometry ...) are passed on to it.\n";
+
+bool Holds(const std::vector<std::string>& words, const char* word) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+int Refuse(const std::string& why) {
+  std::fprintf(stderr, "penlog: %s\n\n%s", why.c_str(), kUsage);
+  return 2;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  // Before the toolkit takes its own words away: a restart needs them all.
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (Holds(words, "--help")) {
+    std::fputs(kUsage, stdout);
+    return 0;
+  }
+  if (!penlog::HasDisplay() && !penlog::PlatformIsNamed() && !Holds(words, "-platform")) {
+    return Refuse("there is no display for its windows");
+  }
   QApplication application(argc, argv);
+  if (argc > 1) return Refuse("unknown word \"" + std::string(argv[1]) + "\"");
   penlog::RealMachineSetup setup;
-  setup.words.assign(argv + 1, argv + argc);
+  setup.words = words;
   setup.port_list = [] {
     // Known once the start screen has found its data directory.
     return penlog::session.DataDirectory.empty() ? std::string()

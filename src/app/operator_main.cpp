@@ -1,6 +1,5 @@
 // penlog-operator SCRIPT [options]: plays an operator script on the console and its simulated rig.
 #include <QApplication>
-#include <QCoreApplication>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "app/console.h"
+#include "app/display_check.h"
 #include "app/real_session.h"
 #include "core/languages.h"
 #include "operator/run_hash.h"
@@ -26,7 +26,10 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: penlog-operator SCRIPT [--virtual] [--shots DIR] [--size WxH] [--out DIR]\n"
-    "                       [--data DIR] [--setup NAME] [--seed N] [--cone pty|rfc2217]\n"
+    "                       [--data DIR] [--setup NAME] [--seed N] [--cone pty|rfc2217]
+"
+    "                       [--rig PORT] [--hash]
+"
     "                       [--hash]\n"
     "  --virtual  in virtual time, on a disk in memory; else in real time\n"
     "  --shots    where the pictures go; without it none is taken\n"
@@ -36,6 +39,8 @@ constexpr const char* kUsage =
     "  --data     files that lie in the data directory before the start\n"
     "  --setup    the simulated rig (dcs)\n"
     "  --cone     how the cone is connected in real time (pty)\n"
+    "  --rig      in real time: the control port of a penlog-rig that runs already and keeps its\n"
+    "             list of ports in \"PENLOG(KQ)/Serial Ports.txt\" below --out\n"
     "  --hash     prints a number that is equal for equal runs\n"
     "exit: 0 played to its end, 1 something was not as expected, 2 the words or the script\n";
 
@@ -49,8 +54,10 @@ struct Options {
   std::uint32_t seed = 1;
   int width = 1366;
   int height = 768;
+  int rig_control = 0;
   bool is_virtual = false;
   bool hash = false;
+  bool help = false;
 };
 
 bool ToNumber(std::string_view text, int& number) {
@@ -81,6 +88,8 @@ bool TakeValue(const std::string& name, const std::string& value, Options& optio
     return ToSize(value, options);
   else if (name == "--seed" && ToNumber(value, seed))
     options.seed = static_cast<std::uint32_t>(seed);
+  else if (name == "--rig")
+    return ToNumber(value, options.rig_control) && options.rig_control > 0;
   else
     return false;
   return !value.empty() && (options.cone == "pty" || options.cone == "rfc2217");
@@ -93,6 +102,9 @@ std::optional<Options> ParseWords(const std::vector<std::string>& words) {
       options.is_virtual = true;
     } else if (words[i] == "--hash") {
       options.hash = true;
+    } else if (words[i] == "--help") {
+      options.help = true;
+      return options;
     } else if (words[i].rfind("--", 0) == 0) {
       if (i + 1 >= words.size() || !TakeValue(words[i], words[i + 1], options)) return std::nullopt;
       ++i;
@@ -175,6 +187,7 @@ int PlayReal(const Script& script, const Options& options) {
   setup.rig = options.setup;
   setup.seed = options.seed;
   setup.cone_on_network = options.cone == "rfc2217";
+  setup.rig_control = options.rig_control;
   setup.folder = options.out.empty() ? MakeTemporaryFolder("penlog-operator-") : options.out;
   if (options.out.empty()) std::printf("files: %s\n", setup.folder.c_str());
   std::fflush(stdout);
@@ -190,9 +203,9 @@ int PlayReal(const Script& script, const Options& options) {
 
 int Run(int argc, char** argv) {
   const auto options = ParseWords({argv + 1, argv + argc});
-  if (!options) {
-    std::fputs(kUsage, stderr);
-    return 2;
+  if (!options || options->help) {
+    std::fputs(kUsage, options ? stdout : stderr);
+    return options ? 0 : 2;
   }
   PosixDisk disk;
   UseDisk(&disk);
@@ -211,9 +224,7 @@ int Run(int argc, char** argv) {
 }  // namespace penlog
 
 int main(int argc, char** argv) {
-  const bool display =
-      std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
-  if (!display) setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  if (!penlog::HasDisplay()) setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication application(argc, argv);
   return penlog::Run(argc, argv);
 }

@@ -10,8 +10,11 @@
 #include "forms/operator_actions.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
+#include "platform/posix/line_server.h"
 #include "platform/posix/pty_wire.h"
 #include "platform/qt/rfc2217_server.h"
+#include "platform/runtime_fault.h"
+#include "platform/texts.h"
 #include "platform/view.h"
 #include "platform/yield.h"
 #include "rig/rig_setups.h"
@@ -39,13 +42,10 @@ std::string NetworkDevice(const Rfc2217Server& server) {
 
 RealSession::RealSession(const RealSessionSetup& setup)
     : setup_(setup), machine_(MachineSetup(setup)) {
+  UseHost(&host_);
   ResetActions();
   TheDisk().MakeFolder(DataFolder());
-  RigSetup rig_setup = MakeRigSetup(setup_.rig);
-  rig_setup.seed = setup_.seed;
-  rig_ = std::make_unique<Rig>(rig_setup);
-  MakeWires();
-  WritePortList();
+  if (setup_.rig_control == 0) MakeRig();
   UseView(&mirror_);
   UseTranslation(Translate);
 }
@@ -57,6 +57,14 @@ RealSession::~RealSession() {
 
 std::string RealSession::DataFolder() const {
   return JoinPath(setup_.folder, "PENLOG(KQ)");
+}
+
+void RealSession::MakeRig() {
+  RigSetup rig_setup = MakeRigSetup(setup_.rig);
+  rig_setup.seed = setup_.seed;
+  rig_ = std::make_unique<Rig>(rig_setup);
+  MakeWires();
+  WritePortList();
 }
 
 void RealSession::MakeWires() {
@@ -91,13 +99,24 @@ void RealSession::WritePortList() {
   ReplaceFile(JoinPath(DataFolder(), "Serial Ports.txt"), text);
 }
 
-int RealSession::Play(const Script& script, PlayerHands hands, std::string& report) {
+/// Why the rig didn't carry the order out; empty if it did.
+std::string RealSession::Order(const std::string& words) {
+  std::string reply;
+  if (rig_ != nullptr) {
+    if (rig_->Command(words, reply)) return {};
+    return reply.empty() ? "refused" : reply;
+  }
+  try {
+    reply = AskLineServer(setup_.rig_control, words);
+  } catch (const RuntimeFault& fault) {
+    return fault.what();
+  }
+  return StartsWith(reply, "ok") ? "" : reply;
+}
+
+void RealSession::CompleteHands(PlayerHands& hands) {
   if (!hands.rig) {
-    hands.rig = [this](const std::string& words) {
-      std::string reply;
-      if (rig_->Command(words, reply)) return std::string();
-      return reply.empty() ? std::string("refused") : reply;
-    };
+    hands.rig = [this](const std::string& words) { return Order(words); };
   }
   if (!hands.act) {
     hands.act = [this](const OperatorAction& action) {
@@ -115,12 +134,19 @@ int RealSession::Play(const Script& script, PlayerHands hands, std::string& repo
     };
   }
   if (!hands.kill) hands.kill = [] { std::_Exit(0); };
-  ForgetEnd();
-  ResetBoxes();
-  ResetState();
+}
+
+int RealSession::Play(const Script& script, PlayerHands hands, std::string& report) {
+  CompleteHands(hands);
   Player player(script, std::move(hands));
   player.Start();
-  RunConsole();
+  do {
+    host_.started_anew = false;
+    ForgetEnd();
+    ResetBoxes();
+    ResetState();
+    RunConsole();
+  } while (host_.started_anew);
   const int code = player.Close();
   report = player.Report();
   return code;

@@ -121,6 +121,35 @@ TEST_F(OperatorProgram, WrongWordsGiveTheUsageAndTwo) {
   }
 }
 
+TEST_F(OperatorProgram, HelpGivesTheUsageAndZero) {
+  const Outcome outcome = Run({"--help"});
+  EXPECT_EQ(outcome.exit_code, 0);
+  EXPECT_NE(outcome.printed.find("usage: penlog-operator SCRIPT"), std::string::npos);
+}
+
+TEST_P(EachTime, RigTakesOrders) {
+  const Outcome outcome = Play(Write("rig.txt", "screen StartUp\nrig speed 5\nrig status\nend\n"));
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.printed;
+}
+
+TEST_P(EachTime, OrderThatTheRigRefusesGivesOne) {
+  const std::string script = Write("rig.txt", "screen StartUp\nrig dance\nend\n");
+  const Outcome outcome = Play(script);
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(outcome.LastLine(),
+            script +
+                ":2: expected \"rig dance\" to succeed, was no such word: \"dance\" (help "
+                "lists them)");
+}
+
+TEST_P(EachTime, EndBeforeTheScriptsEndGivesOne) {
+  const std::string script = Write("early.txt", "click StartUp.cmdExit\nscreen StartUp\n");
+  const Outcome outcome = Play(script);
+  EXPECT_EQ(outcome.exit_code, 1);
+  EXPECT_EQ(outcome.LastLine(),
+            script + ":2: expected \"screen\" to be played, was the end of the program");
+}
+
 TEST_F(OperatorProgram, StandstillIsReportedAboveTheLastLine) {
   const std::string script = Write("long.txt", "screen StartUp\nscreen Main 7200\nend\n");
   const Outcome outcome = Run({script, "--virtual"});

@@ -81,7 +81,7 @@ TEST_F(PlayerTest, FailsWhenTheProgramEndsEarly) {
   std::string report;
   form.cmdGo.Click = [] { EndProgram(); };
   EXPECT_EQ(Play("click Trial.cmdGo\nexpect Trial.lblSaid x\n", &report), 1);
-  EXPECT_NE(report.find("the end of the program"), std::string::npos) << report;
+  EXPECT_EQ(report, "trial:2: expected \"expect\" to be played, was the end of the program");
 }
 
 TEST_F(PlayerTest, IsContentWhenTheProgramEndsBehindTheLastAction) {
