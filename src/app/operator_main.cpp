@@ -26,11 +26,8 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: penlog-operator SCRIPT [--virtual] [--shots DIR] [--size WxH] [--out DIR]\n"
-    "                       [--data DIR] [--setup NAME] [--seed N] [--cone pty|rfc2217]
-"
-    "                       [--rig PORT] [--hash]
-"
-    "                       [--hash]\n"
+    "                       [--data DIR] [--setup NAME] [--seed N] [--cone pty|rfc2217]\n"
+    "                       [--rig PORT] [--hash]\n"
     "  --virtual  in virtual time, on a disk in memory; else in real time\n"
     "  --shots    where the pictures go; without it none is taken\n"
     "  --size     of the display that the pictures stand for (1366x768)\n"
