@@ -9,6 +9,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/yield.h"
+#include "sounding/held_rows.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -186,7 +187,9 @@ TEST(PowerLoss, AtAnyOperationKeepsEachAcknowledgedRow) {
       };
     };
     calm.Run();
-    const std::int64_t told_rows = sounding.RowCount - sounding.RowsHeldBack;
+    // A row that landed while its sync failed is in the file, but nobody was told that it is safe.
+    const bool unsynced = sounding.Held[kTemporaryFile].Failed && sounding.RowsHeldBack == 0;
+    const std::int64_t told_rows = sounding.RowCount - sounding.RowsHeldBack - (unsynced ? 1 : 0);
     calm.disk.before = {};
     calm.disk.LosePower();
     bool old_is_there = false;
