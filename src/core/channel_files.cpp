@@ -47,17 +47,23 @@ void Refuse(const std::string& what) {
   throw RuntimeFault(what);
 }
 
+/// Below 0 nothing is subtracted, and the value isn't shown. A channel that doesn't exist is told
+/// and taken as none: quit limits and units stand behind it in the file.
+std::int16_t ReadSubtractChannel(ValueReader& reader, int channel) {
+  const std::int16_t subtract = reader.ReadInteger();
+  if (subtract <= kChannels) return subtract;
+  Tell(NameOf(channel) + ": channel " + PlainNumber(subtract) +
+       " to subtract does not exist.  NOTHING IS SUBTRACTED.");
+  return 0;
+}
+
 void ReadNature(ValueReader& reader, int channel) {
   reader.ReadString();  // a title for people who read the file
   channels.ChannelLabel(0, channel) = reader.ReadString();
   channels.ChannelLabel(1, channel) = reader.ReadString();
   channels.ChannelComputed(channel) = reader.ReadInteger();
   channels.ChannelLetter(channel) = reader.ReadString();
-  const std::int16_t subtract = reader.ReadInteger();
-  if (subtract > kChannels) {  // below 0: nothing is subtracted, and the value isn't shown
-    Refuse(NameOf(channel) + ": channel " + PlainNumber(subtract) + " to subtract does not exist");
-  }
-  channels.SubtractChannel(channel) = subtract;
+  channels.SubtractChannel(channel) = ReadSubtractChannel(reader, channel);
   channels.ChannelKeepZero(channel) = reader.ReadInteger();
   channels.ChannelHasArea(channel) = reader.ReadInteger();
   channels.RecordMode(channel) = reader.ReadInteger();

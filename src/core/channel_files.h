@@ -7,7 +7,8 @@ namespace penlog {
 ///
 /// A damaged file is told with file, line and what was found there: what was read up to there is
 /// kept, so are its whole unit options, and the channel stays present. A channel without a file
-/// has empty labels, and unit options with factor 1.
+/// has empty labels, and unit options with factor 1. A channel to subtract that doesn't exist is
+/// told and taken as none.
 int LoadChannelFiles();
 
 }  // namespace penlog

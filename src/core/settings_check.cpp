@@ -8,6 +8,7 @@
 #include "core/channels.h"
 #include "core/message.h"
 #include "core/settings.h"
+#include "core/settings_replaced.h"
 #include "platform/numbers.h"
 
 namespace penlog {
@@ -37,7 +38,7 @@ void CheckAboveZero(float& value, float instead, const char* name) {
   if (value > 0 && std::isfinite(value)) return;
   Tell(std::string(name) + " must be greater than 0.  It is " + PlainNumber(value) + "; " +
        PlainNumber(instead) + " m is used until the settings are put right.");
-  value = instead;
+  ReplaceSetting(value, instead);
 }
 
 /// The rule of the setup screen: the ratio is compared with that of whole millimetres.
@@ -61,8 +62,8 @@ void CheckDepthStep() {
          PlainNumber(settings.DepthResolution) +
          " m; 0.02 m and 0.005 m are used "
          "until the settings are put right.");
-    settings.DepthResolution = kDefaultResolution;
-    settings.DepthStep = kDefaultStep;
+    ReplaceSetting(settings.DepthResolution, kDefaultResolution);
+    ReplaceSetting(settings.DepthStep, kDefaultStep);
   } else if (!StepIsMultiple()) {
     Tell("Depth Step must be a multiple of the depth resolution.");
   }
@@ -74,7 +75,7 @@ void CheckPorts() {
     if (port >= 0 && port <= kLastPort) continue;
     Tell(std::string(setting.name) + " SERIAL PORT " + PlainNumber(port) +
          " IS NOT A PORT NUMBER (1 TO 255, 0 FOR NONE).  NO PORT IS USED.");
-    port = 0;
+    ReplaceSetting(port, 0);
   }
 }
 
@@ -86,16 +87,15 @@ void CheckUnits() {
       Tell("Unit option " + PlainNumber(unit) + " of channel " + PlainNumber(channel) +
            " does not exist.  Option 1 is used.");
     }
-    unit = 1;
+    ReplaceSetting(unit, 1);
   }
 }
 
 void CheckLanguage() {
   if (settings.Language >= 0 && settings.Language < settings.LanguageCount) return;
-  if (settings.Language != 0) {
-    Tell("Language " + PlainNumber(settings.Language) + " is not in AvailableLanguages.txt.");
-  }
-  settings.Language = 0;
+  if (settings.Language == 0) return;
+  Tell("Language " + PlainNumber(settings.Language) + " is not in AvailableLanguages.txt.");
+  ReplaceSetting(settings.Language, 0);
 }
 
 }  // namespace

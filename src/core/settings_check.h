@@ -14,8 +14,8 @@ void DeriveSettings();
 
 /// Tells the operator of values with which the console could not work, and replaces them for this
 /// session: a depth resolution or step that isn't above 0, a port outside 0 to 255, a unit option
-/// that the channel doesn't have, a language that isn't there. A step that is no multiple of the
-/// resolution is told and kept.
+/// that the channel doesn't have, a language that isn't there. The file keeps what it has for them
+/// (`settings_replaced.h`). A step that is no multiple of the resolution is told and kept.
 void CheckSettings();
 
 }  // namespace penlog

@@ -10,6 +10,7 @@
 #include "core/settings.h"
 #include "core/settings_check.h"
 #include "core/settings_fields.h"
+#include "core/settings_replaced.h"
 #include "platform/files.h"
 #include "platform/runtime_fault.h"
 
@@ -155,7 +156,7 @@ void GiveUnitsToPresentChannels() {
 void WriteSetup(const std::vector<SettingField>& fields) {
   const std::string path = DataPath(kFileName);
   try {
-    const std::string text = TextOfFields(fields);
+    const std::string text = TextOfFields(WithValuesOfFile(fields));
     if (settings.SettingsDamaged == kTrue && TheDisk().FileExists(path)) {
       CopyFile(path, FreeNameBeside(DataPath("System Setup Values (damaged).txt")));
       settings.SettingsDamaged = kFalse;
@@ -172,6 +173,7 @@ void LoadSystemSetup() {
   const std::string path = DataPath(kFileName);
   settings.SetupUpgraded = kFalse;
   settings.SettingsDamaged = kFalse;
+  replaced_settings = ReplacedSettingsState{};
   if (!TheDisk().FileExists(path)) {
     TakeFirstRunValues(1);
     Tell(path + " IS MISSING.  THE SETTINGS ARE THOSE OF A FIRST RUN.");

@@ -15,10 +15,11 @@ void LoadSystemSetup();
 /// is.
 void RewriteUpgradedSetup();
 
-/// Saves all 62 values as a whole. A file that was found damaged is first copied beside itself.
+/// Saves all 62 values as a whole. Like the rewrite it leaves what the file had for a setting that
+/// was replaced for the session alone. A file that was found damaged is first copied beside itself.
 /// A failure is told; the old file then stands.
 void SaveSystemSetup();
-/// The same under its other name, for a port that was found or chosen at the start.
+/// The same under its other name, for a port that changed at the start.
 void SaveKQSettings();
 
 /// Copies the settings to "System Setup Values.old" if there is no such file: the first settings

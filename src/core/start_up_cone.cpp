@@ -44,7 +44,8 @@ void ReadModules() {
   }
 }
 
-/// One attempt. What it could not make of the cone's memory goes into `fault`.
+/// One attempt; modules are asked once the cone was found. What it could not make of the cone's
+/// memory goes into `fault`.
 void AskCone(int attempt, std::string& fault) {
   OpenConePort();
   StartUp.lblLoad.Caption = attempt <= 2 ? "LOOKING FOR CONE" : "CONE NOT FOUND. CHECKING PORTS";
@@ -53,7 +54,8 @@ void AskCone(int attempt, std::string& fault) {
   } catch (const RuntimeFault& found) {
     fault = found.what();
   }
-  ReadModules();
+  // Without a cone every channel with a file counts as present: each module would be a duplicate.
+  if (cone.ConeLinkUp == kTrue) ReadModules();
   Trapped([] { AssignReplyPositions(); });
   Trapped([] { StartUp.ConeComm.Close(); });
 }
@@ -76,6 +78,7 @@ void ShowReport() {
 void RefuseCone(const std::string& fault) {
   Tell("THE CONE'S SETTINGS CANNOT BE READ. PROGRAM CANNOT CONTINUE.  " + fault);
   sounding.ConsoleMode = 0;
+  cone.ConeLinkUp = kFalse;
   OfferAnotherTry();
 }
 
@@ -112,6 +115,7 @@ void LookForCone() {
     AskCone(attempt, fault);
     const bool found = cone.ConeLinkUp == kTrue;
     if (!found && session.CalibrationMode == kTrue) return GoOnWithPlaybackOnly();
+    if (found && cone.ChannelCount == 0) return RefuseCone("Its memory lists no channel.");
     if (found) return ShowReport();
     if (sounding.ConsoleMode == 1) return RefuseCone(fault);
     BreakLink();

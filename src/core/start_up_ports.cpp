@@ -65,7 +65,7 @@ int Choose(int (*specify)()) {
   return port;
 }
 
-/// An output whose port is not there: chosen anew, or done without.
+/// An output whose port is not there: chosen anew, or done without from now on.
 struct OutputPort {
   std::int16_t SettingsState::*port;
   const char* status;
@@ -101,6 +101,7 @@ void ProveOutputPort(const OutputPort& output, bool& changed) {
   if (ProbePort(port)) return;
   if (!Ask(output.question)) {
     port = 0;
+    changed = true;
     return;
   }
   const int chosen = Choose(output.specify);

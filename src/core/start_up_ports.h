@@ -4,7 +4,7 @@
 namespace penlog {
 
 /// Keeps the four port numbers. Whether cone and truck interface share a port is judged by them for
-/// the rest of the session, so they are kept again when a port was found or chosen anew.
+/// the rest of the session, so they are kept again when a port changed.
 void KeepStartPorts();
 
 /// Asks for each port that was set and isn't there; saves the settings if one changed. False when

@@ -44,6 +44,16 @@ void SerialPort::CloseAll() {
   for (SerialPort* port : AllPorts()) port->Close();
 }
 
+void SerialPort::ResetAll() {
+  for (SerialPort* port : AllPorts()) {
+    port->Close();
+    port->SetCommPort(1);
+    port->SetSettings("9600,N,8,1");
+    port->input_len_ = 0;
+    port->input_mode_ = InputModes::Text;
+  }
+}
+
 void SerialPort::SetCommPort(int number) {
   if (PortOpen()) throw RuntimeFault(TargetName() + ": the port is open");
   if (number < 0 || number > 255) throw RuntimeFault(TargetName() + ": invalid port number");

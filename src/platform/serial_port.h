@@ -45,6 +45,8 @@ class SerialPort : public EventTarget, private PortSink {
   void Close();
   /// Closes every port of the program: the end of `main`, where the screens still stand.
   static void CloseAll();
+  /// Closes every port and puts number, settings and modes back to their first values; for tests.
+  static void ResetAll();
   /// The opened port has vanished (or was never opened).
   bool Gone() const { return gone_ || driver_ == nullptr; }
 

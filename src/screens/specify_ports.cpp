@@ -17,8 +17,6 @@ namespace {
 
 constexpr int kLastPort = 255;
 
-int chosen_port = 0;  // of the one screen of this kind that is open
-
 void FillPortList(ComboBox& list) {
   list.List.clear();
   list.Beside.clear();
@@ -36,10 +34,10 @@ std::string PortText(std::int16_t port) {
 }
 
 int RunChoice(Form& form, ComboBox& list) {
-  chosen_port = 0;
+  specify_ports.ChosenPort = 0;
   FillPortList(list);
   ShowModal(form);
-  return chosen_port;
+  return specify_ports.ChosenPort;
 }
 
 void SavePort(Form& form, const ComboBox& list) {
@@ -47,7 +45,7 @@ void SavePort(Form& form, const ComboBox& list) {
     Tell("NO SERIAL PORT SELECTED");
     return;
   }
-  chosen_port = static_cast<int>(LeadingNumber(list.Text));
+  specify_ports.ChosenPort = static_cast<int>(LeadingNumber(list.Text));
   Hide(form);
 }
 

@@ -4,6 +4,11 @@
 
 namespace penlog {
 
+struct SpecifyPortsState {
+  int ChosenPort = 0;  ///< COM number saved on the one screen of this kind that is open; 0 none
+};
+inline SpecifyPortsState specify_ports;
+
 /// Shows the screen above the others until it is left; the chosen COM number, 0 when cancelled. The
 /// settings are not touched.
 int SpecifyTruckInterface();

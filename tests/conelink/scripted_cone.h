@@ -1,8 +1,8 @@
 // An instrument that answers by a table, at the far end of a wire in memory.
 //
-// Fault model: it can be silent, silent until a line break, silent to single commands, late, answer
-// in pieces, without a line end, or with any bytes at all. It knows nothing of the line's pace:
-// each piece arrives whole at its time.
+// Fault model: it can be silent, silent until a line break (its modules with it or not), silent to
+// single commands, late, answer in pieces, without a line end, or with any bytes at all. It knows
+// nothing of the line's pace: each piece arrives whole at its time.
 #pragma once
 
 #include <deque>
@@ -83,7 +83,8 @@ class ScriptedCone {
   /// Takes every command instead of the table.
   std::function<void(const std::string&)> OnAny;
   bool silent = false;
-  bool needs_break = false;  ///< silent until a break of `kShortestBreak` has ended
+  bool needs_break = false;     ///< silent until a break of `kShortestBreak` has ended
+  bool modules_answer = false;  ///< also while the cone is silent or needs a break
   static constexpr Micros kShortestBreak = 200 * kMillisecond;
   char terminator = '\r';
   std::vector<std::string> heard;  ///< whole commands, without their end
@@ -109,9 +110,14 @@ class ScriptedCone {
       }
       heard.push_back(line_);
       heard_at.push_back(Now());
-      if (!silent && !needs_break) Give(line_);
+      const bool mute = silent || needs_break;
+      if (!mute || (modules_answer && IsForAModule(line_))) Give(line_);
       line_.clear();
     }
+  }
+
+  static bool IsForAModule(const std::string& command) {
+    return command.size() > 2 && command[0] == ' ';
   }
 
   void Give(const std::string& command) {
@@ -136,8 +142,7 @@ class ScriptedCone {
 
   /// "C 31 17", " 3C 31 17"; a selection is answered with an empty line.
   void ReadMemory(const std::string& command) {
-    const bool module = command.size() > 2 && command[0] == ' ';
-    const std::string unit = module ? command.substr(0, 2) : "";
+    const std::string unit = IsForAModule(command) ? command.substr(0, 2) : "";
     const std::string rest = command.substr(unit.size());
     const auto memory = memory_.find(unit);
     if (memory == memory_.end() || rest.empty()) return;

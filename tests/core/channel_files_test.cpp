@@ -131,7 +131,6 @@ TEST_F(ChannelFiles, WithABadValueNameFileAndPlace) {
   };
   for (const Row& row :
        {Row{4, "yes", "Channel5.txt, line 4: a whole number was expected, found \"yes\""},
-        Row{6, "31", "Channel5.txt: channel 31 to subtract does not exist"},
         Row{11, "\"\"", "Channel5.txt, line 11: a number was expected"},
         Row{13, "1e99", "Channel5.txt, line 13: a number was expected, found \"1e99\""},
         Row{14, "x", "Channel5.txt, line 14: a whole number was expected, found \"x\""},
@@ -148,6 +147,34 @@ TEST_F(ChannelFiles, WithABadValueNameFileAndPlace) {
     EXPECT_EQ(channels.ChannelPresent(5), kTrue);
     EXPECT_LE(channels.SubtractChannel(5), 30);
   }
+}
+
+TEST_F(ChannelFiles, WithAChannelToSubtractThatDoesNotExistAreToldAndReadOn) {
+  for (const int subtract : {31, 32767}) {
+    world.boxes.texts.clear();
+    auto values = ChannelValues();
+    values[5] = std::to_string(subtract);
+    Put(5, values);
+    LoadChannelFiles();
+    EXPECT_EQ(Told(), "Channel5.txt: channel " + values[5] +
+                          " to subtract does not exist.  NOTHING IS SUBTRACTED.\n");
+    EXPECT_EQ(channels.SubtractChannel(5), 0);
+    EXPECT_EQ(channels.RecordMode(5), 2);
+    EXPECT_EQ(channels.QuitLimitShallow(5), 0.8F);
+    EXPECT_EQ(channels.QuitLimitDeep(5), 0.9F);
+    EXPECT_EQ(channels.QuitRateLimit(5), 0.25F);
+    EXPECT_EQ(channels.UnitCount(5), 2);
+    EXPECT_EQ(channels.UnitLabel(2, 5), "MPa");
+  }
+}
+
+TEST_F(ChannelFiles, MayNameChannel30ToSubtract) {
+  auto values = ChannelValues();
+  values[5] = "30";
+  Put(5, values);
+  LoadChannelFiles();
+  EXPECT_EQ(Told(), "");
+  EXPECT_EQ(channels.SubtractChannel(5), 30);
 }
 
 TEST_F(ChannelFiles, MayNameANegativeChannelToSubtract) {

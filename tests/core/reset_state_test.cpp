@@ -8,6 +8,7 @@
 #include "display/display_state.h"
 #include "forms/main_form.h"
 #include "screens/setup_sounding.h"
+#include "screens/specify_ports.h"
 #include "sounding/sounding_state.h"
 #include "tests/core/settings_world.h"
 
@@ -19,6 +20,7 @@ TEST(ResetState, ClearsEveryTableInPlace) {
   const auto* present = &channels.ChannelPresent(3);
   channels.ChannelPresent(3) = kTrue;
   settings.Language = 1;
+  ReplaceSetting(settings.PrintMode, 2);
   session.ReadingsAveraged = 1;
   cone.ConeId = "DCS1234";
   sounding.ConsoleMode = 2;
@@ -28,9 +30,11 @@ TEST(ResetState, ClearsEveryTableInPlace) {
   soil.FrictionRatioMax = 100;
   words.WordCount = 1;
   setup_sounding.BackFlag = -1;
+  specify_ports.ChosenPort = 3;
   ResetState();
   EXPECT_EQ(channels.ChannelPresent(3), 0);
   EXPECT_EQ(settings.Language, 0);
+  EXPECT_TRUE(replaced_settings.List.empty());
   EXPECT_EQ(session.ReadingsAveraged, 4);
   EXPECT_EQ(session.DataDirectory, "");
   EXPECT_EQ(cone.ConeId, "");
@@ -41,7 +45,24 @@ TEST(ResetState, ClearsEveryTableInPlace) {
   EXPECT_EQ(soil.FrictionRatioMax, 0);
   EXPECT_EQ(words.WordCount, 0);
   EXPECT_EQ(setup_sounding.BackFlag, 0);
+  EXPECT_EQ(specify_ports.ChosenPort, 0);
   EXPECT_EQ(&channels.ChannelPresent(3), present);
+}
+
+TEST(ResetState, PutsThePortsBackToTheirFirstSettings) {
+  SettingsWorld world;
+  world.ports.Wire(7);
+  Main.ConeComm.SetCommPort(7);
+  Main.ConeComm.SetSettings("19200,N,8,1");
+  Main.ConeComm.SetInputMode(InputModes::Binary);
+  Main.ConeComm.SetInputLen(1);
+  Main.ConeComm.Open();
+  ResetState();
+  EXPECT_FALSE(Main.ConeComm.PortOpen());
+  EXPECT_EQ(Main.ConeComm.CommPort(), 1);
+  EXPECT_EQ(Main.ConeComm.Settings(), "9600,N,8,1");
+  EXPECT_EQ(Main.ConeComm.InputMode(), InputModes::Text);
+  EXPECT_EQ(Main.ConeComm.InputLen(), 0);
 }
 
 TEST(ResetState, UnloadsScreensAndDropsBoxes) {

@@ -9,6 +9,7 @@
 #include "core/first_run.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "core/settings_replaced.h"
 #include "support/world.h"
 #include "tests/core/box_answers.h"
 
@@ -34,10 +35,22 @@ inline std::string Lines(const std::vector<std::string>& values, std::size_t cou
   return text;
 }
 
+/// A line of a settings text, from 1, without its end; empty if there is none.
+inline std::string SetupLine(const std::string& text, std::size_t line) {
+  std::size_t start = 0;
+  for (std::size_t n = 1; n < line; ++n) {
+    start = text.find("\r\n", start);
+    if (start == std::string::npos) return {};
+    start += 2;
+  }
+  return text.substr(start, text.find("\r\n", start) - start);
+}
+
 struct SettingsWorld : World {
   SettingsWorld() {
     channels = ChannelState{};
     settings = SettingsState{};
+    replaced_settings = ReplacedSettingsState{};
     session = SessionState{};
     session.DataDirectory = "/data";
     disk.MakeFolder("/data");

@@ -18,6 +18,8 @@
 namespace penlog {
 namespace {
 
+const std::string kNoChannel =
+    "THE CONE'S SETTINGS CANNOT BE READ. PROGRAM CANNOT CONTINUE.  Its memory lists no channel.";
 constexpr char kRefused[] = "THE CONE'S SETTINGS CANNOT BE READ. PROGRAM CANNOT CONTINUE.  ";
 
 class BadCone : public ::testing::Test {
@@ -81,9 +83,9 @@ struct BadMemory {
 
 TEST_F(BadCone, MemoryOfAnyKindIsReportedOrTold) {
   const BadMemory rows[] = {
-      {"blank memory", std::string(400, '@'), ""},
-      {"zero bytes", std::string(400, '\0'), ""},
-      {"blanks", std::string(400, ' '), ""},
+      {"blank memory", std::string(400, '@'), kNoChannel},
+      {"zero bytes", std::string(400, '\0'), kNoChannel},
+      {"blanks", std::string(400, ' '), kNoChannel},
       {"erased memory", std::string(400, '\x7f'),
        std::string(kRefused) + "A record names channel 63 of 30."},
       {"bytes 255", std::string(400, '\xff'),
@@ -109,6 +111,16 @@ TEST_F(BadCone, MemoryOfAnyKindIsReportedOrTold) {
     EXPECT_EQ(bool(StartUp.cmdStart.Enabled), refused) << row.what;
     StartUp.cmdStart.Enabled = true;
   }
+  ExpectTheConsoleLives();
+}
+
+TEST_F(BadCone, NoiseThatPassesForAConeIsRefused) {
+  far.OnAny = [this](const std::string&) { far.SendLater(0, "\x05\x1a @\xf3 \r\n"); };
+  Start();
+  EXPECT_EQ(Told().substr(0, sizeof kRefused - 1), kRefused);
+  EXPECT_TRUE(report.empty());
+  EXPECT_NE(cone.ConeLinkUp, kTrue);
+  far.OnAny = {};
   ExpectTheConsoleLives();
 }
 

@@ -22,6 +22,8 @@ using Texts = std::vector<std::string>;
 constexpr const char* kNoCone =
     "CONE NOT DETECTED. PROGRAM CANNOT CONTINUE. CHECK THE POWER AND USB CONNECTIONS AND TRY "
     "AGAIN";
+constexpr const char* kSpecifyTruck =
+    "TRUCK INTERFACE SERIAL PORT NOT DETECTED. WOULD YOU LIKE TO SPECIFY THE PORT?";
 
 class StartUpCone : public ::testing::Test {
  protected:
@@ -111,6 +113,37 @@ TEST_F(StartUpCone, ThatAnswersOnlyAfterABreakIsFoundOnAttempt2WithoutABox) {
   EXPECT_EQ(instrument.breaks, (std::vector<bool>{true, false}));
   EXPECT_EQ(instrument.Count("Y"), 2);
   EXPECT_FALSE(StatusWas("CONE NOT FOUND. CHECKING PORTS"));
+}
+
+TEST_F(StartUpCone, ThatNeedsABreakIsFoundWithoutABoxWhileItsModuleAnswersAtOnce) {
+  LayDownFirstRunFiles();
+  LoadChannelFiles();
+  settings.DiscoverAddOnModules = 1;
+  ScriptedCone& instrument = Plug(3);
+  instrument.SetUnit(SampleMemory(SampleRecord(23, 'P'), "MOD0003"), " 3");
+  instrument.needs_break = true;
+  instrument.modules_answer = true;
+  Start();
+  ExpectReportWasShown();
+  EXPECT_EQ(world.boxes.texts, Texts{});
+  EXPECT_EQ(instrument.Count("Y"), 2);
+  EXPECT_EQ(instrument.Count(" 3Y"), 1) << "asked once the cone was found";
+  EXPECT_EQ(cone.ModulePresent[3], kTrue);
+}
+
+TEST_F(StartUpCone, ThatStaysSilentLeavesItsModulesAlone) {
+  LayDownFirstRunFiles();
+  LoadChannelFiles();
+  settings.DiscoverAddOnModules = 1;
+  ScriptedCone& instrument = Plug(3);
+  instrument.SetUnit(SampleMemory(SampleRecord(23, 'P'), "MOD0003"), " 3");
+  instrument.silent = true;
+  instrument.modules_answer = true;
+  Start();
+  ExpectAnotherTryIsOffered();
+  EXPECT_EQ(world.boxes.texts, Texts{kNoCone});
+  EXPECT_EQ(instrument.Count(" 3Y"), 0);
+  EXPECT_EQ(session.ReadingsAveraged, 4);
 }
 
 TEST_F(StartUpCone, WithAChannelFileButNoConeRecordIsNotPresentApartFrom19And20) {
@@ -270,6 +303,42 @@ TEST_F(StartUpCone, ThatGivesABannerAndNothingElseIsSearchedForAgainAfterEachFif
   EXPECT_EQ(world.boxes.texts.back(), kNoCone);
 }
 
+TEST_F(StartUpCone, FoundAgainOnItsOldPortProvesATruckInterfaceThatHasGoneMeanwhile) {
+  ScriptedCone& instrument = Plug(3);
+  instrument.On("X", "");
+  PostCall(Now() + 10 * kSecond, this, [&] { world.ports.Wire(4).SetPresent(false); });
+  PostCall(Now() + 120 * kSecond, this, [&] { instrument.silent = true; });  // ends any search
+  world.boxes.Answer(kSpecifyTruck, BoxAnswer::No);
+  Start();
+  ExpectAnotherTryIsOffered();
+  EXPECT_EQ(world.boxes.texts, (Texts{"CONE DETECTED ON PORT 3", kSpecifyTruck,
+                                      "TRUCK INTERFACE SERIAL PORT NOT SET. PROGRAM CANNOT "
+                                      "CONTINUE. CHECK THE POWER AND USB CONNECTIONS AND TRY "
+                                      "AGAIN"}));
+  EXPECT_EQ(instrument.Count("Y"), 6) << "five attempts and the search";
+  EXPECT_FALSE(world.disk.FileExists(world.SetupPath())) << "nothing is saved";
+}
+
+TEST_F(StartUpCone, FoundAgainOnItsOldPortGoesOnWithTheTruckInterfaceThatIsChosen) {
+  ScriptedCone& instrument = Plug(3);
+  instrument.On("X", "");
+  world.ports.Wire(8);
+  PostCall(Now() + 10 * kSecond, this, [&] { world.ports.Wire(4).SetPresent(false); });
+  PostCall(Now() + 120 * kSecond, this, [&] { instrument.silent = true; });  // ends any search
+  world.WhenShown(frmSpecifyTruckInterface, [&] {
+    instrument.SetUnit(SampleMemory(TipAndSleeve()));
+    world.Choose(frmSpecifyTruckInterface, 8);
+  });
+  Start();
+  ExpectReportWasShown();
+  EXPECT_EQ(world.boxes.texts, (Texts{"CONE DETECTED ON PORT 3", kSpecifyTruck,
+                                      "TRUCK INTERFACE SERIAL PORT SET TO PORT 8"}));
+  EXPECT_EQ(settings.ConeSerialPort, 3);
+  EXPECT_EQ(settings.TruckInterfaceSerialPort, 8);
+  EXPECT_EQ(session.StartTruckPort, 8);
+  EXPECT_TRUE(world.disk.FileExists(world.SetupPath())) << "the settings are saved";
+}
+
 TEST_F(StartUpCone, OnAPortThatAnotherProgramHoldsIsTold) {
   Plug(3);
   world.ports.SetRefused(3, true);
@@ -292,6 +361,7 @@ TEST_F(StartUpCone, WithARecordOfChannel31IsToldAndTheConsoleLives) {
   ASSERT_EQ(world.boxes.texts.size(), 1U);
   EXPECT_NE(world.boxes.texts[0].find("31"), std::string::npos) << world.boxes.texts[0];
   EXPECT_EQ(sounding.ConsoleMode, 0);
+  EXPECT_EQ(cone.ConeLinkUp, kFalse);
   instrument.SetMemory(SampleMemory(TipAndSleeve()));
   World::Press(StartUp, StartUp.cmdStart);
   ExpectReportWasShown();

@@ -6,6 +6,7 @@
 #include "core/instance_lock.h"
 #include "core/languages.h"
 #include "core/reset_state.h"
+#include "core/settings_file.h"
 #include "core/soil_tables.h"
 #include "forms/start_up_form.h"
 #include "platform/files.h"
@@ -31,6 +32,28 @@ class StartUpLoad : public ::testing::Test {
     for (const FirstRunFile& file : FirstRunFiles()) {
       world.disk.Put(Path(std::string(file.name)), std::string(file.content));
     }
+  }
+  /// What the load makes of 62 values where it rewrites them.
+  static std::vector<std::string> Rewritten(std::vector<std::string> values) {
+    values[42] = values[59];            // the GPS port stands in the calibrator's place
+    values[57] = values[58] = "0";      // conical
+    values.erase(values.begin() + 59);  // and not at its own
+    return values;
+  }
+  /// Settings that were read well and cannot work.
+  static std::vector<std::string> UnusableValues() {
+    auto values = SampleValues();
+    values[0] = "99";    // unit of channel 1
+    values[1] = "-2";    // of channel 2
+    values[19] = "-1";   // resolution
+    values[20] = "0";    // step
+    values[31] = "7";    // language
+    values[40] = "300";  // cone port
+    values[41] = "-3";   // truck interface port
+    values[54] = "256";  // ASCII output
+    values[55] = "999";  // overlay
+    values[59] = "256";  // GPS
+    return values;
   }
   bool Has(const std::string& name) { return world.disk.FileExists(Path(name)); }
   SettingsWorld world;
@@ -123,6 +146,29 @@ TEST_F(StartUpLoad, RewritesUpgradedSettingsWithTheTipFieldsBackAtZero) {
   expected[61] = "0";
   expected.erase(expected.begin() + 59);
   EXPECT_EQ(world.disk.Read(Path("System Setup Values.txt")), Lines(expected, 61));
+}
+
+TEST_F(StartUpLoad, GivesAKnownChannelWithAStoredUnitOf0Option1AndRewritesTheSettings) {
+  LayOut();
+  auto values = SampleValues();
+  values[4] = "0";
+  world.disk.Put(Path("System Setup Values.txt"), Lines(values, 62));
+  StartUp_Load();
+  EXPECT_EQ(world.boxes.texts, Texts{});
+  EXPECT_EQ(channels.ChannelUnits(5), 1);
+  EXPECT_EQ(world.disk.Read(Path("System Setup Values.txt")), Lines(Rewritten(SampleValues()), 61));
+}
+
+TEST_F(StartUpLoad, KeepsAStoredUnitOf0OfAChannelWithoutAFile) {
+  LayOut();
+  world.disk.Remove(Path("Channel5.txt"));
+  auto values = SampleValues();
+  values[4] = "0";
+  const std::string before = Lines(values, 62);
+  world.disk.Put(Path("System Setup Values.txt"), before);
+  StartUp_Load();
+  EXPECT_EQ(channels.ChannelUnits(5), 0);
+  EXPECT_EQ(world.disk.Read(Path("System Setup Values.txt")), before);
 }
 
 TEST_F(StartUpLoad, StartsConicalWhateverTheFileSays) {
@@ -233,6 +279,89 @@ TEST_F(StartUpLoad, ReplacesSettingsThatCannotWork) {
   EXPECT_GT(settings.DepthStepCounts, 0);
   EXPECT_EQ(settings.ConeSerialPort, 0);
   EXPECT_EQ(channels.ChannelUnits(1), 1);
+}
+
+TEST_F(StartUpLoad, RewritesReplacedSettingsAsTheFileHadThem) {
+  for (const std::size_t count : {std::size_t{61}, std::size_t{62}}) {
+    LayOut();
+    world.boxes.texts.clear();
+    auto values = UnusableValues();
+    values[4] = "0";  // of 62 values, too, a rewrite
+    world.disk.Put(Path("System Setup Values.txt"), Lines(values, count));
+    StartUp_Load();
+    ReleaseInstanceLock();
+    EXPECT_EQ(replaced_settings.List.size(), 10U);
+    auto expected = Rewritten(values);
+    expected[4] = "1";
+    if (count == 61) {
+      expected[59] = "2";  // the last upgrade sets the overlay
+      expected[60] = "0";
+    }
+    EXPECT_EQ(world.disk.Read(Path("System Setup Values.txt")), Lines(expected, 61)) << count;
+    EXPECT_EQ(settings.ConeSerialPort, 0) << "the session has the replacements";
+    ResetState();
+  }
+}
+
+TEST_F(StartUpLoad, SavesReplacedSettingsAsTheFileHadThem) {
+  LayOut();
+  auto values = UnusableValues();
+  world.disk.Put(Path("System Setup Values.txt"), Lines(values, 62));
+  StartUp_Load();
+  SaveKQSettings();
+  values[42] = "0";               // the calibrator's port has no loader
+  values[57] = values[58] = "0";  // conical
+  EXPECT_EQ(world.disk.Read(Path("System Setup Values.txt")), Lines(values, 62));
+  EXPECT_EQ(settings.DepthResolution, 0.005F);
+  EXPECT_EQ(settings.DepthStep, 0.02F);
+  EXPECT_EQ(settings.Language, 0);
+  EXPECT_EQ(channels.ChannelUnits(1), 1);
+}
+
+TEST_F(StartUpLoad, SavesAPairOfDepthsThatDoNotFitAsTheFileHadThem) {
+  LayOut();
+  auto values = SampleValues();
+  values[19] = "0.5";
+  values[20] = "0.02";
+  world.disk.Put(Path("System Setup Values.txt"), Lines(values, 62));
+  StartUp_Load();
+  SaveKQSettings();
+  const std::string saved = world.disk.Read(Path("System Setup Values.txt"));
+  EXPECT_EQ(SetupLine(saved, 20), "0.5");
+  EXPECT_EQ(SetupLine(saved, 21), "0.02");
+  EXPECT_EQ(settings.DepthResolution, 0.005F);
+}
+
+TEST_F(StartUpLoad, SavesAReplacedSettingThatWasChangedSinceAsItIsFromThenOn) {
+  LayOut();
+  world.disk.Put(Path("System Setup Values.txt"), Lines(UnusableValues(), 62));
+  StartUp_Load();
+  settings.ASCIIOutSerialPort = 6;
+  settings.DepthStep = 0.05F;
+  channels.ChannelUnits(1) = 2;
+  SaveKQSettings();
+  std::string saved = world.disk.Read(Path("System Setup Values.txt"));
+  EXPECT_EQ(SetupLine(saved, 55), "6");
+  EXPECT_EQ(SetupLine(saved, 21), "0.05");
+  EXPECT_EQ(SetupLine(saved, 1), "2");
+  EXPECT_EQ(SetupLine(saved, 41), "300") << "not changed";
+  settings.ASCIIOutSerialPort = 0;
+  SaveKQSettings();
+  saved = world.disk.Read(Path("System Setup Values.txt"));
+  EXPECT_EQ(SetupLine(saved, 55), "0") << "switched off, not the 256 of the file";
+}
+
+TEST_F(StartUpLoad, OfAnotherFileForgetsWhatWasReplaced) {
+  LayOut();
+  world.disk.Put(Path("System Setup Values.txt"), Lines(UnusableValues(), 62));
+  StartUp_Load();
+  ReleaseInstanceLock();
+  auto values = SampleValues();
+  values[40] = "0";
+  world.disk.Put(Path("System Setup Values.txt"), Lines(values, 62));
+  StartUp_Load();
+  SaveKQSettings();
+  EXPECT_EQ(SetupLine(world.disk.Read(Path("System Setup Values.txt")), 41), "0");
 }
 
 TEST_F(StartUpLoad, RefusesASecondConsoleOnTheSameDirectoryAfterTenSeconds) {

@@ -4,6 +4,8 @@
 
 #include "conelink/cone_state.h"
 #include "conelink/scripted_cone.h"
+#include "core/settings_check.h"
+#include "core/settings_file.h"
 #include "core/start_up_buttons.h"
 #include "tests/core/start_up_world.h"
 
@@ -55,6 +57,7 @@ class StartUpPorts : public ::testing::Test {
     return ProveStartPorts();
   }
   bool Saved() { return world.Setup() != "as it was"; }
+  std::string SavedLine(std::size_t line) { return SetupLine(world.Setup(), line); }
   void ExpectAnotherTryIsOffered() {
     EXPECT_TRUE(StartUp.cmdExit.Enabled);
     EXPECT_TRUE(StartUp.cmdStart.Enabled);
@@ -220,14 +223,16 @@ TEST_F(StartUpPorts, ASCIIOutputThatIsThereAsksNothing) {
   EXPECT_EQ(world.boxes.texts, Texts{});
 }
 
-TEST_F(StartUpPorts, MissingASCIIOutputIsDoneWithoutOnNo) {
+TEST_F(StartUpPorts, MissingASCIIOutputIsDoneWithoutAndSavedAs0OnNo) {
   Plug({3, 4});
   settings.ASCIIOutSerialPort = 5;
   world.boxes.Answer(kSpecifyASCII, BoxAnswer::No);
   EXPECT_TRUE(Prove());
   EXPECT_EQ(world.boxes.texts, Texts{kSpecifyASCII});
   EXPECT_EQ(settings.ASCIIOutSerialPort, 0);
-  EXPECT_FALSE(Saved()) << "for this session only";
+  EXPECT_EQ(session.StartASCIIPort, 0);
+  ASSERT_TRUE(Saved());
+  EXPECT_EQ(SavedLine(55), "0");
 }
 
 TEST_F(StartUpPorts, MissingASCIIOutputIsChosenAnewOnYes) {
@@ -276,13 +281,15 @@ TEST_F(StartUpPorts, MissingVideoOverlayIsAskedForWithEitherTextBoard) {
   }
 }
 
-TEST_F(StartUpPorts, MissingVideoOverlayIsDoneWithoutOnNo) {
+TEST_F(StartUpPorts, MissingVideoOverlayIsDoneWithoutAndSavedAs0OnNo) {
   Plug({3, 4});
   settings.LumenProbePresent = 1;
   settings.VideoOverlaySerialPort = 7;
   world.boxes.Answer(kSpecifyVideo, BoxAnswer::No);
   EXPECT_TRUE(Prove());
   EXPECT_EQ(settings.VideoOverlaySerialPort, 0);
+  ASSERT_TRUE(Saved());
+  EXPECT_EQ(SavedLine(56), "0");
 }
 
 TEST_F(StartUpPorts, VideoOverlayThatIsNotChosenIsTold) {
@@ -294,6 +301,30 @@ TEST_F(StartUpPorts, VideoOverlayThatIsNotChosenIsTold) {
   EXPECT_EQ(world.boxes.texts, (Texts{kSpecifyVideo,
                                       "VIDEO OVERLAY PORT NOT SET.  CHECK THE POWER AND USB "
                                       "CONNECTIONS AND TRY AGAIN"}));
+}
+
+TEST_F(StartUpPorts, FoundAndChosenAreSavedAndOtherReplacedSettingsStayAsInTheFile) {
+  auto values = SampleValues();
+  values[20] = "0";    // step
+  values[40] = "300";  // cone
+  values[41] = "-4";   // truck interface
+  values[54] = "256";  // ASCII output
+  values[21] = "0";    // no overlay
+  values[31] = "7";    // language
+  world.PutSetup(Lines(values, 62));
+  LoadSystemSetup();
+  CheckSettings();
+  world.boxes.texts.clear();
+  PlugCone(9);
+  Plug({6});
+  world.Choose(frmSpecifyTruckInterface, 6);
+  EXPECT_TRUE(Prove());
+  EXPECT_EQ(SavedLine(21), "0");
+  EXPECT_EQ(SavedLine(32), "7");
+  EXPECT_EQ(SavedLine(41), "9");
+  EXPECT_EQ(SavedLine(42), "6");
+  EXPECT_EQ(SavedLine(55), "256");
+  EXPECT_EQ(settings.DepthStep, 0.02F) << "the session goes on with the replacement";
 }
 
 TEST_F(StartUpPorts, ShowWhatIsCheckedInOrder) {

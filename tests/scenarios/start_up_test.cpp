@@ -146,7 +146,7 @@ TEST(TruckPortQuestion, NoAndCancelBothEndTheStart) {
   }
 }
 
-TEST(OutputPortQuestion, NoGoesOnWithTheOutputOffForThisRunOnly) {
+TEST(OutputPortQuestion, NoGoesOnWithTheOutputOffAndSavesThat) {
   Scenario scenario(With({{setting::kASCIIOutSerialPort, "11"},
                           {setting::kVideoOverlaySerialPort, "12"},
                           {setting::kLumenProbePresent, "1"}}));
@@ -161,7 +161,8 @@ TEST(OutputPortQuestion, NoGoesOnWithTheOutputOffForThisRunOnly) {
                 "rig test look\nend\n");
   EXPECT_EQ(ascii, 0);
   EXPECT_EQ(overlay, 0);
-  EXPECT_EQ(SettingLine(scenario, setting::kASCIIOutSerialPort), "11");
+  EXPECT_EQ(SettingLine(scenario, setting::kASCIIOutSerialPort), "0");
+  EXPECT_EQ(SettingLine(scenario, setting::kVideoOverlaySerialPort), "0");
 }
 
 TEST(OutputPortQuestion, YesTakesTheChosenPort) {
