@@ -49,17 +49,6 @@ void CloseFilterQuestion() {
   SetupDisplay.cmdDone.Enabled = true;
 }
 
-/// The first label of graphs 2 to 4 that shows `name` takes `other`.
-void RenameSelection(const std::string& name, const std::string& other) {
-  if (name.empty() || other.empty()) return;  // a channel without a file has no name to give
-  for (Label* label : {&SetupDisplay.lblGraph2Selection, &SetupDisplay.lblGraph3Selection,
-                       &SetupDisplay.lblGraph4Selection}) {
-    if (label->Caption != name) continue;
-    label->Caption = other;
-    return;
-  }
-}
-
 void Finish() {
   display.GraphCount = static_cast<std::int16_t>(1 + FilledSlots());
   try {
@@ -115,12 +104,14 @@ void SetupDisplay_cmdClearSelection_Click() {
 
 void SetupDisplay_cmdU1PPFilter_Click() {
   CloseFilterQuestion();
-  RenameSelection(channels.ChannelLabel(0, 3), channels.ChannelLabel(0, 4));
+  SetupDisplay.Filter = FilterPlace::Face;
+  SelectionRule();
 }
 
 void SetupDisplay_cmdU2PPFilter_Click() {
   CloseFilterQuestion();
-  RenameSelection(channels.ChannelLabel(0, 4), channels.ChannelLabel(0, 3));
+  SetupDisplay.Filter = FilterPlace::BehindTip;
+  SelectionRule();
 }
 
 void SetupDisplay_cmdDoNotRecordPP_Click() {

@@ -1,6 +1,7 @@
 #include "display/setup_display_lists.h"
 
 #include <array>
+#include <string>
 
 #include "core/channels.h"
 #include "core/settings.h"
@@ -69,6 +70,24 @@ void JoinPorePressures() {
   for (const int channel : {4, 5}) ReplaceInGraphSlots(channel, 3);
 }
 
+/// The first label of graphs 2 to 4 that shows `name` takes `other`.
+void RenameSelection(const std::string& name, const std::string& other) {
+  if (name.empty() || other.empty()) return;  // a channel without a file has no name to give
+  for (Label* label : {&SetupDisplay.lblGraph2Selection, &SetupDisplay.lblGraph3Selection,
+                       &SetupDisplay.lblGraph4Selection}) {
+    if (label->Caption != name) continue;
+    label->Caption = other;
+    return;
+  }
+}
+
+void NameByFilter() {
+  const std::string& third = channels.ChannelLabel(0, 3);
+  const std::string& fourth = channels.ChannelLabel(0, 4);
+  if (SetupDisplay.Filter == FilterPlace::Face) RenameSelection(third, fourth);
+  if (SetupDisplay.Filter == FilterPlace::BehindTip) RenameSelection(fourth, third);
+}
+
 }  // namespace
 
 void FillChannelLists() {
@@ -90,6 +109,7 @@ void SelectionRule() {
     const int channel = display.GraphChannel[i + 1];
     labels[i]->Caption = channel > 0 ? channels.ChannelLabel(0, channel) : "";
   }
+  NameByFilter();
   display.GraphCount = static_cast<std::int16_t>(FilledSlots());
 }
 

@@ -8,8 +8,9 @@ namespace penlog {
 /// A slot whose channel can't be graphed here gives it up.
 void FillChannelLists();
 
-/// The selection labels show the channels of the slots; `GraphCount` is the filled slots 2 to 4,
-/// without the first graph: so it stands until the screen is left by DONE.
+/// The selection labels show the channels of the slots, a single pore pressure as the answer about
+/// its filter names it; `GraphCount` is the filled slots 2 to 4, without the first graph: so it
+/// stands until the screen is left by DONE.
 void SelectionRule();
 
 /// Which graph boxes can be pressed.

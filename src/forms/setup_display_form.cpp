@@ -15,6 +15,7 @@ SetupDisplayForm::SetupDisplayForm() : Form("SetupDisplay", "DISPLAY SETUP") {
 
 void SetupDisplayForm::Released() {
   Clearing = false;
+  Filter = FilterPlace::NotSaid;
   NothingSelectedMessage.clear();
 }
 

@@ -8,6 +8,9 @@
 
 namespace penlog {
 
+/// What the operator said of a single pore pressure transducer's filter.
+enum class FilterPlace { NotSaid, Face, BehindTip };
+
 struct SetupDisplayForm : Form {
   SetupDisplayForm();
   void Released() override;
@@ -37,7 +40,8 @@ struct SetupDisplayForm : Form {
 
   /// Up while the program itself sets graph boxes: a box then doesn't act on the slots.
   bool Clearing = false;
-  std::string NothingSelectedMessage;  ///< set at the load
+  FilterPlace Filter = FilterPlace::NotSaid;  ///< names its channel in the selection
+  std::string NothingSelectedMessage;         ///< set at the load
 };
 
 inline SetupDisplayForm SetupDisplay;

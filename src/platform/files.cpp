@@ -44,6 +44,13 @@ bool IsSeparator(char c) {
   return c == '/' || (c == '\\' && TheDisk().Separator() == '\\');
 }
 
+/// Length of the root at the start of a path; 0 if it begins at none.
+std::size_t RootLength(std::string_view path) {
+  const bool has_drives = TheDisk().Separator() == '\\';
+  if (has_drives && path.size() >= 3 && IsRoot(path.substr(0, 3))) return 3;
+  return !path.empty() && IsSeparator(path.front()) ? 1 : 0;
+}
+
 }  // namespace
 
 Disk& TheDisk() {
@@ -95,6 +102,23 @@ std::string JoinPath(std::string_view folder, std::string_view name) {
 
 bool IsRoot(std::string_view path) {
   return path == "/" || (path.size() == 3 && path[1] == ':' && (path[2] == '\\' || path[2] == '/'));
+}
+
+std::string ResolvedPath(std::string_view folder, std::string_view path) {
+  const std::string whole = RootLength(path) > 0 ? std::string(path) : JoinPath(folder, path);
+  std::size_t at = RootLength(whole);
+  std::string resolved = whole.substr(0, at);
+  while (at < whole.size()) {
+    const std::size_t start = at;
+    while (at < whole.size() && !IsSeparator(whole[at])) ++at;
+    const std::string word = whole.substr(start, at++ - start);
+    if (word == "..") {
+      resolved = FolderOf(resolved);
+    } else if (!word.empty() && word != ".") {
+      resolved = JoinPath(resolved, word);
+    }
+  }
+  return resolved;
 }
 
 std::string FolderOf(std::string_view path) {

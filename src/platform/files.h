@@ -25,6 +25,9 @@ std::string JoinPath(std::string_view folder, std::string_view name);
 std::string FolderOf(std::string_view path);
 /// Whether the path is a root: "/" or "C:\".
 bool IsRoot(std::string_view path);
+/// A path that was typed, from its root on: one that begins at no root goes on from `folder`; ".",
+/// ".." and separators too many are taken out, as the words stand and without a look at the disk.
+std::string ResolvedPath(std::string_view folder, std::string_view path);
 /// `name`, or "name (2)", "name (3)" ... put before the extension: the first that is free.
 std::string FreeNameBeside(const std::string& path);
 

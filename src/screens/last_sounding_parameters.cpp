@@ -1,6 +1,7 @@
 #include "screens/last_sounding_parameters.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
@@ -8,6 +9,7 @@
 #include "display/display_state.h"
 #include "platform/files.h"
 #include "platform/numbers.h"
+#include "platform/texts.h"
 #include "platform/value_reader.h"
 #include "platform/value_writer.h"
 
@@ -31,17 +33,26 @@ void TakeRecordChoices(bool (*ticked)(int channel)) {
   }
 }
 
+constexpr std::int16_t kNoChoice = -1;
+
+/// The next choice, 0 to `largest`; `kNoChoice` for anything else: a comma in a text above shifts
+/// texts down to here.
+std::int16_t ReadChoice(ValueReader& reader, int largest) {
+  const double number = WholeNumberText(reader.ReadString()).value_or(kNoChoice);
+  const bool known = number >= 0 && number <= largest && number == std::floor(number);
+  return known ? static_cast<std::int16_t>(number) : kNoChoice;
+}
+
 void ReadChoices(ValueReader& reader) {
   for (int channel = 1; channel <= kChannels; ++channel) {
     if (!HasRecordChoice(channel)) continue;
-    const auto choice = reader.ReadInteger();
+    const auto choice = ReadChoice(reader, 1);
     auto& mode = channels.RecordMode(channel);
-    if (mode != 2 && (choice == 0 || choice == 1)) mode = choice;
+    if (mode != 2 && choice != kNoChoice) mode = choice;
   }
-  for (int g = 1; g <= 4; ++g) {
-    const auto channel = reader.ReadInteger();
-    const bool known = channel >= 0 && channel <= kChannels;
-    display.GraphChannel[static_cast<std::size_t>(g)] = known ? channel : std::int16_t{0};
+  for (std::size_t g = 1; g <= 4; ++g) {
+    const auto channel = ReadChoice(reader, kChannels);
+    display.GraphChannel[g] = channel != kNoChoice ? channel : std::int16_t{0};
   }
 }
 
@@ -80,7 +91,7 @@ void LoadLastSoundingParameters() {
         &session.HeaderNote, &session.FooterNote1, &session.FooterNote2}) {
     *field = reader.ReadString();
   }
-  if (cone_id == cone.ConeId) ReadChoices(reader);
+  if (cone_id == Trim(cone.ConeId)) ReadChoices(reader);  // read without blanks at its ends
 }
 
 void RemoveResisitivityFromGraphChannels() {

@@ -15,8 +15,9 @@ std::string LastSoundingParametersPath();
 void SaveLastSoundingParameters(bool (*ticked)(int channel));
 
 /// Reads the file into the global state; the record choices and graph slots only for the cone that
-/// is attached. Raises a `RuntimeFault` where the file ends early or holds what can't be read;
-/// what was read before it stands.
+/// is attached. A choice that is no number leaves the channel's mode as it is, a graph that is none
+/// is 0. Raises a `RuntimeFault` where the file ends early or can't be read; what was read before
+/// it stands.
 void LoadLastSoundingParameters();
 
 /// Takes channel 14 out of the graph slots; those behind it move forward.

@@ -6,6 +6,7 @@
 #include "core/message.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "core/settings_file.h"
 #include "display/display_state.h"
 #include "forms/create_new_directory_form.h"
 #include "forms/setup_sounding_form.h"
@@ -54,6 +55,7 @@ void ListFolder() {
   }
   folders.ListIndex = files.ListIndex = -1;
   folders.Text = setup_sounding.Directory;
+  files.Text.clear();  // of another folder
 }
 
 void ChooseDrive(const std::string& drive) {
@@ -184,8 +186,8 @@ std::string NextSoundingName(const std::string& name) {
   if (length <= 5) return kDefaultName;
   const std::string tail = Right(name, 5);
   if (tail.front() != '(' || tail.back() != ')') return name + "(001)";
-  int number = static_cast<int>(LeadingNumber(Mid(tail, 2, 3))) + 1;
-  if (number > 999) number = 0;
+  const double next = LeadingNumber(Mid(tail, 2, 3)) + 1;
+  const int number = next <= 999 ? ToInteger16(next) : 0;  // "9e9" is a number, too
   return Left(name, static_cast<int>(length) - 5) + "(" + Format(number, "000") + ")";
 }
 
@@ -235,27 +237,31 @@ void SetupSounding_Load() {
 }
 
 void SetupSounding_Drive1_Click() {
+  if (SetupSounding.Drive1.ListIndex < 0) return;
   session.LastDrive = SetupSounding.Drive1.Text;
   ChooseDirectory(RootOf(SetupSounding.Drive1.Text));
 }
 
 void SetupSounding_Dir1_Click() {
+  if (SetupSounding.Dir1.ListIndex < 0) return;  // then the text is the path
   const std::string entry = SetupSounding.Dir1.Text;
   const std::string& folder = setup_sounding.Directory;
   ChooseDirectory(entry == kParentFolder ? FolderOf(folder) : JoinPath(folder, entry));
 }
 
 void SetupSounding_Dir1_Change() {
-  const std::string path = SetupSounding.Dir1.Text;
-  if (!path.empty() && TheDisk().FolderExists(path)) {
+  const std::string typed = SetupSounding.Dir1.Text;
+  const std::string path = ResolvedPath(setup_sounding.Directory, typed);
+  if (!typed.empty() && TheDisk().FolderExists(path)) {
     ChooseDirectory(path);
     return;
   }
   SetupSounding.Dir1.Text = setup_sounding.Directory;
-  Tell("DIRECTORY NOT FOUND: " + path);
+  Tell("DIRECTORY NOT FOUND: " + typed);
 }
 
 void SetupSounding_File1_Click() {
+  if (SetupSounding.File1.ListIndex < 0) return;
   SetText(SetupSounding.txtFileName, SetupSounding.File1.Text);
 }
 
@@ -269,9 +275,13 @@ void SetupSounding_txtJobOrHole_Change() {
           SetupSounding.txtJobNumber.Text + SetupSounding.txtHoleNumber.Text);
 }
 
+/// The name that is shown stays, but for that of job and hole: counted up is the name of the last
+/// sounding, at the load.
 void SetupSounding_cmbFileNaming_Click() {
+  if (SetupSounding.cmbFileNaming.ListIndex < 0) return;
   settings.FileNaming = static_cast<std::int16_t>(SetupSounding.cmbFileNaming.ListIndex);
-  SetupSounding_txtJobOrHole_Change();
+  NameByJobAndHole();
+  SaveKQSettings();
 }
 
 /// The folder below which one is created stays chosen meanwhile.

@@ -19,12 +19,13 @@ void SetupSounding_Load();
 void SetupSounding_Drive1_Click();
 /// An entry was chosen: ".." or a folder below.
 void SetupSounding_Dir1_Click();
-/// A path was given.
+/// A path was given; one that begins at no root goes on from the chosen folder.
 void SetupSounding_Dir1_Change();
 void SetupSounding_File1_Click();
 void SetupSounding_txtFileName_Change();
 /// Job or hole number: with the naming by job and hole the file name follows.
 void SetupSounding_txtJobOrHole_Change();
+/// The choice is saved with the settings, for the soundings to come.
 void SetupSounding_cmbFileNaming_Click();
 /// CREATE NEW DIRECTORY.
 void SetupSounding_Command1_Click();

@@ -1,6 +1,7 @@
 // The display setup's lists, boxes and buttons; leaving it by DONE stands in a file of its own.
 #include "display/setup_display.h"
 
+#include "display/setup_display_lists.h"
 #include "display/setup_display_world.h"
 #include "screens/setup_sounding.h"
 
@@ -189,6 +190,17 @@ TEST_F(SetupDisplayTest, CombinedPorePressuresAreChosenAsChannel3) {
   }
 }
 
+TEST_F(SetupDisplayTest, CombinedPorePressuresStandAloneWithoutChannel3) {
+  Remove({3});
+  settings.CombinePPPlots = 1;
+  display.GraphChannel = {0, 1, 4, 5, 0};
+  Open();
+  EXPECT_FALSE(Graph(3).Checked);
+  EXPECT_TRUE(Graph(4).Checked);
+  EXPECT_TRUE(Graph(5).Checked);
+  EXPECT_EQ(display.GraphChannel, (Slots{0, 1, 4, 5, 0}));
+}
+
 TEST_F(SetupDisplayTest, CombinedBoxesThatAreNotRecordedStayDisabled) {
   settings.CombinePPPlots = 1;
   channels.RecordMode(5) = 0;
@@ -235,6 +247,21 @@ TEST_F(SetupDisplayTest, LimitRuleEnablesWhatASlotHolds) {
   Open();
   EXPECT_TRUE(Graph(25).Checked);
   EXPECT_TRUE(Graph(25).Enabled);
+}
+
+TEST_F(SetupDisplayTest, LimitRuleWithFourGraphsDisablesBoxes2To20) {
+  Open();
+  display.GraphChannel = {0, 1, 3, 20, 25};
+  display.GraphCount = 4;
+  for (const bool before : {true, false}) {
+    for (int channel = 1; channel <= 30; ++channel) Graph(channel).Enabled = before;
+    LimitRule();
+    for (int channel = 1; channel <= 30; ++channel) {
+      const bool held = channel == 3 || channel == 20 || channel == 25;
+      const bool disabled = channel >= 2 && channel <= 20;
+      EXPECT_EQ(Graph(channel).Enabled, held || (before && !disabled)) << channel;
+    }
+  }
 }
 
 TEST_F(SetupDisplayTest, GraphBoxesFillAndFreeTheSlots) {
@@ -336,6 +363,32 @@ TEST_F(SetupDisplayTest, U2FilterRenamesTheFirstSelectionThatShowsU1) {
   Open();
   Press(SetupDisplay.cmdU2PPFilter);
   EXPECT_EQ(Selections(), "U1,U2,U2,");
+}
+
+TEST_F(SetupDisplayTest, FilterNamesTheSelectionForAsLongAsTheScreenIsOpen) {
+  AskAboutFilter();
+  display.GraphChannel = {0, 1, 3, 0, 0};
+  Open();
+  Press(SetupDisplay.cmdU1PPFilter);
+  EXPECT_EQ(Selections(), "Qc,U1,,");
+  Tick(Graph(20));
+  EXPECT_EQ(Selections(), "Qc,U1,Rf,");
+  Tick(Graph(3), false);
+  EXPECT_EQ(Selections(), "Qc,Rf,,");
+  Tick(Graph(3));
+  EXPECT_EQ(Selections(), "Qc,Rf,U1,");
+  Unload(SetupDisplay);
+  Open();
+  EXPECT_EQ(Selections(), "Qc,Rf,U2,") << "asked again";
+}
+
+TEST_F(SetupDisplayTest, U2FilterNamesTheSelectionBehindALaterClick) {
+  AskAboutFilter();
+  channels.ChannelLabel(0, 2) = "U1";
+  Open();
+  Press(SetupDisplay.cmdU2PPFilter);
+  Tick(Graph(2));
+  EXPECT_EQ(Selections(), "Qc,U2,,");
 }
 
 TEST_F(SetupDisplayTest, FilterRenamesNothingWithoutAName) {

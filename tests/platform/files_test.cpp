@@ -154,6 +154,52 @@ TEST(Paths, RootsOfBothSystems) {
   for (const char* other : {"", "/a", "C:", "C:\\a"}) EXPECT_FALSE(IsRoot(other)) << other;
 }
 
+TEST(Paths, ResolvedBeginAtARoot) {
+  World world;
+  const struct {
+    const char* path;
+    const char* resolved;
+  } rows[] = {
+      {"/a/b", "/a/b"},
+      {"x", "/from/here/x"},
+      {".", "/from/here"},
+      {"..", "/from"},
+      {"/", "/"},
+      {"//", "/"},
+      {"/a/b/", "/a/b"},
+      {"//a///b//", "/a/b"},
+      {"/a/..", "/"},
+      {"/a/../../b/.", "/b"},
+      {"../x/", "/from/x"},
+      {"../../..", "/"},
+      {"", "/from/here"},
+      {"/.a/b..", "/.a/b.."},
+      {"C:/x", "/from/here/C:/x"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(ResolvedPath("/from/here", row.path), row.resolved) << row.path;
+  }
+}
+
+TEST(Paths, ResolvedBeginAtADriveWhereThereAreDrives) {
+  struct DiskOfDrives : MemoryDisk {
+    char Separator() const override { return '\\'; }
+  };
+  World world;
+  DiskOfDrives disk;
+  UseDisk(&disk);
+  const struct {
+    const char* path;
+    const char* resolved;
+  } rows[] = {{"D:\\", "D:\\"},
+              {"D:\\a\\.\\b\\", "D:\\a\\b"},
+              {"D:\\a\\..\\..\\b", "D:\\b"},
+              {"x\\y/z", "C:\\from\\x\\y\\z"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(ResolvedPath("C:\\from", row.path), row.resolved) << row.path;
+  }
+}
+
 TEST(Paths, AFreeNameStandsBeforeTheExtension) {
   World world;
   EXPECT_EQ(FreeNameBeside("/d/hole.cpt"), "/d/hole.cpt");

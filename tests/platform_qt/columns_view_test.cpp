@@ -1,6 +1,12 @@
-// The lists of the display setup: what is shown of them stands in columns of ten.
+// Lists close up over what is hidden: those of the display setup in columns of ten, the console's
+// values in rows.
 #include "platform/qt/columns_view.h"
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "forms/main_form.h"
 #include "forms/setup_display_form.h"
 #include "platform_qt/window_world.h"
 
@@ -44,6 +50,37 @@ TEST_F(Columns, OfTenTakeTheWholeWidth) {
   ShowBoxes(10, 0);
   const QWidget* area = world.Find(SetupDisplay.chkRecordChan(1)).parentWidget();
   EXPECT_EQ(Place(1).width(), area->width());
+}
+
+struct Values : testing::Test {
+  /// Shows the labels and values of these channels alone.
+  void ShowValues(const std::vector<int>& shown) {
+    Main.Load = nullptr;
+    for (int channel = 1; channel <= 30; ++channel) {
+      const bool visible = std::find(shown.begin(), shown.end(), channel) != shown.end();
+      Main.lblChanLabel(channel).Visible = Main.lblChanValue(channel).Visible = visible;
+    }
+    Show(Main);
+    world.Settle();
+  }
+  QRect Label(int channel) { return world.Find(Main.lblChanLabel(channel)).geometry(); }
+  QRect Value(int channel) { return world.Find(Main.lblChanValue(channel)).geometry(); }
+
+  WindowWorld world;
+};
+
+TEST_F(Values, OfThePresentChannelsTakeTheNextFreeRow) {
+  ShowValues({1, 2, 3, 4});
+  std::vector<QRect> rows;
+  for (const int channel : {1, 2, 3, 4}) rows.push_back(Label(channel));
+  const int channels_with_gaps[] = {2, 7, 14, 30};
+  ShowValues({std::begin(channels_with_gaps), std::end(channels_with_gaps)});
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    const int channel = channels_with_gaps[row];
+    EXPECT_EQ(Label(channel), rows[row]) << channel;
+    EXPECT_EQ(Value(channel).top(), rows[row].top()) << channel;
+  }
+  EXPECT_GT(rows[1].top(), rows[0].bottom());
 }
 
 }  // namespace

@@ -98,6 +98,24 @@ TEST_F(AcceptTest, RefusesANameThatIsTaken) {
   }
 }
 
+TEST_F(AcceptTest, OfTwoTakenNamesTheFirstOfItsOrderIsTold) {
+  const char* rows[][3] = {{".cpt", ".dis", "A sounding file"},
+                           {".cpt", ".sei", "A sounding file"},
+                           {".dis", ".sei", "A dissipation file"}};
+  for (const auto& [first, second, told] : rows) {
+    for (const char* extension : {first, second}) {
+      world.disk.Put(std::string("/soundings/today/SITE") + extension, "x");
+    }
+    boxes.texts.clear();
+    SetupSounding_Command2_Click();
+    ASSERT_EQ(boxes.texts.size(), 1u);
+    EXPECT_EQ(boxes.texts[0].rfind(told, 0), 0u) << first << second;
+    for (const char* extension : {first, second}) {
+      world.disk.Remove(std::string("/soundings/today/SITE") + extension);
+    }
+  }
+}
+
 TEST_F(AcceptTest, NameWithOnlyATimOrMp4FilePasses) {
   world.disk.Put("/soundings/today/SITE.tim", "x");
   world.disk.Put("/soundings/today/SITE.mp4", "x");
@@ -126,6 +144,14 @@ TEST_F(AcceptTest, WarnsOfAProtectedDirectoryBeforeItAsksForAName) {
   ASSERT_EQ(boxes.texts.size(), 2u);
   EXPECT_EQ(boxes.texts[0].rfind("WARNING: NON-ADMIN USERS", 0), 0u);
   EXPECT_EQ(boxes.texts[1], "Please enter a filename");
+}
+
+TEST_F(AcceptTest, RefusesAnInvalidCharacterBeforeItWarnsOfAProtectedDirectory) {
+  ChooseDirectory("/");
+  SetText(SetupSounding.txtFileName, "A?");
+  SetupSounding_Command2_Click();
+  EXPECT_EQ(boxes.texts, (std::vector<std::string>{"\"?\" is an invalid filename character."}));
+  EXPECT_TRUE(SetupSounding.Visible);
 }
 
 TEST_F(AcceptTest, RefusesADirectoryThatCannotBeWritten) {

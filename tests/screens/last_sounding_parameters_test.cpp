@@ -81,7 +81,7 @@ TEST_F(SetupSoundingTest, RecordModeTwoCannotBeSwitchedOffByTheFile) {
 }
 
 TEST_F(SetupSoundingTest, OtherRecordChoiceLeavesTheModeUnchanged) {
-  for (const char* choice : {" 2 ", " 3 ", " 7 ", "-1 "}) {
+  for (const char* choice : {" 2 ", " 3 ", " 7 ", "-1 ", "often", "0.5", "70000", ""}) {
     channels.RecordMode(2) = 3;
     channels.RecordMode(3) = 1;
     Load(Parameters("A", "DCS0123", choice, kGraph1Alone));
@@ -90,13 +90,37 @@ TEST_F(SetupSoundingTest, OtherRecordChoiceLeavesTheModeUnchanged) {
   }
 }
 
+TEST_F(SetupSoundingTest, BlanksAtTheEndsOfTheConesNameAreNoDifference) {
+  for (const char* id : {"DCS0123 ", " DCS0123", "DCS0123"}) {
+    cone.ConeId = id;
+    channels.RecordMode(3) = 0;
+    Load(Parameters("A", id, " 1 ", kGraph1Alone));
+    EXPECT_EQ(channels.RecordMode(3), 1) << "\"" << id << "\"";
+  }
+}
+
 TEST_F(SetupSoundingTest, CommaInAValueShiftsTheFieldsBehindIt) {
-  std::string file = Parameters("A", "DCS0123", " 1 ", kGraph1Alone);
+  settings.FileNaming = 1;
+  channels.RecordMode(1) = 3;
+  channels.RecordMode(2) = 0;
+  std::string file = Parameters("SITE(007)", "DCS0123", " 1 ", " 1 \r\n 3 \r\n 2 \r\n 0 \r\n");
   file.replace(file.find("Harbour"), 7, "Quay 3, east");
   Load(file);
   EXPECT_EQ(SetupSounding.txtLocation.Text, "Quay 3");
   EXPECT_EQ(SetupSounding.txtJobNumber.Text, "east");
   EXPECT_EQ(SetupSounding.txtHoleNumber.Text, "J1");
+  EXPECT_EQ(SetupSounding.txtFooter2.Text, "foot 1");
+  EXPECT_EQ(channels.RecordMode(1), 3) << "\"foot 2\" is no choice";
+  EXPECT_EQ(channels.RecordMode(2), 1);
+  EXPECT_EQ(display.GraphChannel, (std::array<std::int16_t, 5>{0, 1, 1, 3, 2}));
+  EXPECT_EQ(setup_sounding.Directory, "/soundings/today");
+  EXPECT_EQ(SetupSounding.txtFileName.Text, "SITE(008)");
+  EXPECT_TRUE(boxes.texts.empty());
+}
+
+TEST_F(SetupSoundingTest, GraphThatIsNoNumberIsNone) {
+  Load(Parameters("A", "DCS0123", " 1 ", " 1 \r\n tip \r\n 2.5 \r\n 3 \r\n"));
+  EXPECT_EQ(display.GraphChannel, (std::array<std::int16_t, 5>{0, 1, 0, 0, 3}));
 }
 
 TEST_F(SetupSoundingTest, FileNameWithACommaShiftsTheFieldsWhenReloaded) {
@@ -130,8 +154,7 @@ TEST_F(SetupSoundingTest, MissingDriveOrDirectoryFallsBackToARoot) {
 
 TEST_F(SetupSoundingTest, DamagedFileLoadsTheDefaultPlace) {
   for (const std::string& file :
-       {std::string("/soundings/today\r\n/\r\n"), Parameters("A", "DCS0123", "often", kGraph1Alone),
-        Parameters("A", "DCS0123", " 1 ", "")}) {
+       {std::string("/soundings/today\r\n/\r\n"), Parameters("A", "DCS0123", " 1 ", "")}) {
     Load(file);
     EXPECT_EQ(boxes.texts.back(),
               "An unkown error has occurred. Default drive and path values have been loaded.");

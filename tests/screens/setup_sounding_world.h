@@ -10,6 +10,7 @@
 #include "core/session.h"
 #include "core/settings.h"
 #include "display/display_state.h"
+#include "forms/operator_actions.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
 #include "screens/setup_sounding.h"
@@ -32,6 +33,10 @@ class SetupSoundingTest : public testing::Test {
     SetupSounding.txtFileName.Change = SetupSounding_txtFileName_Change;
     SetupSounding.txtJobNumber.Change = SetupSounding_txtJobOrHole_Change;
     SetupSounding.txtHoleNumber.Change = SetupSounding_txtJobOrHole_Change;
+    SetupSounding.Dir1.Click = SetupSounding_Dir1_Click;
+    SetupSounding.Dir1.Change = SetupSounding_Dir1_Change;
+    SetupSounding.File1.Click = SetupSounding_File1_Click;
+    SetupSounding.cmbFileNaming.Click = SetupSounding_cmbFileNaming_Click;
   }
 
   /// A parameter file with the name, the cone and one choice for all channels.
@@ -46,6 +51,26 @@ class SetupSoundingTest : public testing::Test {
   void Load(const std::string& file) {
     world.disk.Put(kParameters, file);
     SetupSounding_Load();
+  }
+
+  /// The operator chooses an entry of a list; -1: the key that chooses, with none marked.
+  static void Select(Control& list, int entry) {
+    OperatorAction action;
+    action.kind = ActionKind::Select;
+    action.form = &SetupSounding;
+    action.control = &list;
+    action.number = entry;
+    PostActionNow(action);
+    Yield();
+  }
+  static void Type(Control& box, const std::string& text) {
+    OperatorAction action;
+    action.kind = ActionKind::Type;
+    action.form = &SetupSounding;
+    action.control = &box;
+    action.text = text;
+    PostActionNow(action);
+    Yield();
   }
 
   ClearedWorld world;
