@@ -59,9 +59,9 @@ BoxAnswer AnswerOf(const std::string& word) {
   return BoxAnswer::Ok;
 }
 
-/// The entry that `#2` or a text names; -1 if there is none.
-int EntryOf(const Control& list, const std::string& word) {
-  if (word.size() > 1 && word[0] == '#') {
+/// The entry that `#2` or a text names; -1 if there is none. In quotes `#2` is a text.
+int EntryOf(const Control& list, const std::string& word, bool quoted) {
+  if (!quoted && word.size() > 1 && word[0] == '#') {
     const auto number = WholeNumberText(word.substr(1));
     const bool in_range = number && *number < static_cast<double>(list.List.size());
     return in_range ? static_cast<int>(*number) : -1;
@@ -284,7 +284,7 @@ bool Player::Asks(const ScriptAction& action, OperatorAction& act) {
     act.number = action.words.size() == 4 ? 1 : 0;
   }
   if (act.kind != ActionKind::Select) return true;
-  act.number = EntryOf(*act.control, action.words[1]);
+  act.number = EntryOf(*act.control, action.words[1], action.quoted[1]);
   if (act.number >= 0) return true;
   was_ = "no entry " + Quoted(action.words[1]);
   if (act.control->Name() != "Dir1") return false;

@@ -1,7 +1,6 @@
 #include "operator/run_hash.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "forms/form.h"
 #include "platform/event_queue.h"
@@ -38,6 +37,11 @@ void RunHash::AddNumber(std::int64_t number) {
   }
 }
 
+void RunHash::AddTexts(const std::vector<std::string>& texts) {
+  AddNumber(static_cast<std::int64_t>(texts.size()));
+  for (const std::string& text : texts) Add(text);
+}
+
 void RunHash::AddControls() {
   // By name: the order of construction may differ between builds.
   std::vector<const Form*> forms(AllForms().begin(), AllForms().end());
@@ -45,10 +49,13 @@ void RunHash::AddControls() {
             [](const Form* a, const Form* b) { return a->Name() < b->Name(); });
   for (const Form* form : forms) {
     Add(form->Name());
+    Add(form->Caption);
     for (const Control* control : form->Controls()) {
       Add(control->Name());
       Add(control->Caption);
       Add(control->Text);
+      AddTexts(control->List);
+      AddTexts(control->Beside);
       AddNumber((control->Visible ? 1 : 0) + (control->Enabled ? 2 : 0) +
                 (control->Checked ? 4 : 0) + (control->Fill == FillStyle::Solid ? 8 : 0));
     }

@@ -2,13 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace penlog {
 
 class MemoryDisk;
 
-/// FNV-1a, 64 bits, over the times and contents of all events, the texts of all controls and all
+/// FNV-1a, 64 bits, over the times and contents of all events, the texts of all screens and all
 /// files.
 class RunHash {
  public:
@@ -18,7 +20,7 @@ class RunHash {
   RunHash(const RunHash&) = delete;
   RunHash& operator=(const RunHash&) = delete;
 
-  /// Takes in every text of every control, screens by name.
+  /// Takes in every text of every screen and of its controls, lists with them, screens by name.
   void AddControls();
   /// Takes in every file with its path.
   void AddFiles(const MemoryDisk& disk);
@@ -28,6 +30,7 @@ class RunHash {
  private:
   void Add(std::string_view bytes);
   void AddNumber(std::int64_t number);
+  void AddTexts(const std::vector<std::string>& texts);
 
   std::uint64_t value_ = 14695981039346656037ULL;
   std::int64_t events_ = 0;

@@ -52,16 +52,18 @@ bool TakeQuoted(std::string_view line, std::size_t& at, std::string& text) {
   return false;
 }
 
+/// `#2` names a list entry where `select` has its entry; anywhere else `#` begins a comment.
+bool IsEntryNumber(std::string_view text, const std::vector<Word>& before) {
+  const bool is_entry = before.size() == 2 && before[0].text == "select";
+  return is_entry && text.size() > 1 && text[1] >= '0' && text[1] <= '9';
+}
+
 bool SplitWords(std::string_view line, std::vector<Word>& words) {
   std::size_t at = 0;
   while (true) {
     while (at < line.size() && IsBlank(line[at])) ++at;
-    if (at >= line.size() || line[at] == '#') {
-      // `#2` names a list entry; a comment's sign stands alone or before a letter.
-      const bool entry = at + 1 < line.size() && line[at] == '#' && line[at + 1] >= '0' &&
-                         line[at + 1] <= '9' && !words.empty();
-      if (!entry) return true;
-    }
+    if (at >= line.size()) return true;
+    if (line[at] == '#' && !IsEntryNumber(line.substr(at), words)) return true;
     Word word;
     if (line[at] == '"') {
       word.quoted = true;

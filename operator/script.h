@@ -1,10 +1,11 @@
 // Operator scripts: one action a line, words separated by blanks, texts with blanks in double
-// quotes ("" for a quote), `#` starts a comment.
+// quotes ("" for a quote), `#` at the beginning of a word starts a comment.
 //
 //   screen  NAME [seconds]                  wait until that screen is visible (10 s)
 //   click / press / release  SCREEN.CONTROL
 //   type    SCREEN.CONTROL TEXT             replace the content of a text field
-//   select  SCREEN.CONTROL TEXT             list entry by text, `#2` by number; on Dir1 a path
+//   select  SCREEN.CONTROL TEXT             list entry by text, `#2` by number (in
+//                                           quotes a text); on Dir1 a path
 //   check / uncheck / menu   SCREEN.CONTROL
 //   point   SCREEN.CONTROL X Y [click]      pointer over a picture, fractions 0..1
 //   answer  ok|cancel|yes|no "TEXT"         the box now or next (30 s) must begin with TEXT

@@ -1,10 +1,13 @@
 #include "operator/virtual_session.h"
 
+#include <utility>
+
 #include "app/console.h"
 #include "core/reset_state.h"
 #include "forms/operator_actions.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
+#include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "rig/virtual_attach.h"
 
@@ -52,7 +55,21 @@ void VirtualSession::CompleteHands(PlayerHands& hands) {
   if (!hands.shot) {
     hands.shot = [](const std::string&, const std::string&) { return std::string(); };
   }
-  if (!hands.kill) hands.kill = [] { RequestEnd(); };
+  if (!hands.kill) hands.kill = [this] { Kill(); };
+}
+
+/// A process that is gone writes nothing: what the console does on its way out finds no disk.
+void VirtualSession::Kill() {
+  RequestEnd();
+  if (std::exchange(killed_, true)) return;
+  before_kill_ = std::exchange(disk.before, [](std::string_view work, const std::string& path) {
+    // Handles close in destructors, which must not throw; that writes nothing.
+    if (work != "close") throw RuntimeFault(path + ": the process was killed");
+  });
+}
+
+void VirtualSession::Bury() {
+  if (std::exchange(killed_, false)) disk.before = std::exchange(before_kill_, nullptr);
 }
 
 SessionResult VirtualSession::Play(const Script& script, PlayerHands hands,
@@ -61,12 +78,15 @@ SessionResult VirtualSession::Play(const Script& script, PlayerHands hands,
   Player player(script, std::move(hands));
   player.Start();
   std::size_t started = 0;
+  bool first = true;
   do {
     started = host.started.size();
     ForgetEnd();
     ResetBoxes();
     ResetState();
+    if (std::exchange(first, false)) CountStampsFromHere();
     RunConsole(at_end);
+    Bury();
   } while (host.started.size() > started && host.started.back() == "itself");
   SessionResult result;
   result.exit_code = player.Close();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "operator/player.h"
 #include "platform/host.h"
@@ -38,7 +39,8 @@ class VirtualSession {
   /// Starts the console and plays the script on it until the program ends. A further call is a
   /// further start of the program on the same disk and rig; so is the console's own start anew,
   /// with which the script goes on. Missing hands are the session's own: its rig, a kill that ends
-  /// the run, and pictures that are left out. `at_end` runs before the screens are unloaded.
+  /// the run and lets nothing more reach the disk, and pictures that are left out. `at_end` runs
+  /// before the screens are unloaded.
   SessionResult Play(const Script& script, PlayerHands hands = {},
                      const std::function<void()>& at_end = {});
 
@@ -53,6 +55,12 @@ class VirtualSession {
 
  private:
   void CompleteHands(PlayerHands& hands);
+  void Kill();
+  /// The end of a killed process is over: the disk works again for the next one.
+  void Bury();
+
+  bool killed_ = false;
+  std::function<void(std::string_view, const std::string&)> before_kill_;  // the disk's own
 };
 
 /// Copies every file of the memory disk below a folder of the disk in use.

@@ -43,6 +43,12 @@ std::size_t ColumnPlace(std::string_view cell, const std::string& name, std::siz
   return static_cast<std::size_t>(number) - 1;
 }
 
+int QuantityIn(std::string_view cell, const std::string& name, std::size_t line) {
+  const double number = CellNumber(cell, name, line);
+  if (number < 0.0 || number > 1000.0) BadFile(name, line, "no such quantity");
+  return static_cast<int>(number);
+}
+
 void TakeColumnInfo(GefHeader& header, const Lines& values, const std::string& name,
                     std::size_t line) {
   if (values.size() < 4) BadFile(name, line, "COLUMNINFO needs four values");
@@ -50,7 +56,7 @@ void TakeColumnInfo(GefHeader& header, const Lines& values, const std::string& n
   column.place = ColumnPlace(values[0], name, line);
   column.unit_text = std::string(values[1]);
   // A name may hold commas; the quantity is the last value.
-  const int quantity = static_cast<int>(CellNumber(values.back(), name, line));
+  const int quantity = QuantityIn(values.back(), name, line);
   const bool length = quantity == kLength || quantity == kDepth;
   column.unit = UnitSize(values[1], length ? Measure::Length : Measure::Pressure);
   header.columns.emplace(quantity, column);

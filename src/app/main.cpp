@@ -10,6 +10,7 @@
 #include "core/data_directory.h"
 #include "core/languages.h"
 #include "core/session.h"
+#include "forms/operator_actions.h"
 #include "platform/boxes.h"
 #include "platform/qt/mirror.h"
 #include "platform/qt/real_machine.h"
@@ -60,6 +61,7 @@ int main(int argc, char** argv) {
   penlog::WindowMirror mirror;
   penlog::UseView(&mirror);
   penlog::UseTranslation(penlog::Translate);
+  penlog::CountStampsFromHere();
   penlog::RunConsole();
   penlog::UseView(nullptr);
   return 0;

@@ -1,6 +1,7 @@
 #include "app/real_session.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "app/console.h"
 #include "core/data_directory.h"
@@ -140,11 +141,13 @@ int RealSession::Play(const Script& script, PlayerHands hands, std::string& repo
   CompleteHands(hands);
   Player player(script, std::move(hands));
   player.Start();
+  bool first = true;
   do {
     host_.started_anew = false;
     ForgetEnd();
     ResetBoxes();
     ResetState();
+    if (std::exchange(first, false)) CountStampsFromHere();
     RunConsole();
   } while (host_.started_anew);
   const int code = player.Close();

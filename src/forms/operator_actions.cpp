@@ -1,32 +1,41 @@
 #include "forms/operator_actions.h"
 
 #include <algorithm>
+#include <charconv>
 #include <deque>
+#include <map>
 #include <set>
+#include <string_view>
 #include <utility>
 
 #include "platform/boxes.h"
 #include "platform/clock.h"
+#include "platform/numbers.h"
 #include "platform/yield.h"
 
 namespace penlog {
 
 namespace {
 
-/// Takes the actions in the order of their posting; the event holds only that there is one.
+/// Takes the actions. An event holds the whole of one, so that one from a journal is served too.
 class ActionTarget : public EventTarget {
  public:
   ActionTarget() : EventTarget("operator") {}
-  void Post(OperatorAction action);
+  void Post(const OperatorAction& action);
   void Handle(const Event& event) override;
   void Reset();
   bool Waits(const Control& control) const;
+  /// The counts of a control, or of a screen alone, where the stamps in events begin.
+  ActionStamp Origin(const void* of) const;
+  void TakeOrigins();
 
   std::function<void(const OperatorAction&, bool)> listener;
 
  private:
-  std::deque<OperatorAction> waiting_;
-  std::set<Control*> pressed_;  // buttons whose press was served and whose release is owed
+  std::deque<const Control*> waiting_;  // in the order of posting
+  std::set<Control*> pressed_;          // buttons whose press was served and whose release is owed
+  std::map<const void*, ActionStamp> origins_;
+  void NoLongerWaits(const Control* control);
   void Serve(const OperatorAction& action);
   bool OwesRelease(const OperatorAction& action) const;
 };
@@ -71,25 +80,39 @@ void ServeCheck(Control& control, bool checked) {
 
 }  // namespace
 
-void ActionTarget::Post(OperatorAction action) {
-  Event event;
-  event.kind = EventKind::OperatorAction;
-  event.target = this;
-  event.number = static_cast<std::int64_t>(action.kind);
-  event.text = action.form->Name() + (action.control ? "." + action.control->Name() : "");
-  if (!action.text.empty()) event.text += " " + action.text;
-  waiting_.push_back(std::move(action));
-  TheQueue().Post(Now(), std::move(event));
+void ActionTarget::Post(const OperatorAction& action) {
+  if (action.control != nullptr) waiting_.push_back(action.control);
+  TheQueue().Post(Now(), EventOfAction(action));
+}
+
+ActionStamp ActionTarget::Origin(const void* of) const {
+  const auto found = origins_.find(of);
+  return found == origins_.end() ? ActionStamp{} : found->second;
+}
+
+void ActionTarget::TakeOrigins() {
+  origins_.clear();
+  for (const Form* form : AllForms()) {
+    origins_[form] = StampOf(*form, nullptr);
+    for (const Control* control : form->Controls()) origins_[control] = StampOf(*form, control);
+  }
 }
 
 bool ActionTarget::OwesRelease(const OperatorAction& action) const {
   return action.kind == ActionKind::Release && pressed_.count(action.control) > 0;
 }
 
-void ActionTarget::Handle(const Event&) {
-  if (waiting_.empty()) return;
-  const OperatorAction action = std::move(waiting_.front());
-  waiting_.pop_front();
+/// Turns come in the order of posting: what was posted before has been dropped from the queue.
+void ActionTarget::NoLongerWaits(const Control* control) {
+  const auto found = std::find(waiting_.begin(), waiting_.end(), control);
+  if (found != waiting_.end()) waiting_.erase(waiting_.begin(), found + 1);
+}
+
+void ActionTarget::Handle(const Event& event) {
+  const auto read = ActionFromEvent(event);
+  if (!read) return;
+  const OperatorAction& action = *read;
+  NoLongerWaits(action.control);
   // A release must reach a button that took the press: the override may never stay on.
   const bool served = OwesRelease(action) || WhyRefused(action).empty();
   if (listener) listener(action, served);
@@ -131,8 +154,7 @@ void ActionTarget::Serve(const OperatorAction& action) {
 }
 
 bool ActionTarget::Waits(const Control& control) const {
-  return std::any_of(waiting_.begin(), waiting_.end(),
-                     [&](const OperatorAction& action) { return action.control == &control; });
+  return std::find(waiting_.begin(), waiting_.end(), &control) != waiting_.end();
 }
 
 void ActionTarget::Reset() {
@@ -140,6 +162,7 @@ void ActionTarget::Reset() {
   pressed_.clear();
   listener = nullptr;
   TheQueue().Drop(this);
+  TakeOrigins();
 }
 
 ActionStamp StampOf(const Form& form, const Control* control) {
@@ -151,12 +174,92 @@ ActionStamp StampOf(const Form& form, const Control* control) {
 }
 
 void PostAction(OperatorAction action) {
-  Actions().Post(std::move(action));
+  Actions().Post(action);
 }
 
 void PostActionNow(OperatorAction action) {
   action.stamp = StampOf(*action.form, action.control);
-  PostAction(std::move(action));
+  Actions().Post(action);
+}
+
+void CountStampsFromHere() {
+  Actions().TakeOrigins();
+}
+
+namespace {
+
+/// What the counts of the action's stamp begin with.
+ActionStamp OriginOf(const OperatorAction& action) {
+  if (action.control != nullptr) return Actions().Origin(action.control);
+  return Actions().Origin(action.form);
+}
+
+/// Takes the word up to the next blank off the front.
+std::string_view TakeWord(std::string_view& text) {
+  const std::string_view word = text.substr(0, text.find(' '));
+  text.remove_prefix(std::min(word.size() + 1, text.size()));
+  return word;
+}
+
+bool TakeCount(std::string_view& text, std::uint32_t& count) {
+  const std::string_view word = TakeWord(text);
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
+  return error == std::errc{} && end == word.data() + word.size();
+}
+
+bool TakeFraction(std::string_view& text, double& fraction) {
+  const auto number = WholeNumberText(TakeWord(text));
+  fraction = number.value_or(0);
+  return number.has_value();
+}
+
+/// Takes "SCREEN.CONTROL", or the screen alone for its window.
+bool TakeControl(std::string_view& text, OperatorAction& action) {
+  const std::string name(TakeWord(text));
+  const auto dot = name.find('.');
+  action.form = FindForm(name.substr(0, dot));
+  if (action.form == nullptr) return false;
+  if (action.kind == ActionKind::Close) return dot == std::string::npos;
+  if (dot != std::string::npos) action.control = action.form->Find(name.substr(dot + 1));
+  return action.control != nullptr;
+}
+
+}  // namespace
+
+Event EventOfAction(const OperatorAction& action) {
+  const ActionStamp origin = OriginOf(action);
+  Event event;
+  event.kind = EventKind::OperatorAction;
+  event.target = &Actions();
+  event.number = static_cast<std::int64_t>(action.kind);
+  event.lines = static_cast<std::uint32_t>(action.number);
+  event.text = action.form->Name() + (action.control ? "." + action.control->Name() : "");
+  // The differences wrap: an origin that has passed by is no fault.
+  for (const std::uint32_t count :
+       {action.stamp.generation - origin.generation, action.stamp.falls - origin.falls}) {
+    event.text += " " + std::to_string(count);
+  }
+  event.text += " " + PlainNumber(action.x) + " " + PlainNumber(action.y) + " " + action.text;
+  return event;
+}
+
+std::optional<OperatorAction> ActionFromEvent(const Event& event) {
+  constexpr auto kLastKind = static_cast<std::int64_t>(ActionKind::Close);
+  if (event.kind != EventKind::OperatorAction) return std::nullopt;
+  if (event.number < 0 || event.number > kLastKind) return std::nullopt;
+  OperatorAction action;
+  action.kind = static_cast<ActionKind>(event.number);
+  action.number = static_cast<int>(event.lines);
+  std::string_view text = event.text;
+  const bool read = TakeControl(text, action) && TakeCount(text, action.stamp.generation) &&
+                    TakeCount(text, action.stamp.falls) && TakeFraction(text, action.x) &&
+                    TakeFraction(text, action.y);
+  if (!read) return std::nullopt;
+  action.text = text;
+  const ActionStamp origin = OriginOf(action);
+  action.stamp.generation += origin.generation;
+  action.stamp.falls += origin.falls;
+  return action;
 }
 
 namespace {

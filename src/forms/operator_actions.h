@@ -3,9 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "forms/form.h"
+#include "platform/event_queue.h"
 
 namespace penlog {
 
@@ -46,6 +48,17 @@ void PostAction(OperatorAction action);
 /// The same with the stamp of this moment.
 void PostActionNow(OperatorAction action);
 
+/// The whole action as an event of the queue. Its text is
+/// "SCREEN.CONTROL GENERATION FALLS X Y TEXT", a screen alone for `Close`; `number` is the kind and
+/// `lines` the action's number.
+Event EventOfAction(const OperatorAction& action);
+/// The action that an event of a journal holds, to be served as it was; none if it holds none, or
+/// for a screen or a control that isn't there.
+std::optional<OperatorAction> ActionFromEvent(const Event& event);
+/// The program starts: the stamps in events are counted from here, so that the events of a run are
+/// the same in a process that has seen other runs before. Comes when no action is under way.
+void CountStampsFromHere();
+
 /// Why the action can't be served now, for the player's report; empty if it can: its screen is
 /// visible and loaded, its control visible and enabled since the stamp, and no box, dialog or modal
 /// screen lies above.
@@ -58,7 +71,7 @@ bool ActionWaits(const Control& control);
 /// Called as each action's turn comes, with whether it is served; for the player and for tests.
 /// Before its handler runs: a handler may not return before the program ends.
 void OnActionServed(std::function<void(const OperatorAction&, bool served)> listener);
-/// Drops actions under way; for tests.
+/// Drops actions under way, and counts the stamps from here; for tests and sessions.
 void ResetActions();
 
 }  // namespace penlog

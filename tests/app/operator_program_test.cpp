@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -180,6 +182,73 @@ TEST_F(OperatorProgram, KillEndsAtOnceAndLeavesWhatWasWritten) {
   EXPECT_TRUE(std::filesystem::exists(folder / "disk/allusers/PENLOG(KQ)/System Setup Values.txt"));
   EXPECT_EQ(Run({script, "--out", folder / "real"}).exit_code, 0);
   EXPECT_TRUE(std::filesystem::exists(folder / "real/PENLOG(KQ)/System Setup Values.txt"));
+}
+
+/// What a start without a display plays.
+struct Demo : OperatorProgram {
+  static std::string ScriptFile(const std::string& name) {
+    return std::string(PENLOG_SOURCE_DIR) + "/operator/scripts/" + name;
+  }
+  static std::vector<std::string> LinesOf(const std::filesystem::path& path) {
+    std::vector<std::string> lines;
+    std::ifstream in(path, std::ios::binary);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+  }
+  /// A picture for each `shot` of the script, and one that shows something.
+  void ExpectShots(const std::string& script) const {
+    int count = 0;
+    for (const std::string& line : LinesOf(ScriptFile(script))) {
+      std::istringstream words(line);
+      std::string verb;
+      std::string file;
+      if (!(words >> verb >> file) || verb != "shot") continue;
+      ++count;
+      const auto path = std::filesystem::path(shots) / file;
+      ASSERT_TRUE(std::filesystem::exists(path)) << script << ": " << line;
+      EXPECT_GT(std::filesystem::file_size(path), 2000u) << script << ": " << line;
+    }
+    EXPECT_GT(count, 0) << script << " takes pictures";
+  }
+  const std::string shots = folder / "shots";
+};
+
+TEST_F(Demo, RecordsASoundingAndTakesItsPictures) {
+  const std::string out = folder / "out";
+  const Outcome outcome =
+      Run({ScriptFile("demo.txt"), "--virtual", "--out", out, "--shots", shots});
+  ASSERT_EQ(outcome.exit_code, 0) << outcome.printed;
+  std::vector<std::filesystem::path> soundings;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(out)) {
+    if (entry.path().extension() == ".cpt") soundings.push_back(entry.path());
+  }
+  ASSERT_EQ(soundings.size(), 1u);
+  constexpr std::size_t kHeader = 23;
+  EXPECT_GE(LinesOf(soundings[0]).size(), kHeader + 240);
+  EXPECT_EQ(LinesOf(std::filesystem::path(out) / "allusers/PENLOG(KQ)/TemporaryData.txt"),
+            std::vector<std::string>{"DONE\r"});
+  ExpectShots("demo.txt");
+}
+
+TEST_F(Demo, ShowsTheScreensOfMissingOutputPorts) {
+  const std::string source = std::string(PENLOG_SOURCE_DIR) + "/data";
+  const std::string settings = folder / "settings";
+  std::filesystem::copy(source, settings);
+  const std::string name = "/System Setup Values.txt";
+  std::ofstream changed(settings + name, std::ios::binary);
+  // The lumen probe, and the ports of cone, truck interface, ASCII out and video overlay.
+  const std::map<int, std::string> values = {
+      {22, "1"}, {41, "3"}, {42, "4"}, {55, "21"}, {56, "22"}};
+  int number = 0;
+  for (const std::string& line : LinesOf(source + name)) {
+    const auto value = values.find(++number);
+    changed << (value == values.end() ? line : value->second + "\r") << "\n";
+  }
+  changed.close();
+  const Outcome outcome =
+      Run({ScriptFile("output_ports.txt"), "--virtual", "--data", settings, "--shots", shots});
+  ASSERT_EQ(outcome.exit_code, 0) << outcome.printed;
+  ExpectShots("output_ports.txt");
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -349,6 +351,202 @@ TEST_F(Actions, APointerOverAPictureBringsFractionsAndItsClick) {
   PostAction(action);
   Yield();
   EXPECT_EQ(points, (std::vector<std::pair<double, bool>>{{0.25, false}, {0.25, true}}));
+}
+
+/// With what a journal would hold: the events in the order of their turns.
+struct Journal : Actions {
+  Journal() {
+    TheQueue().on_taken = [this](Micros, const Event& event) {
+      if (event.kind == EventKind::OperatorAction) taken.push_back(event);
+    };
+  }
+  ~Journal() override { TheQueue().on_taken = nullptr; }
+
+  void Post(Control& control, ActionKind kind, int number = 0, const std::string& text = {}) {
+    OperatorAction action = On(control, kind);
+    action.number = number;
+    action.text = text;
+    PostAction(action);
+  }
+  /// The screen as at the start of a program.
+  void Begin() {
+    Unload(form);
+    Show(form);
+    CountStampsFromHere();
+    events.clear();
+    served.clear();
+    taken.clear();
+  }
+
+  std::vector<Event> taken;
+};
+
+TEST_F(Journal, HoldsTheWholeActionOfEachKind) {
+  form.cmdGo.Enabled = false;
+  form.cmdGo.Enabled = true;
+  CountStampsFromHere();
+  Unload(form);
+  Show(form);
+  form.frmOuter.Visible = false;
+  form.frmOuter.Visible = true;
+  using Kind = ActionKind;
+  const std::vector<OperatorAction> rows = {
+      {Kind::Click, &form, &form.cmdInside, "", 0, 0, 0, {}},
+      {Kind::Press, &form, &form.cmdGo, "", 0, 0, 0, {}},
+      {Kind::Release, &form, &form.cmdGo, "", 0, 0, 0, {}},
+      {Kind::Type, &form, &form.txtName, " two  words # \"x\"\n", 0, 0, 0, {}},
+      {Kind::Type, &form, &form.txtName, "", 0, 0, 0, {}},
+      {Kind::Select, &form, &form.cmbList, "", 1, 0, 0, {}},
+      {Kind::Select, &form, &form.cmbList, "", -1, 0, 0, {}},
+      {Kind::Check, &form, &form.chkIt, "", 1, 0, 0, {}},
+      {Kind::Check, &form, &form.chkIt, "", 0, 0, 0, {}},
+      {Kind::Point, &form, &form.picView, "", 0, 0.1, 1.0 / 3.0, {}},
+      {Kind::Point, &form, &form.picView, "", 1, 1e-17, 1, {}},
+      {Kind::Close, &form, nullptr, "", 0, 0, 0, {}},
+  };
+  std::set<Kind> kinds;
+  for (OperatorAction row : rows) {
+    SCOPED_TRACE(static_cast<int>(row.kind));
+    kinds.insert(row.kind);
+    row.stamp = StampOf(form, row.control);
+    taken.clear();
+    PostAction(row);
+    Yield();
+    ASSERT_EQ(taken.size(), 1u);
+    const auto action = ActionFromEvent(taken[0]);
+    ASSERT_TRUE(action.has_value()) << taken[0].text;
+    EXPECT_EQ(action->kind, row.kind);
+    EXPECT_EQ(action->form, row.form);
+    EXPECT_EQ(action->control, row.control);
+    EXPECT_EQ(action->text, row.text);
+    EXPECT_EQ(action->number, row.number);
+    EXPECT_EQ(action->x, row.x);
+    EXPECT_EQ(action->y, row.y);
+    EXPECT_EQ(action->stamp, row.stamp);
+  }
+  EXPECT_EQ(kinds.size(), static_cast<std::size_t>(Kind::Close) + 1);
+}
+
+TEST_F(Journal, PlayedBackGivesTheSameResult) {
+  form.cmdGo.Click = [this] {
+    events.push_back("once");
+    form.cmdGo.Enabled = false;
+    form.cmdGo.Enabled = true;
+  };
+  form.txtName.Change = [this] { events.push_back(form.txtName.Text); };
+  form.cmbList.Click = [this] { events.push_back(form.cmbList.Text); };
+  form.chkIt.Click = [this] { events.push_back(form.chkIt.Checked ? "on" : "off"); };
+  Begin();
+  Click(form.cmdGo);
+  Click(form.cmdGo);  // stale when its turn comes
+  Post(form.txtName, ActionKind::Type, 0, "a b");
+  Post(form.cmbList, ActionKind::Select, 1);
+  Post(form.cmbList, ActionKind::Select, 0);
+  Post(form.chkIt, ActionKind::Check, 1);
+  Press(form.cmdStop);
+  Release(form.cmdStop);
+  Yield();
+  Click(form.cmdGo);
+  Yield();
+  const Events events_then = events;
+  const auto served_then = served;
+  const auto taken_then = taken;
+  EXPECT_EQ(events_then,
+            (Events{"once", "a b", "two", "one", "on", "cmdStop down", "cmdStop up", "once"}));
+
+  Begin();
+  for (const Event& event : taken_then) TheQueue().Post(Now(), event);
+  Yield();
+  EXPECT_EQ(events, events_then);
+  EXPECT_EQ(served, served_then);
+}
+
+TEST_F(Journal, OfARepeatedRunIsTheSameInOneProcess) {
+  std::vector<std::string> texts[2];
+  for (auto& run : texts) {
+    Begin();
+    form.cmdGo.Enabled = false;
+    form.cmdGo.Enabled = true;
+    Click(form.cmdGo);
+    Post(form.cmbList, ActionKind::Select, 1);
+    Yield();
+    for (const Event& event : taken) run.push_back(event.text);
+  }
+  EXPECT_EQ(texts[0], (std::vector<std::string>{"Trial.cmdGo 0 1 0 0 ", "Trial.cmbList 0 0 0 0 "}));
+  EXPECT_EQ(texts[1], texts[0]);
+}
+
+TEST_F(Journal, EventThatHoldsNoActionIsPassedOver) {
+  const auto click = static_cast<std::int64_t>(ActionKind::Click);
+  const auto close = static_cast<std::int64_t>(ActionKind::Close);
+  const struct {
+    std::int64_t kind;
+    const char* text;
+  } rows[] = {
+      {click, ""},
+      {click, "Trial.cmdGo"},
+      {click, "Trial.cmdGo 0 0 0"},
+      {click, "Trial 0 0 0 0 "},
+      {click, "Nowhere.cmdGo 0 0 0 0 "},
+      {click, "Trial.cmdNone 0 0 0 0 "},
+      {click, "Trial.cmdGo x 0 0 0 "},
+      {click, "Trial.cmdGo 0 -1 0 0 "},
+      {click, "Trial.cmdGo 0 4294967296 0 0 "},
+      {click, "Trial.cmdGo 0 0 0 y "},
+      {click, "Trial.cmdGo  0 0 0 0 "},
+      {close, "Trial.cmdGo 0 0 0 0 "},
+      {close, "Nowhere 0 0 0 0 "},
+      {-1, "Trial.cmdGo 0 0 0 0 "},
+      {close + 1, "Trial.cmdGo 0 0 0 0 "},
+  };
+  Event event = EventOfAction(On(form.cmdGo));
+  ASSERT_TRUE(ActionFromEvent(event).has_value()) << event.text;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    event.number = row.kind;
+    event.text = row.text;
+    EXPECT_FALSE(ActionFromEvent(event).has_value());
+    TheQueue().Post(Now(), event);
+    Yield();
+  }
+  EXPECT_TRUE(served.empty());
+  event = EventOfAction(On(form.cmdGo));
+  event.kind = EventKind::Answer;
+  EXPECT_FALSE(ActionFromEvent(event).has_value());
+}
+
+TEST_F(Journal, ActionOnAScreenThatIsGoneIsPassedOver) {
+  {
+    TrialForm passing("Passing");
+    Show(passing);
+    Click(passing.cmdGo);
+  }
+  Yield();
+  EXPECT_EQ(taken.size(), 1u);
+  EXPECT_TRUE(served.empty());
+}
+
+TEST(Names, LeadToEachControlOfEachScreen) {
+  ASSERT_GE(AllForms().size(), 11u);
+  for (const Form* screen : AllForms()) {
+    EXPECT_EQ(FindForm(screen->Name()), screen);
+    EXPECT_EQ(screen->Name().find_first_of(" ."), std::string::npos) << screen->Name();
+    for (const Control* control : screen->Controls()) {
+      EXPECT_EQ(screen->Find(control->Name()), control) << screen->Name() << control->Name();
+      EXPECT_EQ(control->Name().find(' '), std::string::npos) << control->Name();
+    }
+  }
+}
+
+TEST_F(Actions, WaitsUntilItsTurnOrUntilItWasDropped) {
+  Click(form.chkIt);
+  EXPECT_TRUE(ActionWaits(form.chkIt));
+  TheQueue().Clear();
+  Click(form.cmdGo);
+  EXPECT_TRUE(ActionWaits(form.cmdGo));
+  Yield();
+  EXPECT_FALSE(ActionWaits(form.cmdGo));
+  EXPECT_FALSE(ActionWaits(form.chkIt));
 }
 
 struct Closing : Actions {

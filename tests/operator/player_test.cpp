@@ -58,6 +58,18 @@ TEST_F(PlayerTest, ActsOnEachKindOfControl) {
             0);
 }
 
+TEST_F(PlayerTest, TakesANumberInQuotesForTheTextOfAnEntry) {
+  form.cmbList.List = {"one", "#2", "three", "#0"};
+  EXPECT_EQ(Play("select Trial.cmbList \"#2\"\nexpect Trial.cmbList \"#2\"\n"
+                 "select Trial.cmbList #2\nexpect Trial.cmbList three\n"
+                 "select Trial.cmbList \"#0\"\nexpect Trial.cmbList \"#0\"\n"),
+            0);
+  ResetYield();
+  std::string report;
+  EXPECT_EQ(Play("select Trial.cmbList \"#1\"\n", &report), 1);
+  EXPECT_NE(report.find("no entry \"#1\""), std::string::npos) << report;
+}
+
 TEST_F(PlayerTest, FailsWithLineExpectedAndWas) {
   std::string report;
   EXPECT_EQ(Play("wait 1\nexpect Trial.lblSaid went 2\n", &report), 1);

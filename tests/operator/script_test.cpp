@@ -16,6 +16,29 @@ TEST(Script, ReadsWordsQuotesAndComments) {
   EXPECT_EQ(script.actions[2].rest, "push 2.5");
 }
 
+TEST(Script, CommentMayBeginWithADigit) {
+  const struct {
+    const char* line;
+    std::size_t words;
+  } rows[] = {
+      {"click A.cmdGo #2nd try", 1},
+      {"type A.txtName x #1 of 2", 2},
+      {"wait 1 #3", 1},
+      {"select A.cmb two #2nd entry", 2},
+      {"select A.cmb #2 #3rd", 2},
+      {"end #1", 0},
+      {"expect A.lblSaid x 5 #10 is less", 3},
+      {"rig push 1 #2", 2},
+  };
+  for (const auto& row : rows) {
+    const Script script = ParseScript("s", row.line);
+    ASSERT_EQ(script.actions.size(), 1u) << row.line;
+    EXPECT_EQ(script.actions[0].words.size(), row.words) << row.line;
+  }
+  EXPECT_TRUE(ParseScript("s", "#1 begins here\n").actions.empty());
+  EXPECT_EQ(ParseScript("s", "select A.cmb #12").actions.at(0).words[1], "#12");
+}
+
 TEST(Script, RigWordsKeepTheirQuotes) {
   const Script script = ParseScript("s", "rig ground  \"a b/c.gef\" # deep\n");
   EXPECT_EQ(script.actions.at(0).rest, "ground \"a b/c.gef\"");

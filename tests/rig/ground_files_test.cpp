@@ -74,6 +74,10 @@ TEST(Gef, BadFileSaysWhatIsWrongAndWhere) {
   EXPECT_EQ(FaultOf(std::string(kGef, 29)), "hole.gef: no end of the header (#EOH=)");
   EXPECT_EQ(FaultOf(Replaced(kGef, "netto, 2", "netto, 12")),
             "hole.gef: no column of tip resistance (quantity 2)");
+  for (const char* odd : {"netto, 1e300", "netto, -1e300", "netto, 1001", "netto, -1"}) {
+    EXPECT_EQ(FaultOf(Replaced(kGef, "netto, 2", odd)), "hole.gef, line 5: no such quantity")
+        << odd;
+  }
   EXPECT_EQ(FaultOf(Replaced(kGef, "lengte, 1", "lengte, 99")),
             "hole.gef: no column of penetration length (quantity 1) or depth (11)");
   EXPECT_EQ(FaultOf(Replaced(kGef, "3, MPa", "3, furlong")), "hole.gef: unknown unit \"furlong\"");

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <string>
+#include <string_view>
 
 #include "forms/main_form.h"
 #include "platform/boxes.h"
@@ -290,6 +292,32 @@ TEST(Kill, DuringRecordingIsToldAtTheNextStart) {
   scenario.disk.LosePower();
   ExpectWholeRows(scenario, 10);
   scenario.Play("screen StartUp\nclick StartUp.cmdStart\n" + kUnfinished + "end\n");
+}
+
+TEST(Kill, WritesNothingOnItsWayOutThoughRowsAreHeldAndThereIsRoomAgain) {
+  Scenario scenario;
+  std::int32_t held = 0;
+  std::map<std::string, std::string> files;
+  int works = 0;
+  scenario.disk.before = [&works](std::string_view, const std::string&) { ++works; };
+  scenario.At("full", [&] { scenario.disk.SetRoom(0); });
+  scenario.At("room", [&] {
+    scenario.disk.SetRoom(-1);
+    held = sounding.RowsHeldBack;
+    files = scenario.disk.Files();
+  });
+  scenario.Play(ScriptToRecording() +
+                "rig push 0.8\nwait 10\nrig test full\nwait 6\nrig test room\nkill\n");
+  EXPECT_GE(held, 4);
+  for (const char* path : {kTemporary, kCpt}) EXPECT_EQ(scenario.File(path), files[path]);
+  EXPECT_EQ(scenario.disk.Files(), files);
+  ExpectWholeRows(scenario, 9);
+
+  const int works_then = works;
+  EXPECT_GT(works_then, 0);
+  scenario.Play(ScriptAgain(kUnfinished) + "wait 5\n" + ScriptToEnd());
+  EXPECT_EQ(scenario.File(kTemporary), "DONE\r\n") << "the disk works again for the next start";
+  EXPECT_GT(works, works_then) << "and its hook is the one of before";
 }
 
 // No room in the table.
