@@ -1,6 +1,7 @@
 #include "sounding/held_rows.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "core/session.h"
 #include "platform/files.h"
@@ -36,6 +37,10 @@ void RequireStillThere(const HeldText& held, const std::string& path) {
   }
 }
 
+std::int32_t RowsIn(const std::string& text) {
+  return static_cast<std::int32_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
 /// Takes off the front of the held text what the failed attempt left in the file.
 void DropLanded(HeldText& held, const std::string& path) {
   const std::int64_t length = LengthOnDisk(path);
@@ -43,6 +48,7 @@ void DropLanded(HeldText& held, const std::string& path) {
   if (held.FileLength >= 0) {
     const auto size = static_cast<std::int64_t>(held.Text.size());
     const std::int64_t landed = std::min(length - held.FileLength, size);
+    held.UnsyncedRows += RowsIn(held.Text.substr(0, static_cast<std::size_t>(landed)));
     held.Text.erase(0, static_cast<std::size_t>(landed));
   }
   held.FileLength = length;
@@ -50,12 +56,12 @@ void DropLanded(HeldText& held, const std::string& path) {
 }
 
 void CountHeldRows() {
-  std::ptrdiff_t most = 0;
+  std::int32_t most = 0;
   for (const SoundingFile file : {kTemporaryFile, kCptFile}) {
-    const std::string& text = HeldFor(file).Text;
-    most = std::max(most, std::count(text.begin(), text.end(), '\n'));
+    const HeldText& held = HeldFor(file);
+    most = std::max(most, held.UnsyncedRows + RowsIn(held.Text));
   }
-  sounding.RowsHeldBack = static_cast<std::int32_t>(most);
+  sounding.RowsHeldBack = most;
 }
 
 bool NothingFailed() {
@@ -74,7 +80,7 @@ bool WriteHeld(SoundingFile file) {
     if (held.Failed || held.FileLength < 0) DropLanded(held, path);
     held.Failed = true;  // until the append has returned
     AppendToFile(path, held.Text);
-  } catch (const RuntimeFault& fault) {
+  } catch (const std::exception& fault) {  // of any kind: the next file must get its line too
     held.Failed = true;
     CountHeldRows();
     TellOnce(kHeldMessage + fault.what());
@@ -83,6 +89,7 @@ bool WriteHeld(SoundingFile file) {
   held.FileLength += static_cast<std::int64_t>(held.Text.size());
   held.Text.clear();
   held.Failed = false;
+  held.UnsyncedRows = 0;
   if (sounding.RowsHeldBack > 0) CountHeldRows();
   return true;
 }
@@ -106,8 +113,25 @@ void RetryHeld() {
   WriteAllHeld();
 }
 
+void RequireWhole(SoundingFile file) {
+  const std::string& path = PathOf(file);
+  if (!TheDisk().FileExists(path)) throw RuntimeFault(path + " is no longer there");
+  if (LengthOnDisk(path) < HeldFor(file).FileLength) {
+    throw RuntimeFault(path + ": shorter than what was written to it");
+  }
+}
+
+bool IsBegun(SoundingFile file) {
+  return HeldFor(file).FileLength >= 0;
+}
+
 void StartFile(SoundingFile file, std::size_t length) {
-  HeldFor(file) = {{}, static_cast<std::int64_t>(length), false};
+  HeldFor(file) = {{}, static_cast<std::int64_t>(length), false, 0};
+  CountHeldRows();
+}
+
+void ForgetFile(SoundingFile file) {
+  HeldFor(file) = {};
   CountHeldRows();
 }
 

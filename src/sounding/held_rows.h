@@ -32,7 +32,16 @@ bool WriteAllHeld();
 /// The same once a second at most, for the main loop.
 void RetryHeld();
 
+/// Raises a `RuntimeFault` when the file is gone or shorter than what was written to it.
+void RequireWhole(SoundingFile file);
+
+/// Whether this console has made the file, or goes on with it.
+bool IsBegun(SoundingFile file);
+
 /// The file was made anew with `length` bytes: nothing is held for it.
 void StartFile(SoundingFile file, std::size_t length);
+
+/// The start of the file was taken back: what stands under its name is no business of this console.
+void ForgetFile(SoundingFile file);
 
 }  // namespace penlog

@@ -14,6 +14,7 @@
 #include "sounding/quits.h"
 #include "sounding/resume_rebuild.h"
 #include "sounding/sounding_state.h"
+#include "sounding/tell_once.h"
 #include "sounding/truck_interface.h"
 
 namespace penlog {
@@ -23,6 +24,8 @@ namespace {
 void SetDefaults() {
   sounding.ManualClampState = 1;
   sounding.QuitSettleCount = 0;
+  sounding.ReadingsTaken = 0;
+  sounding.BaselinePending = 0;
   SetAutoMode();
   if (settings.DepthFormat == 1) {
     Main.Label7.Caption = "ELEVATION";
@@ -95,7 +98,7 @@ void EnterMainloop() {
   OpenConeAndOutputs();
   LayOut();
   OpenTruck();
-  if (!session.ResumeConeId.empty()) RebuildResumedSounding();
+  if (!session.ResumeConeId.empty()) Step(RebuildResumedSounding);
   ScaleQuitLimits();
   OpenOverlay();
   // The calibration check gets its first step here once it stands.

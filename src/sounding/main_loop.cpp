@@ -1,5 +1,7 @@
 #include "sounding/main_loop.h"
 
+#include <exception>
+
 #include "conelink/comm_tick.h"
 #include "conelink/cone_state.h"
 #include "conelink/port_supervision.h"
@@ -40,12 +42,15 @@ bool SuperviseLink() {
 
 void ResynchronisingPass() {
   ResyncConeData();
-  if (cone.ConeLinkUp == kTrue) ShowConeConnected();
+  if (cone.ConeLinkUp != kTrue) return;
+  sounding.ReadingsFresh = kFalse;
+  ShowConeConnected();
 }
 
 void WaitingPass() {
   // In calibration mode the calibrator is read beside the cone here once its screen stands.
   GetConeData();
+  TakeAskedBaseline();
   // While a resume waits for its depth, the screen that shows the way there is kept up here.
 }
 
@@ -106,7 +111,8 @@ void Mainloop() {
   for (;;) {
     try {
       MainloopPass();
-    } catch (const RuntimeFault& fault) {
+    } catch (const std::exception& fault) {
+      // Any fault, not only a RuntimeFault: a sounding must outlive a mistake in one pass.
       TellOnce(fault.what());
       WaitYield("the pass after a fault");
     }

@@ -59,6 +59,7 @@ void ServeTruck() {
   PortRequest& request = sounding.TruckPortRequest;
   if (request.Requested == 0) return;
   request.Requested = 0;
+  TruckPort().SetRTSEnable(false);  // on a port that is left nobody would lower it any more
   Main.EncoderComm.Close();
   if (!ServeASCII()) ServeOverlay();
   if (request.NewPort > 0) settings.TruckInterfaceSerialPort = request.NewPort;

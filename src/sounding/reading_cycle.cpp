@@ -17,6 +17,7 @@ namespace penlog {
 namespace {
 
 constexpr int kMostTries = 10;
+constexpr int kLongestWindow = 10;
 
 bool IsDamaged(const std::string& reply) {
   return reply.find_first_of("\r\n") != reply.npos;
@@ -27,7 +28,8 @@ bool HasNoSelection(const std::string& reply) {
 }
 
 /// The cone's own reply; false when it was damaged ten times, or when the cone stays without a
-/// selection: that is no reading, and must not be taken for one of zeros.
+/// selection: that is no reading, and must not be taken for one of zeros. The link then counts as
+/// lost, or row after row would repeat the last readings without a word.
 bool AskCone(std::string& reply) {
   for (int tries = 1;; ++tries) {
     reply = Main_CommStringCheck("D");
@@ -35,7 +37,10 @@ bool AskCone(std::string& reply) {
       Main_CommPause();
       Main_CommStringCheck(cone.ChannelSelectCommand);
       reply = Main_CommStringCheck("D");
-      if (HasNoSelection(reply)) return false;
+      if (HasNoSelection(reply)) {
+        LoseReading();
+        return false;
+      }
     }
     if (!IsDamaged(reply)) return true;
     if (tries == kMostTries) return false;
@@ -156,7 +161,10 @@ void TakeReadings() {
   for (int channel = 1; channel <= kChannels; ++channel) {
     if (IsRead(channel) && cone.ConeLinkUp == kTrue) TakeChannel(channel);
   }
-  if (cone.ConeLinkUp == kTrue) sounding.ReadingsFresh = kTrue;
+  if (cone.ConeLinkUp == kTrue) {
+    sounding.ReadingsFresh = kTrue;
+    if (sounding.ReadingsTaken < kLongestWindow) ++sounding.ReadingsTaken;
+  }
   // The continuous ASCII line goes out here once its output stands.
   TakeDerived();
 }

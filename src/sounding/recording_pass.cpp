@@ -56,7 +56,8 @@ void TakeLinkDown() {
 
 void TakeDueRow() {
   if (sounding.RecordPending != kTrue || sounding.RestartTestActive != 0) return;
-  sounding.RecordPending = 0;  // first: a row that fails must not be taken twice
+  if (sounding.ReadingsFresh != kTrue) return;  // of before a loss: it waits for the next reading
+  sounding.RecordPending = 0;                   // first: a row that fails must not be taken twice
   if (sounding.RowCount >= kMostRows) {
     sounding.TableFull = kTrue;
     TellOnce(
@@ -109,6 +110,7 @@ std::int32_t NextRecordOnGrid(float counts, std::int32_t step, std::int32_t next
 void LostLinkPass() {
   ResyncConeData();
   if (cone.ConeLinkUp != kTrue) return;
+  sounding.ReadingsFresh = kFalse;
   // The seismic screen gets its buttons back here once it stands.
   sounding.NextRecordCount =
       NextRecordOnGrid(sounding.DepthCounts, std::max<std::int32_t>(settings.DepthStepCounts, 1),

@@ -10,6 +10,7 @@
 #include "sounding/reading_cycle.h"
 #include "sounding/reading_values.h"
 #include "sounding/sounding_state.h"
+#include "sounding/tell_once.h"
 
 namespace penlog {
 
@@ -101,8 +102,8 @@ void RebuildResumedSounding() {
   // The ranges of the charts and the charts themselves follow here once they stand.
   sounding.SecondsCounter = 0;
   for (int reading = 0; reading < kFillingReadings; ++reading) {
-    GetConeData();
-    Main_CommPause();
+    Step(GetConeData);
+    Step([] { Main_CommPause(); });
   }
 }
 

@@ -38,6 +38,7 @@ bool CloseSounding() {
   const bool marks_stand = WriteHeld(kTimFile);
   if (!WriteClosingRows() || !marks_stand) return TellNotClosed("");
   try {
+    RequireWhole(kCptFile);  // "DONE" would destroy the last copy
     MarkSoundingDone();
   } catch (const RuntimeFault& fault) {
     return TellNotClosed(fault.what());

@@ -49,6 +49,7 @@ void TakeBack(const NewFile& made) {
       TheDisk().Remove(path);
     }
   });
+  ForgetFile(made.file);
 }
 
 bool HasTimFile() {

@@ -77,6 +77,14 @@ void Refuse(const RuntimeFault& fault) {
 }  // namespace
 
 void Main_cmdTakeBaseline_Click() {
+  sounding.BaselinePending = kTrue;
+  TakeAskedBaseline();
+}
+
+void TakeAskedBaseline() {
+  if (sounding.BaselinePending != kTrue) return;
+  if (sounding.ReadingsTaken < session.ReadingsAveraged) return;
+  sounding.BaselinePending = 0;
   Main.cmdStart.Enabled = true;
   for (int channel = 1; channel <= kChannels; ++channel) {
     if (channel == 19 || channel == 20) continue;

@@ -21,6 +21,8 @@ struct HeldText {
   std::string Text;
   std::int64_t FileLength = -1;  ///< bytes of the file as last known; -1 unknown
   bool Failed = false;           ///< the last attempt failed: part of it may have landed
+  std::int32_t UnsyncedRows =
+      0;  ///< rows that landed in the file though no sync has returned since
 };
 
 struct SoundingState {
@@ -73,7 +75,9 @@ struct SoundingState {
   // Readings and rows; raw cone units.
   ChannelTable<float> Readings;
   std::array<ChannelTable<float>, 11> ReadingWindow;  ///< samples 1 to 10 of each channel
-  std::int16_t ReadingsFresh = 0;           ///< -1 a reading was taken since the link last came up
+  std::int16_t ReadingsFresh = 0;    ///< -1 a reading was taken since the link last came up
+  std::int16_t ReadingsTaken = 0;    ///< since the console was entered, up to the window's 10
+  std::int16_t BaselinePending = 0;  ///< -1 asked for before the window was full
   std::array<std::string, 31> ReplyTokens;  ///< fields 1 to 30 of the last reply
   std::int32_t RowCount = 0;                ///< last row used; row 0 the baselines
   RowTable Rows;

@@ -48,12 +48,15 @@ void ReadPhases(const SerialPort& port) {
   sounding.PhaseDown = LineOf(swapped ? port.CDHolding() : port.CTSHolding());
 }
 
-/// A mark of the camera. Short file work in a handler: the mark must survive a crash.
+/// A mark of the camera. Short file work in a handler: the mark must survive a crash. Before the
+/// sounding begins there is no file that it belongs to.
 void MarkPicture() {
   if (sounding.DepthCounts < static_cast<float>(sounding.NextPictureCount)) return;
   if (settings.LumenProbePresent <= 0) return;
-  const auto seconds = static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
-  AppendOrHold(kTimFile, PictureMarkLine(sounding.CurrentDepth, seconds));
+  if (IsBegun(kTemporaryFile)) {
+    const auto seconds = static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
+    AppendOrHold(kTimFile, PictureMarkLine(sounding.CurrentDepth, seconds));
+  }
   ++sounding.PictureCount;
   Main.lblNumberOfPictures.Caption = PlainNumber(sounding.PictureCount);
   sounding.NextPictureCount += settings.PictureStepCounts;

@@ -40,6 +40,8 @@ struct Console : World {
     settings.DepthSignificantDigits = 3;
     cone.ConeId = "DSE1234";
     cone.ConeLinkUp = -1;
+    sounding.ReadingsTaken = 10;  // the averages are full
+    sounding.ReadingsFresh = -1;
     for (const int channel : {1, 2, 3}) AddChannel(channel);
     ports.Wire(kConePort);
     truck().SetLines({true, true, true});

@@ -16,6 +16,16 @@ constexpr const char* kCpt = "/data/s.cpt";
 constexpr const char* kTim = "/data/s.tim";
 constexpr int kRows = 12;
 
+/// A medium that takes bytes and never says that they are safe.
+class NoSyncDisk : public MemoryDisk {
+ public:
+  void Sync(Handle handle) override {
+    if (refuses) throw RuntimeFault("the sync failed");
+    MemoryDisk::Sync(handle);
+  }
+  bool refuses = false;
+};
+
 /// How an operation of the disk goes wrong.
 enum class Fault { Before, After, Half };
 
@@ -274,6 +284,29 @@ TEST(DiskFaults, AWindowClosedWhileRowsStandInMemoryAloneAsksFirst) {
       EXPECT_EQ(ReadFile(kTemporary), Sounding::ExpectedTemporary());
     }
   }
+}
+
+TEST(RowsHeldBack, CountARowThatLandedUntilASyncOfItHasReturned) {
+  Console console;
+  NoSyncDisk disk;
+  UseDisk(&disk);
+  disk.MakeFolder("/data");
+  console.OpenPorts();
+  sounding.ConsoleMode = 8;
+  StartRecording();
+  disk.refuses = true;
+  ++sounding.RowCount;
+  RecordRow();
+  EXPECT_EQ(sounding.RowsHeldBack, 1);
+  EXPECT_FALSE(WriteAllHeld());
+  EXPECT_EQ(sounding.RowsHeldBack, 1) << "it stands in the file, yet not for certain";
+  ++sounding.RowCount;
+  RecordRow();
+  EXPECT_EQ(sounding.RowsHeldBack, 2);
+  disk.refuses = false;
+  EXPECT_TRUE(WriteAllHeld());
+  EXPECT_EQ(sounding.RowsHeldBack, 0);
+  UseDisk(&console.disk);
 }
 
 }  // namespace

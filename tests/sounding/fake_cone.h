@@ -34,6 +34,7 @@ struct FakeCone : Console {
   /// Answers to the next readings; when they are used up, readings that move go on.
   std::deque<std::string> readings;
   std::vector<std::string> commands;
+  std::vector<Micros> times;  ///< at which each of them had come whole
   bool silent = false;
   std::string mute;  ///< this command alone gets no answer
 
@@ -50,6 +51,7 @@ struct FakeCone : Console {
     typed_ += bytes;
     for (auto end = typed_.find('\r'); end != typed_.npos; end = typed_.find('\r')) {
       commands.push_back(typed_.substr(0, end));
+      times.push_back(Now());
       typed_.erase(0, end + 1);
       if (silent || commands.back() == mute) continue;
       PostCall(Now() + 20 * kMillisecond, this, [this, answer = AnswerTo(commands.back())] {

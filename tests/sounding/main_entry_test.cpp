@@ -65,7 +65,35 @@ TEST(Entry, TheTruckPortsSettingsFollowTheProbe) {
     Main.EncoderComm.SetSettings("4800,E,7,2");
     EnterMainloop();
     EXPECT_EQ(Main.EncoderComm.Settings(), row.settings_text) << row.probe;
+    EXPECT_EQ(Main.VideoOverlayComm.PortOpen(), row.probe == 1) << row.probe;
   }
+}
+
+TEST(Entry, SettlesTheSettingOfTheGeophones) {
+  Entry entry;
+  Console::AddChannel(8);
+  settings.DualAxisSeismic = 1;
+  EnterMainloop();
+  EXPECT_EQ(settings.DualAxisSeismic, 2);
+}
+
+TEST(Entry, AnOutputThatDoesNotOpenCountsAsLostAndIsOpenedWhenItCan) {
+  Entry entry;
+  settings.ASCIIOutSerialPort = 15;
+  settings.VideoOverlaySerialPort = 16;
+  settings.LumenProbePresent = 1;
+  EnterMainloop();
+  EXPECT_EQ(cone.ASCIIPortLost, -1);
+  EXPECT_EQ(cone.VideoPortLost, -1);
+  for (const int number : {15, 16}) {
+    entry.ports.Wire(number);
+    ProbePort(number);
+  }
+  SupervisePorts();
+  EXPECT_TRUE(Main.ASCIIOutComm.PortOpen());
+  EXPECT_TRUE(Main.VideoOverlayComm.PortOpen());
+  EXPECT_EQ(cone.ASCIIPortLost, 0);
+  EXPECT_EQ(cone.VideoPortLost, 0);
 }
 
 TEST(Entry, WithASharedPortEncoderCommIsNeverOpened) {
@@ -149,6 +177,17 @@ TEST(Load, ShowsTheLampsOfTheCounter) {
     EXPECT_TRUE(Main.Timer1.Running());
     EXPECT_EQ(Main.lblBallTip.Caption, "TIP CONFIG: CONICAL, 0mm^2 AREA");
   }
+}
+
+TEST(Load, LaysOutTheConsole) {
+  Console console;
+  display.GraphCount = 1;
+  display.GraphChannel[1] = 1;
+  EXPECT_EQ(Main.lblCommStatus.Caption, "No Cone Present");
+  Main_Load();
+  EXPECT_EQ(Main.lblCommStatus.Caption, "Cone # DSE1234 Found");
+  EXPECT_TRUE(Main.pctGraph(1).Visible);
+  EXPECT_TRUE(Main.lblChanValue(3).Visible);
 }
 
 TEST(Load, PutsTheDepthLampInThePlaceOfThePressureLampWithTheEncoder) {
@@ -274,12 +313,64 @@ TEST(PortRequests, AreServedInEachCombination) {
   }
 }
 
+TEST(PortRequests, CloseAnOpenOutputAndOpenItsNewNumberWithItsOwnSettings) {
+  for (const int number : {8, 0}) {
+    Entry entry;
+    entry.ports.Wire(8);
+    entry.ports.Wire(9);
+    settings.ASCIIOutSerialPort = 5;
+    settings.VideoOverlaySerialPort = 6;
+    settings.LumenProbePresent = 1;
+    EnterMainloop();
+    ASSERT_TRUE(Main.ASCIIOutComm.PortOpen() && Main.VideoOverlayComm.PortOpen());
+    Request(sounding.ASCIIPortRequest, number);
+    Request(sounding.VideoPortRequest, number == 0 ? 0 : 9);
+    ServePortRequests();
+    EXPECT_EQ(Main.ASCIIOutComm.PortOpen(), number > 0);
+    EXPECT_EQ(Main.VideoOverlayComm.PortOpen(), number > 0);
+    if (number == 0) continue;
+    EXPECT_EQ(Main.ASCIIOutComm.CommPort(), 8);
+    EXPECT_EQ(Main.VideoOverlayComm.CommPort(), 9);
+    EXPECT_EQ(Main.ASCIIOutComm.Settings(), "19200,N,8,1");
+    EXPECT_EQ(Main.VideoOverlayComm.Settings(), "9600,N,8,1");
+  }
+}
+
+TEST(PortRequests, OutputsGetTheirSettingsWhateverThePortHadBefore) {
+  Entry entry;
+  EnterMainloop();
+  for (SerialPort* port : {&Main.ASCIIOutComm, &Main.VideoOverlayComm}) {
+    port->SetSettings("300,E,7,2");
+  }
+  Request(sounding.ASCIIPortRequest, 5);
+  Request(sounding.VideoPortRequest, 6);
+  ServePortRequests();
+  EXPECT_EQ(Main.ASCIIOutComm.Settings(), "19200,N,8,1");
+  EXPECT_EQ(Main.VideoOverlayComm.Settings(), "9600,N,8,1");
+}
+
+TEST(PortRequests, ForTheTruckLeaveNoLineRaisedOnTheSharedPort) {
+  Entry entry;
+  settings.TruckInterfaceSerialPort = Console::kConePort;
+  EnterMainloop();
+  sounding.QuitState = 1;
+  Main.ConeComm.SetRTSEnable(true);
+  Request(sounding.TruckPortRequest, 5);
+  ServePortRequests();
+  EXPECT_FALSE(Main.ConeComm.RTSEnable());
+  EXPECT_TRUE(Main.EncoderComm.RTSEnable());
+}
+
 TEST(PortRequests, APortThatDoesNotOpenCountsAsLost) {
   Entry entry;
   EnterMainloop();
   Request(sounding.TruckPortRequest, 77);
+  Request(sounding.ASCIIPortRequest, 78);
+  Request(sounding.VideoPortRequest, 79);
   ServePortRequests();
   EXPECT_EQ(cone.TruckPortLost, -1);
+  EXPECT_EQ(cone.ASCIIPortLost, -1);
+  EXPECT_EQ(cone.VideoPortLost, -1);
 }
 
 TEST(PortRequests, AnOverlayThatWasPluggedInMeanwhileIsPresentInTheTable) {
@@ -355,6 +446,16 @@ TEST(Resume, RebuildsSoilTypeAndNWhereAGraphShowsThem) {
   }
 }
 
+TEST(Resume, AFaultOfAFillingReadingIsToldAndTheSoundingGoesOn) {
+  Suspended suspended;
+  channels.ReplyField(1) = 31;
+  PostCall(Now() + 20 * kSecond, &suspended, [] { RequestEnd(); });
+  EXPECT_THROW(Mainloop(), ProgramEnd);
+  EXPECT_FALSE(OpenBoxes().empty());
+  EXPECT_EQ(sounding.ConsoleMode, 2);
+  EXPECT_GT(suspended.Count("D"), 50) << "passes follow";
+}
+
 TEST(Resume, IsPartOfTheEntry) {
   Suspended suspended;
   EnterMainloop();
@@ -377,12 +478,17 @@ TEST(Resume, AtTheLastDepthGoesOnRecordingAtOnce) {
   EXPECT_FALSE(Main.cmdExit.Enabled);
   EXPECT_FALSE(Main.cmdTakeBaseline.Visible);
   EXPECT_TRUE(Main.cmdResetQuits.Visible);
+  EXPECT_FALSE(Main.cmdTakeBaseline.Enabled);
+  EXPECT_TRUE(Main.lblBigDepth.Visible);
+  EXPECT_EQ(Main.lblRebound.Caption, "0.000 m");
+  EXPECT_LE(sounding.SecondsCounter, 10) << "zeroed before the readings that fill the averages";
 }
 
 TEST(Resume, AtTheSurfaceWaitsInModeOne) {
   Suspended suspended;
   session.ResumeDepthStatus = 1.0f;
-  sounding.ConsoleMode = 1;
+  sounding.ConsoleMode = 0;
+  sounding.SecondsCounter = 1000;
   RebuildResumedSounding();
   EXPECT_EQ(sounding.ConsoleMode, 1);
   EXPECT_EQ(sounding.CurrentDepth, 0.0f);

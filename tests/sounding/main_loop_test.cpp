@@ -1,5 +1,8 @@
 #include "sounding/main_loop.h"
 
+#include <stdexcept>
+
+#include "platform/memory_disk.h"
 #include "sounding/fake_cone.h"
 #include "sounding/reading_cycle.h"
 #include "sounding/recording_pass.h"
@@ -336,6 +339,71 @@ TEST(Mainloop, AFaultInAPassIsToldOnceAndTheConsoleLives) {
   EXPECT_THROW(Mainloop(), ProgramEnd);
   EXPECT_EQ(OpenBoxes().size(), 1u);
   EXPECT_GT(fake.Count("D"), 50);
+}
+
+/// A disk whose fault is none that the routines know.
+class StrangeDisk : public MemoryDisk {
+ public:
+  void Sync(Handle handle) override {
+    if (strange) throw std::length_error("strange");
+    MemoryDisk::Sync(handle);
+  }
+  bool strange = false;
+};
+
+/// A list of ports whose fault is none that the routines know.
+class StrangePorts : public PortSystem {
+ public:
+  explicit StrangePorts(PortSystem& ports) : ports_(ports) {}
+  bool Exists(int number) override {
+    if (strange) throw std::length_error("strange ports");
+    return ports_.Exists(number);
+  }
+  std::unique_ptr<PortDriver> Open(int number, const PortSettings& port_settings,
+                                   PortSink& sink) override {
+    return ports_.Open(number, port_settings, sink);
+  }
+  std::string DeviceName(int number) override { return ports_.DeviceName(number); }
+  bool strange = false;
+
+ private:
+  PortSystem& ports_;
+};
+
+TEST(Mainloop, AnyOtherExceptionInAPassIsToldOnceAndTheConsoleLives) {
+  FakeCone fake;
+  StrangePorts ports(ThePorts());
+  UsePorts(&ports);
+  sounding.ConsoleMode = 1;
+  ports.strange = true;
+  PostCall(Now() + 20 * kSecond, &fake, [&] { ports.strange = false; });
+  PostCall(Now() + 30 * kSecond, &fake, [] { RequestEnd(); });
+  EXPECT_THROW(Mainloop(), ProgramEnd);
+  ASSERT_EQ(OpenBoxes().size(), 1u);
+  EXPECT_EQ(OpenBoxes().front().text, "strange ports");
+  EXPECT_GT(fake.Count("D"), 20);
+  UsePorts(&fake.ports);
+}
+
+TEST(Mainloop, AnyOtherExceptionOfTheDiskIsToldTooAndNoRowIsLost) {
+  StrangeDisk disk;
+  FakeCone fake;
+  UseDisk(&disk);
+  disk.MakeFolder("/data");
+  sounding.ConsoleMode = 8;
+  PostCall(Now() + 5 * kSecond, &fake, [&] {
+    disk.strange = true;
+    fake.EncoderDown(2);
+  });
+  PostCall(Now() + 20 * kSecond, &fake, [&] { disk.strange = false; });
+  PostCall(Now() + 30 * kSecond, &fake, [] { RequestEnd(); });
+  EXPECT_THROW(Mainloop(), ProgramEnd);
+  ASSERT_FALSE(OpenBoxes().empty());
+  EXPECT_TRUE(OpenBoxes().front().text.ends_with("strange")) << OpenBoxes().front().text;
+  EXPECT_EQ(sounding.RowCount, 1);
+  const std::string text = ReadFile("/data/s.cpt");
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 23 + 1);
+  UseDisk(&fake.disk);
 }
 
 TEST(Mainloop, FullDiskKeepsRowsUntilThereIsRoomAgain) {

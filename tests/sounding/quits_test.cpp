@@ -138,6 +138,53 @@ TEST(Quits, TextsNameTheChannelsWithoutSeparatorAndTheRates) {
   EXPECT_EQ(Main.lblQuitFor2.Caption, "Inclination,Inclination rate,");
 }
 
+TEST(Quits, ColourAndTextsGoWhenTheCauseIsGoneAfterAnOverride) {
+  Quits quits;
+  channels.ChannelLabel(1, 1) = "Tip";
+  sounding.Readings(1) = 6.0f;
+  sounding.Readings(Quits::kInclination) = 2000.0f;
+  CheckQuits();
+  EXPECT_EQ(Main.lblQuitFor1.Caption, "Tip");
+  EXPECT_EQ(Main.lblQuitFor2.Caption, "Inclination,");
+  EXPECT_EQ(Main.lblChanValue(1).ForeColor, kRed);
+  Main_cmdResetQuits_Press();
+  sounding.Readings(1) = 1.0f;
+  sounding.Readings(Quits::kInclination) = 1.0f;
+  CheckQuits();
+  EXPECT_EQ(Main.lblQuitFor1.Caption, "");
+  EXPECT_EQ(Main.lblQuitFor2.Caption, "");
+  EXPECT_EQ(Main.lblChanValue(1).ForeColor, kWhite);
+  EXPECT_FALSE(Main.frmQuitWarning.Visible);
+}
+
+TEST(Quits, ThePressClearsTheFlagsOfChannelsOneToTwenty) {
+  Quits quits;
+  sounding.QuitState = 1;
+  for (int channel = 1; channel <= 30; ++channel) sounding.QuitFlag(channel) = -1;
+  Main_cmdResetQuits_Press();
+  for (int channel = 1; channel <= 30; ++channel) {
+    EXPECT_EQ(sounding.QuitFlag(channel), channel <= 20 ? 0 : -1) << channel;
+  }
+}
+
+TEST(Quits, LeaveInclinationAndFrictionRatioOutOfTheChannels) {
+  Quits quits;
+  for (const int channel : {19, 20}) {
+    Console::AddChannel(channel);
+    channels.QuitLimitDeep(channel) = channel == 20 ? 1.0f : 1000.0f;
+    channels.QuitLimitShallow(channel) = channels.QuitLimitDeep(channel);
+    sounding.Readings(channel) = 500.0f;
+  }
+  CheckQuits();
+  EXPECT_EQ(sounding.QuitState, 0);
+  EXPECT_EQ(sounding.QuitFlag(20), 0);
+  sounding.Readings(19) = 1500.0f;
+  CheckQuits();
+  EXPECT_EQ(sounding.QuitState, 1) << "the inclination by its own test";
+  EXPECT_EQ(sounding.QuitFlag(19), 0);
+  EXPECT_EQ(Main.lblQuitFor1.Caption, "");
+}
+
 TEST(Quits, ARateLimitOfZeroIsNoLimit) {
   Quits quits;
   sounding.Readings(1) = 4.0f;

@@ -64,6 +64,7 @@ TEST(TakeReadings, TheBallCorrectsTheShownTipAndNotTheFrictionRatio) {
   settings.BallTipArea = 4000;
   TakeReadings();
   EXPECT_EQ(Main.lblChanValue(1).Caption, "25.00");
+  EXPECT_EQ(Main.lblChanValue(2).Caption, "2.00") << "of the tip alone";
   EXPECT_EQ(sounding.Readings(20), ratio);
 }
 
@@ -105,6 +106,35 @@ TEST(TakeReadings, WithTheLinkDownKeepsReadingsAndStillComputesTheRest) {
   EXPECT_FLOAT_EQ(sounding.Readings(19), 75.0f);
   EXPECT_FLOAT_EQ(sounding.Readings(20), 2.0f);
   EXPECT_EQ(Main.lblInclination.Caption, "75.00 deg");
+}
+
+TEST(TakeReadings, TheInclinationFillsFiveCharacters) {
+  Fields fields{"1 ", "2 ", "3 ", "", "", "0 ", "0.2 "};
+  for (const int channel : {6, 7}) Console::AddChannel(channel);
+  channels.ChannelFullScale(19) = 15.0f;
+  TakeReadings();
+  EXPECT_EQ(Main.lblInclination.Caption, " 3.00 deg");
+}
+
+TEST(TakeReadings, SoilTypeAndNAreOfTheLoadsInBaseUnits) {
+  Fields fields{"41 ", "11 ", "101 "};
+  channels.Baselines(1) = 1.0f;
+  channels.Baselines(2) = 1.0f;
+  channels.Baselines(3) = 1.0f;
+  channels.ChannelGain(1) = 20.0f;
+  channels.ChannelGain(2) = 2.0f;
+  channels.ChannelGain(3) = 10.0f;
+  soil.FrictionRatioMax = 100;
+  // Zone 5 from 9.9 bar up at 2.0 %, zone 7 at 1.9 % and below.
+  for (std::size_t index = 0; index < soil.SbtTable.size(); ++index) {
+    soil.SbtTable[index][1] = {index < 20 ? 7.0f : 5.0f, 0.99564f};
+  }
+  soil.SptDivisor.fill(3.0f);
+  display.GraphChannel[2] = 21;
+  TakeReadings();
+  // 40 x 20 + 100 x 0.2 x 10 = 1000 kPa; 10 x 2 = 20 kPa: 2 %, 10 bar over 3
+  EXPECT_EQ(sounding.Readings(21), 5.0f);
+  EXPECT_EQ(sounding.Readings(22), 3.0f);
 }
 
 TEST(TakeReadings, AFrictionRatioWithoutTipLoadKeepsItsOldValue) {
@@ -171,6 +201,19 @@ TEST(Bubble, RisesAgainstTheTilt) {
   }
 }
 
+TEST(Bubble, GoesByTheLoadOfEachAxisOverItsSensitivity) {
+  Fields fields{"1 ", "2 ", "3 ", "", "", "0.9 ", "0.1 "};
+  for (const int channel : {6, 7}) Console::AddChannel(channel);
+  channels.Baselines(6) = 0.5f;
+  channels.ChannelSensitivity(6) = 2.0f;
+  channels.Baselines(7) = -0.3f;
+  channels.ChannelSensitivity(7) = 4.0f;
+  Main.shpBubble.Where = {true, 0.4, 0.4, 0.2, 0.2};
+  TakeReadings();
+  EXPECT_NEAR(Main.shpBubble.Where.left, 0.4 - 0.2 / 2, 1e-6);
+  EXPECT_NEAR(Main.shpBubble.Where.top, 0.4 - 0.1 / 2, 1e-6);
+}
+
 TEST(Bubble, WithSensitivityZeroStaysWhereItIs) {
   Fields fields{"1 ", "2 ", "3 ", "", "", "1 ", "1 "};
   Console::AddChannel(6);
@@ -209,6 +252,8 @@ TEST(GetConeData, AQuestionMarkLeadsToOneReselectionAndOneRetry) {
   GetConeData();
   EXPECT_EQ(fake.commands, (std::vector<std::string>{"D", "Z TFP", "D"}));
   EXPECT_EQ(sounding.Readings(1), 1.5f);
+  // An exchange ends 55 ms behind its line end; then the pause.
+  EXPECT_GE(fake.times[1] - fake.times[0], (20 + 55 + 55) * kMillisecond);
 }
 
 TEST(GetConeData, AQuestionMarkDoesNotCountAgainstTheTenTries) {
@@ -230,6 +275,31 @@ TEST(GetConeData, AConeThatStaysWithoutASelectionGivesNoReading) {
   GetConeData();
   EXPECT_EQ(fake.commands, (std::vector<std::string>{"D", "Z TFP", "D"}));
   EXPECT_EQ(sounding.Readings(1), 9.0f) << "a question mark is no zero";
+  EXPECT_EQ(cone.ConeLinkUp, 0) << "rows must not repeat the readings of before";
+}
+
+TEST(GetConeData, AConeThatStaysWithoutASelectionGetsNoRows) {
+  FakeCone fake;
+  sounding.ConsoleMode = 8;
+  MainloopPass();
+  fake.EncoderDown(2);
+  MainloopPass();
+  EXPECT_EQ(sounding.RowCount, 1);
+  fake.readings.assign(1000, "?");
+  MainloopPass();
+  EXPECT_TRUE(frmWarning.Visible);
+  for (int step = 0; step < 5; ++step) {
+    fake.EncoderDown(2);
+    for (int pass = 0; pass < 3; ++pass) MainloopPass();
+  }
+  EXPECT_EQ(sounding.RowCount, 1);
+  fake.readings.clear();
+  for (int pass = 0; pass < 4; ++pass) MainloopPass();
+  EXPECT_EQ(sounding.RowCount, 2) << "one row for the gap";
+  EXPECT_GT(sounding.Rows(2, 1), 1.0f);
+  fake.EncoderDown(2);
+  MainloopPass();
+  EXPECT_EQ(sounding.RowCount, 3);
 }
 
 TEST(GetConeData, ADamagedReplyAfterTheReselectionCountsAsATry) {
@@ -259,6 +329,11 @@ TEST(GetConeData, ADamagedReplyIsAskedForAgain) {
   GetConeData();
   EXPECT_EQ(fake.Count("D"), 2);
   EXPECT_EQ(sounding.Readings(2), 2.5f);
+  EXPECT_GE(fake.times[1] - fake.times[0], (20 + 55 + 55) * kMillisecond) << "behind a pause";
+  fake.readings = {"1.5 2\n.5 3.5", "4.5 5.5 6.5"};
+  GetConeData();
+  EXPECT_EQ(fake.Count("D"), 4) << "by a line feed too";
+  EXPECT_EQ(sounding.Readings(1), 4.5f);
 }
 
 TEST(GetConeData, TenDamagedRepliesLeaveTheReadings) {
@@ -279,6 +354,21 @@ TEST(GetConeData, AsksEachPresentModuleAndJoinsTheFields) {
   GetConeData();
   EXPECT_EQ(fake.commands, (std::vector<std::string>{"D", "D3"}));
   EXPECT_EQ(sounding.Readings(10), 4.5f);
+}
+
+TEST(GetConeData, JoinsSeveralModulesInTheOrderOfTheirNumbers) {
+  FakeCone fake;
+  for (const std::size_t module : {2, 5}) cone.ModulePresent[module] = -1;
+  for (const int channel : {10, 11, 12}) {
+    Console::AddChannel(channel);
+    channels.ReplyField(channel) = static_cast<std::int16_t>(channel - 6);
+  }
+  fake.readings = {"1 2 3", "24.5 5.5", "56.5"};
+  GetConeData();
+  EXPECT_EQ(fake.commands, (std::vector<std::string>{"D", "D2", "D5"}));
+  EXPECT_EQ(sounding.Readings(10), 4.5f);
+  EXPECT_EQ(sounding.Readings(11), 5.5f);
+  EXPECT_EQ(sounding.Readings(12), 6.5f);
 }
 
 TEST(GetConeData, AModuleThatLostItsSelectionIsSelectedAgain) {

@@ -122,10 +122,14 @@ TEST(FrictionRatio, IsSleeveOverTipInPercent) {
   channels.ChannelFullScale(1) = 100.0f;
   channels.Baselines(1) = 1.0f;
   channels.Baselines(2) = 0.5f;
+  channels.ChannelSensitivity(2) = 40.0f;
+  channels.ChannelFullScale(2) = 40.0f;
   ASSERT_TRUE(FrictionRatioOf(11.0f, 5.5f));
   EXPECT_FLOAT_EQ(*FrictionRatioOf(11.0f, 5.5f), 1.0f);  // 5 over 500
   EXPECT_FLOAT_EQ(*FrictionRatioOf(11.0f, 5.5f, 0.5f), 2.0f);
   EXPECT_FLOAT_EQ(*FrictionRatioOf(11.0f, -4.5f), -1.0f);
+  channels.ChannelFullScale(2) = 10.0f;
+  EXPECT_FLOAT_EQ(*FrictionRatioOf(11.0f, 5.5f), 0.25f);
   EXPECT_FALSE(FrictionRatioOf(1.0f, 5.5f));
   EXPECT_FALSE(FrictionRatioOf(0.5f, 5.5f));
 }

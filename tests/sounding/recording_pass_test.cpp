@@ -150,6 +150,7 @@ TEST(LostLink, NoRowIsTakenAndOneRowFollowsForTheGap) {
   EXPECT_EQ(cone.ConeLinkUp, -1);
   EXPECT_EQ(sounding.RowCount, 1);
   EXPECT_NEAR(sounding.Rows(1, 0), 0.07f, 1e-6);
+  EXPECT_GT(sounding.Rows(1, 1), 1.0f) << "of a reading since then";
 }
 
 TEST(LostLink, GoesBackOntoTheGridWhenTheConeAnswersAgain) {
@@ -177,6 +178,8 @@ TEST(LostLink, PassWhoseScanFindsTheConeResynchronisesOnceMoreAndGoesBackOntoThe
   EXPECT_EQ(sounding.NextRecordCount, 10);
   EXPECT_EQ(sounding.QuitSettleCount, 0);
   EXPECT_EQ(sounding.RowCount, 0) << "that pass takes no row";
+  MainloopPass();
+  EXPECT_EQ(sounding.RowCount, 0) << "nor one of the readings before the loss";
   MainloopPass();
   EXPECT_EQ(sounding.RowCount, 1) << "one row for the gap";
   recording.EncoderDown();

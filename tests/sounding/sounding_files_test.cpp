@@ -93,6 +93,29 @@ TEST(RecordRow, KeepsQtOfTheRow) {
   EXPECT_FLOAT_EQ(sounding.RowQt(1), 400.0f);
 }
 
+TEST(RecordRow, QtTakesTheBallFactorWhereThereIsATip) {
+  for (const bool with_tip : {true, false}) {
+    Files files;
+    settings.TipConfiguration = 1;
+    channels.ChannelArea(1) = 1000;
+    settings.BallTipArea = 4000;
+    channels.ChannelPresent(1) = with_tip ? -1 : 0;
+    channels.ChannelPresent(3) = 0;
+    sounding.Rows(1, 1) = 100.0f;
+    Files::Row();
+    const float tip = sounding.Rows(1, 1);
+    EXPECT_FLOAT_EQ(sounding.RowQt(1), with_tip ? tip / 4 : tip);
+  }
+}
+
+TEST(RecordRow, KeepsThePresentChannelsThatAreNotRecordedToo) {
+  Files files;
+  channels.RecordMode(3) = 0;
+  Files::Row();
+  EXPECT_EQ(sounding.Rows(1, 3), sounding.Readings(3));
+  EXPECT_NE(sounding.Rows(1, 3), 0.0f);
+}
+
 TEST(FullDisk, KeepsTheRowsInOrderAndWritesEachOnce) {
   Files files;
   Files::Rows(2);

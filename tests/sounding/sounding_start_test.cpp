@@ -50,6 +50,40 @@ TEST(Baseline, BringsTheShownValuesToZeroWithTheNextReading) {
   EXPECT_EQ(Main.lblChanValue(2).Caption, "6.00") << "keeps the zero of the cone's record";
 }
 
+TEST(Baseline, AskedForBeforeTheAverageIsFullIsTakenWhenItIs) {
+  Console console;
+  session.ReadingsAveraged = 4;
+  sounding.ReadingsTaken = 0;
+  channels.ChannelKeepZero(1) = 1;
+  Main_cmdTakeBaseline_Click();
+  for (int reading = 1; reading <= 3; ++reading) {
+    sounding.ReplyTokens = {"", "8 ", "6 ", "7 "};
+    TakeReadings();
+    TakeAskedBaseline();
+    EXPECT_FALSE(Main.cmdStart.Enabled) << reading << ": zeros still stand in the average";
+    EXPECT_EQ(channels.Baselines(1), 0.0f);
+  }
+  TakeReadings();
+  TakeAskedBaseline();
+  EXPECT_TRUE(Main.cmdStart.Enabled);
+  EXPECT_EQ(channels.Baselines(1), 8.0f);
+  sounding.ReplyTokens = {"", "9 ", "6 ", "7 "};
+  TakeReadings();
+  TakeAskedBaseline();
+  EXPECT_EQ(channels.Baselines(1), 8.0f) << "once for a press";
+}
+
+TEST(Baseline, WaitsForReadingsWhileTheLinkIsDown) {
+  Console console;
+  session.ReadingsAveraged = 1;
+  sounding.ReadingsTaken = 0;
+  cone.ConeLinkUp = 0;
+  Main_cmdTakeBaseline_Click();
+  TakeReadings();
+  TakeAskedBaseline();
+  EXPECT_FALSE(Main.cmdStart.Enabled);
+}
+
 TEST(Start, ZeroesDepthAndTurnsToRecording) {
   Console console;
   console.OpenPorts();
@@ -61,6 +95,7 @@ TEST(Start, ZeroesDepthAndTurnsToRecording) {
   sounding.PictureCount = 4;
   Main.cmdTakeBaseline.Enabled = true;
   StartRecording();
+  EXPECT_EQ(sounding.PictureCount, 0);
   EXPECT_EQ(sounding.ConsoleMode, 2);
   EXPECT_EQ(sounding.CurrentDepth, 1.5f);
   EXPECT_EQ(sounding.Rows(0, 0), 1.5f);

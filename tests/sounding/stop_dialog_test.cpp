@@ -209,6 +209,11 @@ TEST(Course, OfASoundingFromTheBaselineToTheQuestionOfTheRestart) {
   EXPECT_FALSE(Main.cmdExit.Enabled);
   EXPECT_EQ(sounding.ConsoleMode, 1);
   EXPECT_EQ(Main.frmTakeFinalBaseline.Caption, "TAKE FINAL BASELINE?");
+  EXPECT_EQ(Main.lblTakeFinalBaseline.Caption,
+            "Sounding is ended.  Remove cone from ground and press TAKE BASELINE to record final "
+            "baselines or press NO BASELINE to end without taking final baselines.");
+  EXPECT_EQ(Main.Command2.Caption, "TAKE BASELINE");
+  EXPECT_EQ(Main.Command3.Caption, "NO BASELINE");
   EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), temporary) << "as before";
   Main_Command3_Click();
   EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");

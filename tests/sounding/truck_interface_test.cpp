@@ -2,6 +2,8 @@
 
 #include "platform/files.h"
 #include "sounding/console.h"
+#include "sounding/held_rows.h"
+#include "sounding/sounding_files.h"
 
 namespace penlog {
 namespace {
@@ -12,6 +14,7 @@ struct Truck : Console {
     settings.DepthCounterType = static_cast<std::int16_t>(counter_type);
     sounding.ConsoleMode = 2;
     sounding.NextRecordCount = 2;
+    StartFile(kTemporaryFile, 0);  // a sounding has begun
   }
 };
 
@@ -29,6 +32,17 @@ TEST(TruckInterface, OpeningReadsTheLinesAndCountsNothing) {
     EXPECT_EQ(sounding.DepthCounts, 0.0f);
     EXPECT_FALSE(Main.EncoderComm.DTREnable());
     EXPECT_FALSE(Main.EncoderComm.RTSEnable());
+  }
+}
+
+TEST(TruckInterface, OpeningReadsThePhasesWithTheirRolesSwapped) {
+  for (const int direction : {0, 1}) {
+    Truck truck;
+    settings.EncoderDirection = static_cast<std::int16_t>(direction);
+    truck.truck().SetLines({true, true, false});  // CTS held, CD not
+    truck.OpenPorts();
+    EXPECT_EQ(sounding.PhaseUp, direction == 1 ? 0 : 1);
+    EXPECT_EQ(sounding.PhaseDown, direction == 1 ? 1 : 0);
   }
 }
 
@@ -111,6 +125,17 @@ TEST(Encoder, TheDepthLampShowsTheDirection) {
 }
 
 /// With 0.025 m the sum of three steps, drained three times, leaves a rest of rounding.
+TEST(Encoder, TheDepthLampShowsTheDirectionWithTheClampOpenToo) {
+  Truck truck;
+  truck.OpenPorts();
+  truck.Line(&ModemLines::dsr, false);
+  truck.EncoderDown(1);
+  EXPECT_EQ(Main.shpDepth.FillColor, kGreen);
+  truck.EncoderUp(1);
+  EXPECT_EQ(Main.shpDepth.FillColor, kRed);
+  EXPECT_EQ(sounding.DepthCounts, 0.0f);
+}
+
 TEST(Rebound, ThreeUpFiveDownCountsTwo) {
   for (const int counter_type : {0, 1}) {
     for (const float resolution : {0.01f, 0.025f}) {
@@ -402,6 +427,20 @@ TEST(PictureMarks, AreWrittenAtEachPictureStep) {
   EXPECT_EQ(sounding.PictureCount, 2);
   EXPECT_EQ(Main.lblNumberOfPictures.Caption, "2");
   EXPECT_EQ(sounding.NextPictureCount, 3);
+}
+
+TEST(PictureMarks, BeforeTheSoundingAreCountedAndLeaveTheFilesOfOthersAlone) {
+  Truck truck;
+  sounding.Held = {};
+  settings.LumenProbePresent = 1;
+  truck.disk.Put("/data/s.tim", "another's marks\r\n");
+  truck.OpenPorts();
+  truck.EncoderDown(2);
+  EXPECT_EQ(sounding.PictureCount, 2);
+  EXPECT_EQ(ReadFile("/data/s.tim"), "another's marks\r\n");
+  CreateSoundingFiles();
+  EXPECT_EQ(ReadFile("/data/s (2).tim"), "another's marks\r\n");
+  EXPECT_FALSE(truck.disk.FileExists("/data/s (3).tim"));
 }
 
 TEST(PictureMarks, AreNotTakenWithoutALumenProbe) {
