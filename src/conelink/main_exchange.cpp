@@ -135,12 +135,6 @@ void LoseLink() {
   Main.cmdWarningCancel.Visible = false;
 }
 
-void LoseReading() {
-  cone.ConeLinkUp = kFalse;
-  ShowModulesLost();
-  if (cone.WarningPinned == kFalse && cone.WarningShown == kFalse) RaiseWarning();
-}
-
 std::string CleanUp(const std::string& command, std::string reply) {
   if (command == "B" || reply.size() < 2) {
     if (command == "D" && reply.empty()) LoseReading();
@@ -152,6 +146,12 @@ std::string CleanUp(const std::string& command, std::string reply) {
 }
 
 }  // namespace
+
+void LoseReading() {
+  cone.ConeLinkUp = kFalse;
+  ShowModulesLost();
+  if (cone.WarningPinned == kFalse && cone.WarningShown == kFalse) RaiseWarning();
+}
 
 std::string Main_CommStringCheck(const std::string& command) {
   SupervisePorts();

@@ -19,6 +19,9 @@ std::string Main_CommStringCheck(const std::string& command);
 /// reply is returned with its line end.
 std::string ReconnectCommStringCheck(const std::string& command);
 
+/// Takes the link down as a `D` without an answer does: modules, panel, `ConeLinkUp` 0.
+void LoseReading();
+
 /// As many pauses of 55 to 110 ms.
 void Main_CommPause(int times = 1);
 

@@ -5,20 +5,35 @@
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
+#include "core/session.h"
 #include "core/settings.h"
 #include "forms/main_form.h"
 #include "forms/warning_form.h"
+#include "platform/clock.h"
 #include "platform/port_driver.h"
+#include "sounding/sounding_state.h"
 #include "sounding/truck_interface.h"
 
 namespace penlog {
 
 namespace {
 
+/// How long a port is left alone that took its time to refuse: after the first time, after others.
+struct Pauses {
+  Micros first;
+  Micros later;
+};
+
+constexpr Pauses kTruckPauses = {3 * kSecond, 3 * kSecond};  // without it there is no depth
+constexpr Pauses kOutputPauses = {10 * kSecond, 30 * kSecond};
+constexpr int kRodsRest = 91;  // ticks without a due row; 5 s
+
 /// One supervised port beside the cone's.
 struct Link {
   int number;
   std::int16_t& lost;
+  SlowRefusals& refusals;
+  Pauses pauses;
   SerialPort& port;
   Frame& connected;
   Frame& warning;
@@ -36,26 +51,57 @@ bool WasAway(const Link& link) {
   return link.port.PortOpen() && link.port.Gone() && EnumSerPorts(link.number);
 }
 
-void OpenAgain(const Link& link) {
-  if (link.port.PortOpen()) link.port.Close();
-  link.open();
+bool RowsAreComing() {
+  return sounding.ConsoleMode == 2 && sounding.TicksSinceStep < kRodsRest;
+}
+
+/// A network port may take two seconds to refuse, in which rows would fall together.
+bool MayBeTried(const Link& link) {
+  const SlowRefusals& refusals = link.refusals;
+  if (refusals.Count == 0 || refusals.Number != link.number) return true;
+  return Now() >= refusals.NextTry && !RowsAreComing();
+}
+
+void CountRefusal(const Link& link) {
+  SlowRefusals& refusals = link.refusals;
+  if (refusals.Number != link.number) refusals = {};
+  const Micros pause = refusals.Count == 0 ? link.pauses.first : link.pauses.later;
+  refusals = {refusals.Count + 1, link.number, Now() + pause};
+}
+
+bool OpenedAgain(const Link& link) {
+  if (!MayBeTried(link)) return false;
+  const Micros start = Now();
+  const bool opened = Trapped([&] {
+    if (link.port.PortOpen()) link.port.Close();
+    link.open();
+  });
+  if (!opened && Now() > start) {
+    CountRefusal(link);
+  } else {
+    link.refusals = {};  // what refuses at once costs nothing
+  }
+  return opened;
+}
+
+void ShowFound(const Link& link) {
+  link.lost = kFalse;
+  Swap(link.connected, link.warning);
+}
+
+void ShowLost(const Link& link) {
+  link.lost = kTrue;
+  RaiseWarning();  // first: its load sets the panels of what is in use
+  Swap(link.warning, link.connected);
 }
 
 void Supervise(const Link& link, bool present) {
-  if (present && !WasAway(link)) return;
-  if (present && Trapped([&] { OpenAgain(link); })) {
-    link.lost = kFalse;
-    Swap(link.connected, link.warning);
-    return;
-  }
-  link.lost = kTrue;
-  Swap(link.warning, link.connected);
-  RaiseWarning();
+  if (present && (!WasAway(link) || OpenedAgain(link))) return ShowFound(link);
+  ShowLost(link);
 }
 
 /// A port that is no longer in use can't be lost.
 void Forget(const Link& link) {
-  if (link.lost == kFalse) return;
   link.lost = kFalse;
   link.warning.Visible = false;
 }
@@ -77,11 +123,21 @@ void OpenTruckAgain() {
   NoteStepsMayBeMissing();
 }
 
+Link TruckLink() {
+  return {settings.TruckInterfaceSerialPort,
+          cone.TruckPortLost,
+          cone.TruckRefusals,
+          kTruckPauses,
+          Main.EncoderComm,
+          frmWarning.frmEncoderConnected,
+          frmWarning.frmEncoderWarning,
+          OpenTruckAgain};
+}
+
 void SuperviseTruck() {
-  const Link link = {
-      settings.TruckInterfaceSerialPort, cone.TruckPortLost,           Main.EncoderComm,
-      frmWarning.frmEncoderConnected,    frmWarning.frmEncoderWarning, OpenTruckAgain};
-  if (link.number <= 0 || link.number == settings.ConeSerialPort) return Forget(link);
+  const Link link = TruckLink();
+  if (ConeTookTheTrucksNumber()) return ShowLost(link);
+  if (link.number <= 0 || TruckSharesConePort()) return Forget(link);
   Supervise(link, ProbePort(link.number));
 }
 
@@ -89,6 +145,8 @@ void SuperviseASCII() {
   const int number = settings.ASCIIOutSerialPort;
   const Link link = {number,
                      cone.ASCIIPortLost,
+                     cone.ASCIIRefusals,
+                     kOutputPauses,
                      Main.ASCIIOutComm,
                      frmWarning.frmASCIISerialConnected,
                      frmWarning.frmASCIIOutWarning,
@@ -102,6 +160,8 @@ void SuperviseVideo() {
   // The overlay's screen is to be painted anew at the opening, once its texts stand.
   const Link link = {number,
                      cone.VideoPortLost,
+                     cone.VideoRefusals,
+                     kOutputPauses,
                      Main.VideoOverlayComm,
                      frmWarning.frmFrameGrabberConnected,
                      frmWarning.frmSensorayWarning,
@@ -149,6 +209,16 @@ void SuperviseBeforeScan() {
   SuperviseCone();
 }
 
+void LoseTrucksNumber() {
+  Main.EncoderComm.Close();
+  ShowLost(TruckLink());
+}
+
+bool ConeTookTheTrucksNumber() {
+  const bool had_own_port = session.StartConePort != session.StartTruckPort;
+  return had_own_port && TruckSharesConePort() && cone.TruckPortLost == kTrue;
+}
+
 void RaiseWarning() {
   if (cone.WarningShown != kFalse) return;
   Show(frmWarning);
@@ -178,7 +248,7 @@ void OpenConePort(int number) {
   Main.ConeComm.SetSettings(kConeSettings);
   Main.ConeComm.SetCommPort(number);
   Main.ConeComm.Open();
-  if (!TruckSharesConePort()) return;
+  if (!TruckSharesConePort() || ConeTookTheTrucksNumber()) return;
   // A scan knows the truck's port under a new number only once the cone has answered there. Until
   // then any of them may be the one whose stop line holds the rig, but its lines say nothing.
   RestoreQuitOutput();

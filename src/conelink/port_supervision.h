@@ -2,7 +2,8 @@
 // are there, keeps the panels of the status window, and opens again what has come back.
 //
 // Fault model: a port vanishes and returns under its number, also between two looks, so that only
-// the open port object knows of it; it may be there and refuse to open for a while.
+// the open port object knows of it; it may be there and refuse to open for a while, at once or, on
+// the network, after a wait; two adapters may come back with their numbers swapped.
 #pragma once
 
 #include <string_view>
@@ -17,13 +18,20 @@ int ProbeAllPorts();
 /// The truck's, the ASCII, the overlay and the cone's port in turn. A missing one sets its lost
 /// flag and its warning panel and raises the status window. One that is back is opened with its own
 /// settings, the truck's lines are read without counting, and only then its panel says OK; while it
-/// refuses, it counts as lost. `ConePortLost` follows the cone's port. The overlay's port is not
+/// refuses, it counts as lost; one that took its time to refuse is left alone for a while, and as
+/// long as rows are coming. `ConePortLost` follows the cone's port. The overlay's port is not
 /// probed: its entry in `PortPresent` counts.
 void SupervisePorts();
 
 /// The same before a scan for the cone: the overlay is left out, and `ConePortLost` stays set until
 /// the scan has found the cone.
 void SuperviseBeforeScan();
+
+/// The cone answers under the number of the truck interface, which had a port of its own: where the
+/// truck's lines are now, nobody knows. Its port counts as lost until it is given another number.
+void LoseTrucksNumber();
+/// Whether that is so: the lines of the shared port are then not the truck's.
+bool ConeTookTheTrucksNumber();
 
 /// Puts the status window on top, unless it stands for a loss already.
 void RaiseWarning();

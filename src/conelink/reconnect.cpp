@@ -48,14 +48,34 @@ bool ConeAnswersOn(int port) {
   return IsBanner(reply);
 }
 
+/// The truck's own port can't be opened twice, and its lines are to be counted on.
+bool IsOpenTruckPort(int port) {
+  const bool open = !TruckSharesConePort() && !Main.EncoderComm.Gone();
+  return open && port == settings.TruckInterfaceSerialPort &&
+         Main.EncoderComm.Settings() == kConeSettings;
+}
+
+/// Asks for the banner where the port is open. Only if the cone gives it the port changes hands.
+bool ConeAnswersOnTruckPort() {
+  Main.EncoderComm.ClearInBuffer();
+  Main.EncoderComm.Output("Y\r");
+  Main_CommPause(kBannerPauses);
+  if (!IsBanner(Main.EncoderComm.Input())) return false;
+  Main.EncoderComm.Close();
+  return Trapped([] { OpenConePort(settings.TruckInterfaceSerialPort); });
+}
+
 void TakeOver(int port) {
+  const bool shared_before = TruckSharesConePort();
   settings.ConeSerialPort = static_cast<std::int16_t>(port);
   if (session.StartConePort == session.StartTruckPort) {
     settings.TruckInterfaceSerialPort = static_cast<std::int16_t>(port);
+  } else if (!shared_before && TruckSharesConePort()) {
+    LoseTrucksNumber();
   }
   cone.ConePortLost = kFalse;
   ShowConeConnected();
-  if (!TruckSharesConePort()) return;
+  if (!TruckSharesConePort() || ConeTookTheTrucksNumber()) return;
   // Edges of the time in which the port was away or closed were not seen.
   RestoreQuitOutput();
   ReadTruckLines();
@@ -67,7 +87,7 @@ int ScanForCone() {
   for (int port = 1; port <= kLastPort; ++port) {
     Yield();
     if (!IsPresent(port) || ServesAnOutput(port)) continue;
-    if (ConeAnswersOn(port)) return port;
+    if (IsOpenTruckPort(port) ? ConeAnswersOnTruckPort() : ConeAnswersOn(port)) return port;
     cone.ConePortLost = kTrue;
     Trapped([] { Main.ConeComm.Close(); });
   }
@@ -99,7 +119,7 @@ void ReconnectSerial() {
   }
   TakeOver(port);
   Trapped([] { ResyncConeData(); });
-  Trapped([] { ReadTruckLines(); });
+  if (!ConeTookTheTrucksNumber()) Trapped([] { ReadTruckLines(); });
   Main.EncoderComm.SetDTREnable(false);
 }
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "conelink/cone_state.h"
+#include "conelink/select_commands.h"
 #include "core/channels.h"
 
 namespace penlog {
@@ -18,6 +19,7 @@ std::string_view ReportOrder() {
 }
 
 bool IsReported(int channel, int unit, char letter) {
+  if (unit == 0 && IsLeftOut(channel)) return false;
   return channels.ChannelPresent(channel) == kTrue && channels.ChannelModule(channel) == unit &&
          channels.ChannelLetter(channel) == std::string(1, letter);
 }

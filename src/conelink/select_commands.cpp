@@ -24,16 +24,16 @@ bool Any(int) {
   return true;
 }
 
-bool IsNoGeophone(int channel) {
-  return channel != 8 && channel != 9;
-}
-
 }  // namespace
 
-void BuildSelectCommands() {
+bool IsLeftOut(int channel) {
   const bool seismic_family = StartsWith(cone.ConeId, "DSE") || StartsWith(cone.ConeId, "DDE");
-  cone.ChannelSelectCommand = "Z " + (seismic_family ? Letters(1, 18, IsNoGeophone)
-                                                     : Letters(1, 18, Any) + Letters(21, 30, Any));
+  return seismic_family && (channel == 8 || channel == 9 || channel > 20);
+}
+
+void BuildSelectCommands() {
+  const auto selected = [](int channel) { return !IsLeftOut(channel); };
+  cone.ChannelSelectCommand = "Z " + Letters(1, 18, selected) + Letters(21, 30, selected);
   cone.ReducedSelectCommand = "Z " + Letters(1, 2, Any);
 }
 

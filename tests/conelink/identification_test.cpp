@@ -45,6 +45,17 @@ class Identification : public ::testing::Test {
            Image(3, "P", 0, 35).Text();
   }
 
+  /// From command `first` on: two pauses behind the first three, which prove the unit, and one
+  /// behind each other, the selection included. Each pause lasts two ticks.
+  void ExpectPauses(std::size_t first) {
+    far.heard_at.push_back(Now());
+    for (std::size_t i = first; i < far.heard.size(); ++i) {
+      const int pauses = i < first + 3 ? 2 : 1;
+      EXPECT_EQ(far.heard_at[i + 1] - far.heard_at[i], pauses * 2 * kTick) << far.heard[i];
+    }
+    far.heard_at.pop_back();
+  }
+
   LinkWorld world;
   ScriptedCone far{world.ports.Wire(3)};
 };
@@ -95,10 +106,7 @@ TEST_F(Identification, SubtractionOfALaterRecordUsesThatRecordsSensitivity) {
 TEST_F(Identification, PausesStandBehindEachCommand) {
   SetCone(TipSleevePore());
   ReadConeSettings();
-  for (std::size_t i = 1; i < far.heard.size(); ++i) {
-    const int pauses = i <= 3 ? 2 : 1;
-    EXPECT_GE(far.heard_at[i] - far.heard_at[i - 1], pauses * kTick) << far.heard[i];
-  }
+  ExpectPauses(0);
 }
 
 TEST_F(Identification, SilentConeChangesNeitherModeNorLink) {
@@ -399,6 +407,14 @@ TEST_F(Modules, ModuleIsReadWithItsNumberInFrontOfEachCommand) {
   EXPECT_EQ(cone.ChannelCount, 5);
   EXPECT_EQ(cone.DelayRows, 45);
   EXPECT_EQ(StartUp.lblLoad.Caption, "Module ( 3) found");
+}
+
+TEST_F(Modules, PausesStandBehindEachCommandOfAModule) {
+  SetModule(3, Image(23, "R", 3).Text() + Coded(1, 1) + Decimal(9) + Coded(500, 3), "MOD0003");
+  far.heard_at.clear();
+  ReadModuleSettings(3);
+  EXPECT_EQ(far.heard.back(), " 3Z R");
+  ExpectPauses(0);
 }
 
 TEST_F(Modules, ModuleNineIsTheHighest) {

@@ -52,6 +52,16 @@ struct LinkWorld : World {
     port.Open();
   }
 
+  /// As the console's load leaves the screens: the status window visible behind it.
+  static void ShowConsole() {
+    Show(Main);
+    Show(frmWarning);
+    SendBehind(frmWarning);
+  }
+  static bool WarningIsOnTop() {
+    return !ShownForms().empty() && ShownForms().back() == &frmWarning;
+  }
+
   /// Moves time to `after` behind the next tick.
   static void GoToTick(Micros after = 0) {
     const Micros past = Now() % kTick;

@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "conelink/exchange.h"
 #include "conelink/link_world.h"
+#include "conelink/watched_ports.h"
 
 namespace penlog {
 namespace {
@@ -19,12 +23,15 @@ class MainLink : public ::testing::Test {
     world.ports.Wire(4);
     cone.ConeLinkUp = kTrue;
     LinkWorld::Open(Main.ConeComm, 3);
+    LinkWorld::ShowConsole();
     LinkWorld::GoToTick(kMillisecond);
   }
 
   LinkWorld world;
   ScriptedCone far{world.ports.Wire(3)};
 };
+
+using Calls = std::vector<std::string>;
 
 std::string Block() {
   std::string bytes;
@@ -111,7 +118,7 @@ TEST_F(MainLink, TimeoutTakesTheLinkDownAndRaisesTheStatusWindow) {
   EXPECT_EQ(cone.ConeLinkUp, kFalse);
   EXPECT_TRUE(frmWarning.frmModuleWarning.Visible);
   EXPECT_FALSE(frmWarning.frmModulesConnected.Visible);
-  EXPECT_TRUE(frmWarning.Visible);
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
   EXPECT_EQ(cone.WarningShown, kTrue);
   EXPECT_FALSE(Main.cmdWarningOK1.Visible);
   EXPECT_FALSE(Main.cmdWarningOK2.Visible);
@@ -186,7 +193,7 @@ TEST_F(MainLink, BannerThatTimesOutLeavesTheLinkUp) {
   EXPECT_EQ(cone.CommFailed, kTrue);
   EXPECT_EQ(cone.CommTimeoutCount, 1);
   EXPECT_EQ(cone.ConeLinkUp, kTrue);
-  EXPECT_FALSE(frmWarning.Visible);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
 }
 
 TEST_F(MainLink, DuringTheSeismicWaitATimeoutIsShownButTheLinkStaysUp) {
@@ -195,14 +202,14 @@ TEST_F(MainLink, DuringTheSeismicWaitATimeoutIsShownButTheLinkStaysUp) {
   EXPECT_EQ(cone.CommTimeoutCount, 1);
   EXPECT_EQ(Main.lblCommError.Caption, "COMM ERR: timeout 1");
   EXPECT_EQ(cone.ConeLinkUp, kTrue);
-  EXPECT_FALSE(frmWarning.Visible);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
 }
 
 TEST_F(MainLink, EmptyReadingRaisesTheWindowThoughTheFailureWasHandled) {
   sounding.ConsoleMode = 9;  // the failure itself is then no alarm
   EXPECT_EQ(Main_CommStringCheck("D"), "");
   EXPECT_EQ(cone.ConeLinkUp, kFalse);
-  EXPECT_TRUE(frmWarning.Visible);
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
   EXPECT_TRUE(frmWarning.frmModuleWarning.Visible);
 }
 
@@ -211,7 +218,7 @@ TEST_F(MainLink, EmptyReadingLeavesAPinnedWindowAsItIs) {
   cone.WarningPinned = kTrue;
   EXPECT_EQ(Main_CommStringCheck("D"), "");
   EXPECT_EQ(cone.ConeLinkUp, kFalse);
-  EXPECT_FALSE(frmWarning.Visible);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
   EXPECT_EQ(cone.WarningShown, kFalse);
 }
 
@@ -257,6 +264,37 @@ TEST_F(MainLink, OldInputIsClearedBeforeTheCommand) {
   World::RunFor(kMillisecond);
   far.On("X", "NEW\r\n");
   EXPECT_EQ(Main_CommStringCheck("X"), "NEW");
+}
+
+TEST_F(MainLink, OutputThatWasNotSentYetIsClearedBeforeTheCommand) {
+  WatchedPorts watched(world.ports);
+  Main.ConeComm.Close();
+  far.On("X", "OK\r\n");
+  far.On("B", Block());
+  for (const std::string command : {"X", "B"}) {
+    Main_CommStringCheck(command);
+    EXPECT_EQ(watched.calls.at(3), (Calls{"discard output", "write " + command + "\r"}));
+    watched.calls.at(3).clear();
+  }
+  ReconnectCommStringCheck("Y");
+  EXPECT_EQ(watched.calls.at(3), (Calls{"discard output", "write Y\r"}));
+}
+
+TEST_F(MainLink, BlockIsAwaitedInBinaryModeAndAReplyInTextMode) {
+  const std::pair<std::string, InputModes> rows[] = {
+      {"B", InputModes::Binary}, {"X", InputModes::Text}, {"B", InputModes::Binary}};
+  for (const auto& [command, mode] : rows) {
+    std::vector<InputModes> during;
+    far.OnAny = [&](const std::string& heard) {
+      during.push_back(Main.ConeComm.InputMode());
+      PostCall(Now() + 2 * kTick, this, [&, heard] {
+        during.push_back(Main.ConeComm.InputMode());
+        far.SendLater(0, heard == "B" ? Block() : "OK\r\n");
+      });
+    };
+    Main_CommStringCheck(command);
+    EXPECT_EQ(during, (std::vector<InputModes>{mode, mode})) << command;
+  }
 }
 
 TEST_F(MainLink, ReplyThatEndsALineButFailedBeforeIsCleared) {
@@ -386,7 +424,7 @@ TEST_F(MainLink, ScanSilenceIsCountedAndLeavesTheLinkAlone) {
   EXPECT_EQ(cone.CommFailed, kTrue);
   EXPECT_EQ(Main.lblCommError.Caption, "COMM ERR: timeout 1");
   EXPECT_EQ(cone.ConeLinkUp, kTrue);
-  EXPECT_FALSE(frmWarning.Visible);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
 }
 
 TEST_F(MainLink, ScanDoesNotSupervise) {

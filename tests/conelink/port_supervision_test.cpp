@@ -2,8 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+#include <vector>
+
 #include "conelink/link_world.h"
 #include "conelink/main_exchange.h"
+#include "conelink/watched_ports.h"
+#include "screens/connection_status.h"
 #include "sounding/truck_interface.h"
 
 namespace penlog {
@@ -27,10 +33,14 @@ class Supervision : public ::testing::Test {
     ProbeAllPorts();
     Main.EncoderComm.OnComm = Main_EncoderComm_OnComm;
     Main.ConeComm.OnComm = Main_ConeComm_OnComm;
+    frmWarning.Timer1.OnTick = frmWarning_Timer1_Timer;
+    LinkWorld::ShowConsole();
   }
   ~Supervision() override {
     Main.EncoderComm.OnComm = {};
     Main.ConeComm.OnComm = {};
+    frmWarning.Timer1.OnTick = {};
+    frmWarning.Load = {};
   }
 
   void Plug(int number, bool in) {
@@ -64,7 +74,7 @@ class Supervision : public ::testing::Test {
 TEST_F(Supervision, AllPresentRaisesNothing) {
   SupervisePorts();
   EXPECT_FALSE(TruckWarns() || ASCIIWarns() || VideoWarns() || ConeWarns());
-  EXPECT_FALSE(frmWarning.Visible);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
   EXPECT_EQ(cone.WarningShown, kFalse);
   World::RunFor(kMillisecond);
   EXPECT_EQ(truck_end.closings + ascii_end.closings + video_end.closings + cone_end.closings, 0);
@@ -87,7 +97,7 @@ TEST_F(Supervision, MissingTruckPortWarnsAndRaisesTheWindow) {
   EXPECT_EQ(cone.TruckPortLost, kTrue);
   EXPECT_EQ(cone.PortPresent[4], kFalse);
   EXPECT_TRUE(TruckWarns());
-  EXPECT_TRUE(frmWarning.Visible);
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
   EXPECT_EQ(cone.WarningShown, kTrue);
   EXPECT_EQ(cone.ConeLinkUp, kTrue);
 }
@@ -96,8 +106,18 @@ TEST_F(Supervision, WindowThatStandsIsNotRaisedAgain) {
   Plug(4, false);
   cone.WarningShown = kTrue;
   SupervisePorts();
-  EXPECT_FALSE(frmWarning.Visible);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
   EXPECT_EQ(cone.TruckPortLost, kTrue);
+}
+
+TEST_F(Supervision, WindowThatIsLoadedByALossShowsTheWarningAlone) {
+  frmWarning.Load = frmWarning_Load;
+  Unload(frmWarning);
+  for (const int number : {4, 5}) Plug(number, false);
+  SupervisePorts();
+  EXPECT_TRUE(frmWarning.Loaded);
+  EXPECT_TRUE(TruckWarns());
+  EXPECT_TRUE(ASCIIWarns());
 }
 
 TEST_F(Supervision, TruckPortThatReturnsIsOpenedAgainBeforeItsPanelSaysOk) {
@@ -219,7 +239,7 @@ TEST_F(Supervision, PortNumberZeroIsNotInUseAndNeverLost) {
   EXPECT_EQ(cone.TruckPortLost, kFalse);
   EXPECT_EQ(cone.ASCIIPortLost, kFalse);
   EXPECT_EQ(cone.VideoPortLost, kFalse);
-  EXPECT_FALSE(frmWarning.Visible);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
 }
 
 TEST_F(Supervision, ASCIIPortIsProbedFreshAndOpenedAgain) {
@@ -227,7 +247,7 @@ TEST_F(Supervision, ASCIIPortIsProbedFreshAndOpenedAgain) {
   SupervisePorts();
   EXPECT_EQ(cone.ASCIIPortLost, kTrue);
   EXPECT_TRUE(ASCIIWarns());
-  EXPECT_TRUE(frmWarning.Visible);
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
   Plug(5, true);
   SupervisePorts();
   World::RunFor(kMillisecond);
@@ -246,7 +266,7 @@ TEST_F(Supervision, VideoPortIsTakenFromTheTableWithoutAFreshProbe) {
   SupervisePorts();
   EXPECT_EQ(cone.VideoPortLost, kTrue);
   EXPECT_TRUE(VideoWarns());
-  EXPECT_TRUE(frmWarning.Visible);
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
   Plug(6, true);
   SupervisePorts();
   EXPECT_TRUE(VideoWarns()) << "the table still says missing";
@@ -276,7 +296,7 @@ TEST_F(Supervision, MissingConePortTakesTheLinkDown) {
   EXPECT_TRUE(ConeWarns());
   EXPECT_TRUE(frmWarning.frmModuleWarning.Visible);
   EXPECT_FALSE(frmWarning.frmModulesConnected.Visible);
-  EXPECT_TRUE(frmWarning.Visible);
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
 }
 
 TEST_F(Supervision, ConePortFlagFollowsThePortBeforeEachExchange) {
@@ -294,18 +314,41 @@ TEST_F(Supervision, FlagOfTheConePortStaysSetBeforeAScan) {
   EXPECT_EQ(cone.VideoPortLost, kFalse) << "the overlay is left out";
 }
 
-TEST_F(Supervision, WindowGoesOnceAllIsClearAfterItsTimersTime) {
+TEST_F(Supervision, WindowGoesBehindTheConsoleOnceAllIsClearAfterItsTimersTime) {
   cone_end.On("X", "OK\r\n");
-  frmWarning.Timer1.OnTick = [] { frmWarning.Visible = false; };
-  frmWarning.Visible = true;
-  cone.WarningShown = kTrue;
+  Plug(5, false);
+  Main_CommStringCheck("X");
+  World::RunFor(10 * kSecond);
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop()) << "it is still lost";
+  Plug(5, true);
+  const Micros clear = Now();
   Main_CommStringCheck("X");
   EXPECT_EQ(cone.WarningShown, kFalse);
-  EXPECT_TRUE(frmWarning.Timer1.Running());
-  EXPECT_EQ(frmWarning.Timer1.Interval(), 1500);
-  World::RunFor(1500 * kMillisecond);
-  EXPECT_FALSE(frmWarning.Visible);
-  frmWarning.Timer1.OnTick = {};
+  World::RunFor(clear + 1499 * kMillisecond - Now());
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
+  World::RunFor(2 * kMillisecond);
+  EXPECT_EQ(ShownForms(), (std::vector<Form*>{&frmWarning, &Main}));
+  EXPECT_FALSE(frmWarning.Timer1.Running());
+}
+
+TEST_F(Supervision, WindowStaysOnTopIfAnythingHappensWithinItsTimersTime) {
+  cone_end.On("X", "OK\r\n");
+  const std::pair<const char*, std::function<void()>> rows[] = {
+      {"the operator pins it", [] { cone.WarningPinned = kTrue; }}, {"another loss", [this] {
+                                                                       Plug(5, false);
+                                                                       Main_CommStringCheck("X");
+                                                                     }}};
+  for (const auto& [what, happens] : rows) {
+    RaiseWarning();
+    Main_CommStringCheck("X");
+    EXPECT_TRUE(frmWarning.Timer1.Running()) << what;
+    happens();
+    World::RunFor(2 * kSecond);
+    EXPECT_TRUE(LinkWorld::WarningIsOnTop()) << what;
+    EXPECT_FALSE(frmWarning.Timer1.Running()) << what;
+    cone.WarningPinned = kFalse;
+    cone.WarningShown = kFalse;
+  }
 }
 
 TEST_F(Supervision, WindowStaysWhileAnythingIsLostOrTheOperatorPinsIt) {
@@ -344,6 +387,142 @@ TEST_F(Supervision, SharedPortOpenedAgainReadsTheLinesAndKeepsTheQuit) {
   EXPECT_FALSE(cone_end.outputs.back().dtr);
   EXPECT_EQ(sounding.StepsMayBeMissing, kTrue);
   EXPECT_EQ(sounding.StepsMayBeMissingDepth, 3.5f);
+}
+
+TEST_F(Supervision, PortThatIsGivenAnotherNumberWhileItIsLostTurnsGreenAgain) {
+  Plug(4, false);
+  Plug(5, false);
+  SupervisePorts();
+  world.ports.Wire(7);
+  settings.TruckInterfaceSerialPort = 7;  // as the port screen's request is served
+  Main.EncoderComm.Close();
+  OpenTruckPort("19200,N,8,1");
+  settings.ASCIIOutSerialPort = 0;
+  cone.TruckPortLost = cone.ASCIIPortLost = kFalse;
+  SupervisePorts();
+  EXPECT_FALSE(TruckWarns());
+  EXPECT_FALSE(frmWarning.frmASCIIOutWarning.Visible) << "an output that is switched off";
+}
+
+TEST_F(Supervision, TruckThatTheOperatorPutsOnTheConesPortIsNotLost) {
+  session.StartConePort = 3;
+  session.StartTruckPort = 4;
+  Plug(4, false);
+  SupervisePorts();
+  settings.TruckInterfaceSerialPort = 3;
+  cone.TruckPortLost = kFalse;  // its lines were read there
+  SupervisePorts();
+  EXPECT_EQ(cone.TruckPortLost, kFalse);
+  EXPECT_FALSE(frmWarning.frmEncoderWarning.Visible);
+}
+
+/// Ports that take their time to refuse, among exchanges that go on.
+class SlowPorts : public Supervision {
+ protected:
+  SlowPorts() { cone_end.On("D", " 0.5 -1.25\r\n"); }
+
+  /// Takes readings for so long; returns how many came.
+  int ReadFor(Micros time) {
+    int readings = 0;
+    for (const Micros end = Now() + time; Now() < end;) {
+      readings += Main_CommStringCheck("D") == " 0.5 -1.25 " ? 1 : 0;
+    }
+    return readings;
+  }
+  /// The port goes and comes back as one that refuses after so long.
+  void ComeBackRefusing(int number, Micros after) {
+    Plug(number, false);
+    watched.refuses_after[number] = after;
+    Plug(number, true);
+  }
+  /// Seconds from each opening to the next, rounded.
+  std::vector<int> Gaps(int number) {
+    std::vector<int> gaps;
+    const auto& openings = watched.openings[number];
+    for (std::size_t i = 1; i < openings.size(); ++i) {
+      gaps.push_back(static_cast<int>((openings[i] - openings[i - 1] + kSecond / 2) / kSecond));
+    }
+    return gaps;
+  }
+
+  WatchedPorts watched{world.ports};
+};
+
+TEST_F(SlowPorts, OutputIsTriedAgainAfterGrowingPausesAndReadingsGoOn) {
+  const std::pair<Micros, std::vector<int>> rows[] = {{WatchedPorts::kMute, {12, 32, 32, 32}},
+                                                      {kSecond, {11, 31, 31, 31}}};
+  for (const auto& [after, gaps] : rows) {
+    watched.openings.clear();
+    cone.ASCIIRefusals = {};
+    ComeBackRefusing(5, after);
+    const int readings = ReadFor(120 * kSecond);
+    EXPECT_EQ(Gaps(5), gaps);
+    EXPECT_GT(readings, 109 * kSecond / (2 * kTick)) << "one in two ticks but for the trials";
+    EXPECT_EQ(cone.ASCIIPortLost, kTrue);
+    EXPECT_TRUE(ASCIIWarns());
+  }
+}
+
+TEST_F(SlowPorts, OverlayIsTriedAgainAfterGrowingPauses) {
+  ComeBackRefusing(6, WatchedPorts::kMute);
+  ReadFor(60 * kSecond);
+  EXPECT_EQ(Gaps(6), (std::vector<int>{12, 32}));
+}
+
+TEST_F(SlowPorts, TruckIsTriedAgainEveryThreeSeconds) {
+  ComeBackRefusing(4, WatchedPorts::kMute);
+  const int readings = ReadFor(19 * kSecond);
+  EXPECT_EQ(Gaps(4), (std::vector<int>{5, 5, 5}));
+  EXPECT_GT(readings, 8 * kSecond / (2 * kTick));
+  EXPECT_TRUE(TruckWarns());
+}
+
+TEST_F(SlowPorts, PortThatIsOpenAgainStartsWithTheFirstPauseTheNextTime) {
+  ComeBackRefusing(5, WatchedPorts::kMute);
+  ReadFor(20 * kSecond);
+  watched.refuses_after.clear();
+  ReadFor(30 * kSecond);
+  EXPECT_EQ(cone.ASCIIPortLost, kFalse);
+  EXPECT_FALSE(ASCIIWarns());
+  watched.openings.clear();
+  ComeBackRefusing(5, WatchedPorts::kMute);
+  ReadFor(20 * kSecond);
+  EXPECT_EQ(Gaps(5), std::vector<int>{12});
+}
+
+TEST_F(SlowPorts, AnotherNumberIsTriedAtOnce) {
+  ComeBackRefusing(5, WatchedPorts::kMute);
+  ReadFor(5 * kSecond);
+  world.ports.Wire(7);
+  settings.ASCIIOutSerialPort = 7;
+  ReadFor(kSecond);
+  EXPECT_EQ(cone.ASCIIPortLost, kFalse);
+  EXPECT_EQ(watched.openings[5].size(), 1u);
+}
+
+TEST_F(SlowPorts, WhatRefusesAtOnceIsTriedInEachExchange) {
+  Plug(5, false);
+  world.ports.SetRefused(5, true);
+  Plug(5, true);
+  const int readings = ReadFor(10 * kSecond);
+  EXPECT_GT(readings, 50);
+  EXPECT_EQ(watched.openings[5].size(), static_cast<std::size_t>(readings));
+}
+
+TEST_F(SlowPorts, ThatWereFoundOutAreNotTriedWhileRowsAreComing) {
+  sounding.ConsoleMode = 2;
+  std::function<void()> row = [&] {
+    sounding.TicksSinceStep = 0;
+    PostCall(Now() + kSecond, this, row);
+  };
+  row();
+  ComeBackRefusing(5, WatchedPorts::kMute);
+  ReadFor(100 * kSecond);
+  EXPECT_EQ(watched.openings[5].size(), 1u);
+  DropCalls(this);
+  sounding.TicksSinceStep = 91;
+  ReadFor(kSecond);
+  EXPECT_EQ(watched.openings[5].size(), 2u) << "the rods have rested for five seconds";
 }
 
 }  // namespace

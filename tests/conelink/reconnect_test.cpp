@@ -5,9 +5,12 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 
 #include "conelink/link_world.h"
 #include "conelink/main_exchange.h"
+#include "screens/connection_status.h"
+#include "sounding/port_requests.h"
 #include "sounding/truck_interface.h"
 
 namespace penlog {
@@ -47,7 +50,7 @@ class Reconnect : public ::testing::Test {
     return end;
   }
 
-  void Lose() {
+  static void Lose() {
     cone.ConePortLost = kTrue;
     cone.ConeLinkUp = kFalse;
   }
@@ -91,8 +94,9 @@ TEST_F(Reconnect, SilentPortCostsElevenTicksAndTenPauses) {
   LinkWorld::GoToTick();
   const Micros start = Now();
   ReconnectSerial();
-  // One pause before the scan, then ten ticks of silence and ten pauses on COM 2.
-  EXPECT_EQ(Now() - start, 2 * kTick + 10 * kTick + 20 * kTick);
+  // One pause before the scan, then ten ticks of silence and ten pauses on COM 2, ten pauses on the
+  // truck's port.
+  EXPECT_EQ(Now() - start, 2 * kTick + 10 * kTick + 20 * kTick + 20 * kTick);
 }
 
 TEST_F(Reconnect, ResynchronisesTheConeItFound) {
@@ -130,16 +134,41 @@ TEST_F(Reconnect, TruckPortThatNobodyHoldsIsProbedWithABannerRequest) {
   EXPECT_EQ(At(4).heard, std::vector<std::string>{"Y"});
 }
 
-TEST_F(Reconnect, TruckPortThatIsOpenRefusesAndKeepsItsLines) {
+TEST_F(Reconnect, TruckPortThatIsOpenIsAskedThereAndKeepsItsLines) {
   ConeAt(7);
   Lose();
   Main.EncoderComm.SetRTSEnable(true);
   World::RunFor(kMillisecond);
   At(4).outputs.clear();
   ReconnectSerial();
-  EXPECT_TRUE(At(4).heard.empty());
+  EXPECT_EQ(At(4).heard, std::vector<std::string>{"Y"});
   EXPECT_TRUE(At(4).outputs.empty());
+  EXPECT_EQ(At(4).closings, 0);
   EXPECT_TRUE(Main.EncoderComm.RTSEnable());
+}
+
+TEST_F(Reconnect, TruckPortAtTheSpeedOfAnOverlayIsNotAsked) {
+  ConeAt(7);
+  Main.EncoderComm.Close();
+  Main.EncoderComm.SetSettings("9600,N,8,1");
+  Main.EncoderComm.Open();
+  Lose();
+  ReconnectSerial();
+  EXPECT_TRUE(At(4).heard.empty());
+  EXPECT_EQ(settings.ConeSerialPort, 7);
+}
+
+TEST_F(Reconnect, StepsOfTheTruckAreCountedWhileItsPortIsAsked) {
+  settings.DepthCounterType = 1;
+  settings.DepthResolution = 0.01f;
+  sounding.ClampLine = sounding.PressureLine = 0;
+  PostCall(Now() + 5 * kTick, this, [this] {
+    for (const bool held : {true, false, true}) world.ports.Wire(4).SetLines({true, true, held});
+  });
+  Lose();
+  ReconnectSerial();
+  EXPECT_EQ(At(4).heard, std::vector<std::string>{"Y"});
+  EXPECT_EQ(sounding.DepthCounts, 2);
 }
 
 TEST_F(Reconnect, PortThatRefusesToOpenIsPassedOver) {
@@ -329,6 +358,123 @@ TEST_F(Reconnect, ConeUnpluggedInTheMiddleOfASessionReturnsUnderAnotherNumber) {
   ReconnectSerial();
   EXPECT_EQ(settings.ConeSerialPort, 8);
   EXPECT_EQ(Main_CommStringCheck("D"), "1.5 ");
+}
+
+/// Cone on COM 5 and truck interface on COM 4, both open; then their adapters lose power and come
+/// back with their numbers swapped.
+class Swapped : public Reconnect {
+ protected:
+  Swapped() {
+    frmWarning.Timer1.OnTick = frmWarning_Timer1_Timer;
+    LinkWorld::ShowConsole();
+    ConeAt(5);
+    LinkWorld::Open(Main.ConeComm, 5);
+    cone.ConeLinkUp = kTrue;
+    sounding.CurrentDepth = 8.5f;
+    EXPECT_EQ(Main_CommStringCheck("D"), "1.5 ");
+    Swap();
+    ConeAt(4);
+  }
+  ~Swapped() override { frmWarning.Timer1.OnTick = {}; }
+
+  void Swap() {
+    ends_.clear();
+    world.ports.Renumber(5, 99);
+    world.ports.Renumber(4, 5);
+    world.ports.Renumber(99, 4);
+    World::RunFor(kMillisecond);
+  }
+  /// Exchanges, and a scan after each that found the link down, as the main loop goes on.
+  static void GoOn(int passes) {
+    for (int pass = 0; pass < passes; ++pass) {
+      Main_CommStringCheck("D");
+      if (cone.ConeLinkUp == kFalse) ReconnectSerial();
+    }
+  }
+  static bool TruckWarns() {
+    EXPECT_NE(bool(frmWarning.frmEncoderWarning.Visible),
+              bool(frmWarning.frmEncoderConnected.Visible));
+    return frmWarning.frmEncoderWarning.Visible;
+  }
+};
+
+TEST_F(Swapped, ConeIsFoundUnderTheTrucksNumberAndTheTruckStaysLost) {
+  GoOn(1);
+  EXPECT_EQ(settings.ConeSerialPort, 4);
+  EXPECT_EQ(cone.ConeLinkUp, kTrue);
+  for (int pass = 0; pass < 20; ++pass) {
+    EXPECT_EQ(Main_CommStringCheck("D"), "1.5 ");
+    EXPECT_EQ(cone.TruckPortLost, kTrue);
+    EXPECT_TRUE(TruckWarns());
+    World::RunFor(kSecond);
+  }
+  EXPECT_TRUE(LinkWorld::WarningIsOnTop());
+  EXPECT_FALSE(Main.EncoderComm.PortOpen());
+}
+
+TEST_F(Swapped, LinesOfTheConesAdapterAreNotTakenForTheTrucks) {
+  GoOn(1);
+  sounding.ClampLine = 1;
+  sounding.QuitState = 1;
+  const std::pair<const char*, std::function<void()>> rows[] = {
+      {"opened again", [] { Main_CommStringCheck("D"); }}, {"found again", [] {
+                                                              Lose();
+                                                              ReconnectSerial();
+                                                            }}};
+  for (const auto& [what, happens] : rows) {
+    Main.ConeComm.Close();
+    world.ports.Wire(4).SetLines({true, true, true});
+    happens();
+    EXPECT_TRUE(Main.ConeComm.DSRHolding()) << what;
+    EXPECT_EQ(sounding.ClampLine, 1) << what;
+    EXPECT_FALSE(Main.ConeComm.RTSEnable()) << what;
+    EXPECT_EQ(cone.TruckPortLost, kTrue) << what;
+  }
+}
+
+TEST_F(Swapped, NumberThatTheOperatorGivesTheTruckClearsIt) {
+  GoOn(2);
+  sounding.TruckPortRequest = {kTrue, 5};
+  ServePortRequests();
+  GoOn(2);
+  EXPECT_EQ(cone.TruckPortLost, kFalse);
+  EXPECT_FALSE(TruckWarns());
+  EXPECT_EQ(Main.EncoderComm.CommPort(), 5);
+  World::RunFor(2 * kSecond);
+  EXPECT_FALSE(LinkWorld::WarningIsOnTop());
+}
+
+TEST_F(Swapped, AdaptersThatSwapBackAreBothFound) {
+  GoOn(2);
+  Swap();
+  ConeAt(5);
+  GoOn(4);
+  EXPECT_EQ(settings.ConeSerialPort, 5);
+  EXPECT_EQ(cone.ConeLinkUp, kTrue);
+  EXPECT_EQ(cone.TruckPortLost, kFalse);
+  EXPECT_FALSE(TruckWarns());
+  EXPECT_EQ(Main.EncoderComm.CommPort(), 4);
+  EXPECT_EQ(sounding.StepsMayBeMissing, kTrue);
+  EXPECT_EQ(sounding.StepsMayBeMissingDepth, 8.5f);
+}
+
+TEST_F(Reconnect, ConeThatComesUnderTheNumberOfATruckPortThatIsGoneLeavesItLost) {
+  ConeAt(5);
+  world.ports.Wire(4).SetPresent(false);
+  world.ports.Wire(5).SetPresent(false);
+  Lose();
+  PostCall(Now() + kMillisecond, this, [this] {  // behind the look at the ports
+    ends_.clear();
+    world.ports.Renumber(5, 4);
+    ConeAt(4);
+  });
+  ReconnectSerial();
+  EXPECT_EQ(settings.ConeSerialPort, 4);
+  EXPECT_EQ(cone.TruckPortLost, kTrue);
+  EXPECT_TRUE(frmWarning.frmEncoderWarning.Visible);
+  EXPECT_FALSE(Main.EncoderComm.PortOpen());
+  EXPECT_EQ(Main_CommStringCheck("D"), "1.5 ");
+  EXPECT_EQ(cone.TruckPortLost, kTrue);
 }
 
 class ReconnectAtStart : public Reconnect {};

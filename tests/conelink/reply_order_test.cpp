@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 #include "conelink/cone_state.h"
+#include "conelink/select_commands.h"
 #include "core/channels.h"
 
 namespace penlog {
@@ -77,9 +79,42 @@ TEST_F(ReplyOrder, GeophoneLetterCountsInTheSeismicFamiliesAlone) {
   for (const auto& row : rows) {
     cone.ConeId = row.id;
     Put(1, "T");
-    Put(8, "G");
+    Put(10, "G");
     AssignReplyPositions();
-    EXPECT_EQ(channels.ReplyField(8), row.place) << row.id;
+    EXPECT_EQ(channels.ReplyField(10), row.place) << row.id;
+  }
+}
+
+TEST_F(ReplyOrder, WhatTheConesSelectionLeavesOutTakesNoPlaceOfLaterOnes) {
+  const struct {
+    std::string id;
+    std::string command;
+    std::map<int, int> places;
+  } rows[] = {
+      {"DSE1234", "Z TIV", {{1, 1}, {8, 0}, {22, 0}, {6, 2}, {9, 0}, {12, 3}, {10, 4}, {23, 5}}},
+      {"DDE1234", "Z TIV", {{1, 1}, {8, 0}, {22, 0}, {6, 2}, {9, 0}, {12, 3}, {10, 4}, {23, 5}}},
+      {"DCS1234",
+       "Z TIEGVF",
+       {{1, 1}, {22, 2}, {8, 3}, {6, 4}, {12, 5}, {9, 6}, {10, 7}, {23, 8}}}};
+  Put(1, "T");
+  Put(6, "I");
+  Put(8, "E");
+  Put(9, "G");
+  Put(12, "V");
+  Put(22, "F");
+  for (const auto& row : rows) {
+    cone.ConeId = row.id;
+    cone.ModulePresent[2] = kFalse;
+    channels.ChannelPresent(10) = channels.ChannelPresent(23) = kFalse;
+    BuildSelectCommands();
+    EXPECT_EQ(cone.ChannelSelectCommand, row.command);
+    cone.ModulePresent[2] = kTrue;
+    Put(10, "T", 2);
+    Put(23, "R", 2);
+    AssignReplyPositions();
+    for (const auto& [channel, place] : row.places) {
+      EXPECT_EQ(channels.ReplyField(channel), place) << row.id << " " << channel;
+    }
   }
 }
 
