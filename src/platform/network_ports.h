@@ -15,7 +15,8 @@ struct NetworkAddress {
   bool operator==(const NetworkAddress&) const = default;
 };
 
-/// Nothing here waits: what needs the network is begun, and goes on in the yields.
+/// What needs the network is begun here and goes on in the yields. `Exists` alone waits, 300 ms at
+/// most for all servers that the list has just named.
 class NetworkPorts {
  public:
   virtual ~NetworkPorts() = default;

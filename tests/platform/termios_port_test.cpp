@@ -287,6 +287,8 @@ TEST_F(OverAPty, OpeningFaultsNameThePath) {
       {folder / "absent", "No such file or directory"},
       {folder / "text", "not a serial port"},
       {folder.Path(), "Is a directory"},
+      {"/dev/null", "not a serial port"},
+      {"/dev/zero", "not a serial port"},
   };
   for (const auto& row : rows) {
     ports.path = row.path;

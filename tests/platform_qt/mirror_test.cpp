@@ -3,8 +3,11 @@
 
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QFontMetrics>
+#include <QImage>
 #include <QLabel>
 #include <QPushButton>
+#include <vector>
 
 #include "forms/cone_settings_form.h"
 #include "forms/main_form.h"
@@ -281,6 +284,88 @@ TEST(Report, ColumnsAreApartByTwoBlanks) {
       {"", {""}},
   };
   for (const auto& row : rows) EXPECT_EQ(ReportView::Columns(row.line), row.columns) << row.line;
+}
+
+/// The report as it is drawn, on a page so wide that no column is pushed aside by the one before.
+struct Page : testing::Test {
+  static constexpr int kWidth = 3000;
+
+  /// Where marks begin from the left, in fractions of the page between its margins; a mark ends
+  /// where nothing is drawn for a twentieth of the page.
+  std::vector<double> MarksOf(const QString& line) {
+    const QImage picture = Draw(line);
+    std::vector<double> marks;
+    int last = -kWidth;
+    for (int x = 0; x < picture.width(); ++x) {
+      if (!IsDrawn(picture, x)) continue;
+      if (x - last > kWidth / 20) marks.push_back((x - Margin()) / (kWidth - 2.0 * Margin()));
+      last = x;
+    }
+    return marks;
+  }
+  int WidthOf(const QString& line) {
+    const QImage picture = Draw(line);
+    int first = -1;
+    int last = -1;
+    for (int x = 0; x < picture.width(); ++x) {
+      if (!IsDrawn(picture, x)) continue;
+      if (first < 0) first = x;
+      last = x;
+    }
+    return last - first;
+  }
+
+  WindowWorld world;
+
+ private:
+  ReportView& View() { return world.Find<ReportView>(frmConeSettings.lblReport); }
+  int Margin() { return QFontMetrics(View().font()).lineSpacing() / 2; }
+  QImage Draw(const QString& line) {
+    frmConeSettings.lblReport.Caption = line.toStdString();
+    Show(frmConeSettings);
+    world.Settle();
+    View().resize(kWidth, 60);
+    QImage picture(kWidth, 60, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    View().render(&picture, {}, {}, {});
+    return picture;
+  }
+  static bool IsDrawn(const QImage& picture, int x) {
+    for (int y = 0; y < picture.height(); ++y) {
+      if (picture.pixelColor(x, y) != picture.pixelColor(picture.width() - 1, y)) return true;
+    }
+    return false;
+  }
+};
+
+TEST_F(Page, ColumnsOfAChannelBeginAtTheirFractionsOfTheWidth) {
+  const auto marks = MarksOf("Tip  1 MPa  0.1 m from tip  1000 mm^2 Area  No Subtraction");
+  const std::vector<double> expected = {0, 0.12, 0.24, 0.38, 0.55};
+  ASSERT_EQ(marks.size(), expected.size());
+  for (std::size_t i = 0; i < marks.size(); ++i) EXPECT_NEAR(marks[i], expected[i], 0.002) << i;
+}
+
+TEST_F(Page, SecondColumnOfTheHeaderBeginsAtThirtyPerCentOfTheWidth) {
+  const auto marks = MarksOf("Memory Size: 128  Last Calibration Date: 200319");
+  ASSERT_EQ(marks.size(), 2u);
+  EXPECT_NEAR(marks[0], 0, 0.002);
+  EXPECT_NEAR(marks[1], 0.30, 0.002);
+}
+
+TEST_F(Page, HeadingIsBoldAndNoOtherLineIs) {
+  const QString heading = "Channels Available";
+  const QString other = "Channels Avaliable";  // of the same letters
+  const int heading_width = WidthOf(heading);
+  const int other_width = WidthOf(other);
+  const QFont plain = world.Find(frmConeSettings.lblReport).font();  // with the window's style
+  QFont bold = plain;
+  bold.setBold(true);
+  const auto width = [](const QFont& font, const QString& text) {
+    return QFontMetrics(font).tightBoundingRect(text).width();
+  };
+  ASSERT_GT(width(bold, heading), width(plain, heading) + 4);
+  EXPECT_NEAR(heading_width, width(bold, heading), 2);
+  EXPECT_NEAR(other_width, width(plain, other), 2);
 }
 
 TEST(Look, TextsKeepTheirContrast) {

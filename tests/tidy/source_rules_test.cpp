@@ -69,7 +69,8 @@ std::string IncludedNode(const std::string& line, const std::set<std::string>& n
   return {};
 }
 
-using Graph = std::map<std::string, std::set<std::string>>;
+/// "file:line" of the include that leads from one node to another.
+using Graph = std::map<std::string, std::map<std::string, std::string>>;
 
 /// A header and its source are one node.
 Graph IncludeGraph(const std::vector<SourceFile>& files) {
@@ -78,15 +79,26 @@ Graph IncludeGraph(const std::vector<SourceFile>& files) {
   Graph graph;
   for (const auto& file : files) {
     const std::string from = WithoutExtension(file.path);
-    for (const auto& line : file.lines) {
-      const std::string to = IncludedNode(line, nodes);
-      if (!to.empty() && to != from) graph[from].insert(to);
+    for (std::size_t i = 0; i < file.lines.size(); ++i) {
+      const std::string to = IncludedNode(file.lines[i], nodes);
+      if (to.empty() || to == from) continue;
+      graph[from].emplace(to, file.path + ":" + std::to_string(i + 1));
     }
   }
   return graph;
 }
 
-/// A cycle as "a -> b -> a", or empty.
+/// "file:line: FROM includes TO" for each step of the way through `path` and back to its begin.
+std::string CycleReport(const Graph& graph, const std::vector<std::string>& path) {
+  std::string report;
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    const std::string& to = path[(i + 1) % path.size()];
+    report += graph.at(path[i]).at(to) + ": " + path[i] + " includes " + to + "\n";
+  }
+  return report;
+}
+
+/// A line for each include of a cycle, or empty.
 std::string FindCycle(const Graph& graph) {
   std::map<std::string, int> colour;  // 0 new, 1 on the path, 2 done
   std::vector<std::string> path;
@@ -96,12 +108,10 @@ std::string FindCycle(const Graph& graph) {
     path.push_back(node);
     const auto edges = graph.find(node);
     if (edges != graph.end()) {
-      for (const auto& next : edges->second) {
+      for (const auto& [next, place] : edges->second) {
         if (!cycle.empty()) return;
         if (colour[next] == 1) {
-          const auto start = std::find(path.begin(), path.end(), next);
-          for (auto at = start; at != path.end(); ++at) cycle += *at + " -> ";
-          cycle += next;
+          cycle = CycleReport(graph, {std::find(path.begin(), path.end(), next), path.end()});
           return;
         }
         if (colour[next] == 0) visit(next);
@@ -147,9 +157,22 @@ TEST(Includes, FormNoCycle) {
 }
 
 TEST(Includes, CycleFinderFindsOne) {
-  const std::vector<SourceFile> files = {
-      {"src/a.h", {"#include \"b.h\""}}, {"src/b.h", {}}, {"src/b.cpp", {"  #include \"a.h\""}}};
-  EXPECT_EQ(FindCycle(IncludeGraph(files)), "src/a -> src/b -> src/a");
+  const std::vector<SourceFile> files = {{"src/a.h", {"#pragma once", "#include \"b.h\""}},
+                                         {"src/b.h", {}},
+                                         {"src/b.cpp", {"  #include \"a.h\"", "#include \"c.h\""}},
+                                         {"src/c.h", {}}};
+  EXPECT_EQ(FindCycle(IncludeGraph(files)),
+            "src/a.h:2: src/a includes src/b\nsrc/b.cpp:1: src/b includes src/a\n");
+}
+
+TEST(Includes, CycleFinderPassesOverTheWayThatLeadsToTheCycle) {
+  const std::vector<SourceFile> files = {{"src/a.h", {"#include \"b.h\""}},
+                                         {"src/b.h", {"#include \"c.h\""}},
+                                         {"src/c.h", {"", "#include \"d.h\""}},
+                                         {"src/d.h", {"#include \"b.h\""}}};
+  EXPECT_EQ(FindCycle(IncludeGraph(files)),
+            "src/b.h:1: src/b includes src/c\nsrc/c.h:2: src/c includes src/d\n"
+            "src/d.h:1: src/d includes src/b\n");
 }
 
 TEST(Qt, StandsOnlyWhereWindowsAre) {
@@ -232,6 +255,50 @@ TEST(Types, HaveOneDefinitionOfAName) {
                           << " too; rename one";
     }
   }
+}
+
+/// What a handler remembers stands in a state table, where a test can clear it.
+TEST(State, IsNotHiddenInSourceFiles) {
+  static const std::regex variable(
+      R"(^(static )?(?!constexpr|const |using |return|throw|class|struct|enum|friend|extern)"
+      R"(|template|typedef|namespace|inline constexpr)[\w:<>,*& ]+ \w+(\[\w*\])?( = .*|\{.*\})?;)");
+  for (const auto& file : Sources()) {
+    if (!StartsWith(file.path, "src/") || StartsWith(file.path, "src/platform/") ||
+        file.path.ends_with(".h")) {
+      continue;
+    }
+    for (std::size_t i = 0; i < file.lines.size(); ++i) {
+      if (StartsWith(file.lines[i], " ")) continue;
+      EXPECT_FALSE(std::regex_search(file.lines[i], variable))
+          << file.path << ":" << i + 1 << ": put it into the subsystem's state table\n  "
+          << file.lines[i];
+    }
+  }
+}
+
+TEST(State, IsClearedAsAWhole) {
+  static const std::regex table(R"(^inline (?!constexpr|const )[\w:<>, ]+ (\w+)( = .*|\{.*\})?;)");
+  std::string reset;
+  for (const auto& file : Sources()) {
+    if (file.path != "src/core/reset_state.cpp") continue;
+    for (const auto& line : file.lines) reset += line + "\n";
+  }
+  int tables = 0;
+  for (const auto& file : Sources()) {
+    if (!StartsWith(file.path, "src/") || StartsWith(file.path, "src/platform/") ||
+        StartsWith(file.path, "src/forms/")) {
+      continue;
+    }
+    for (std::size_t i = 0; i < file.lines.size(); ++i) {
+      std::smatch match;
+      if (!StartsWith(file.lines[i], "inline")) continue;
+      if (!std::regex_search(file.lines[i], match, table)) continue;
+      ++tables;
+      EXPECT_NE(reset.find("  " + match[1].str() + " = "), std::string::npos)
+          << file.path << ":" << i + 1 << ": clear " << match[1] << " in core/reset_state.cpp";
+    }
+  }
+  EXPECT_GE(tables, 9);
 }
 
 TEST(LooseEnds, AreNotLeftBehind) {

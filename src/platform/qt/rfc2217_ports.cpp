@@ -35,6 +35,7 @@ Rfc2217Ports::Server& Rfc2217Ports::Find(const NetworkAddress& address) {
   if (server.address.port == 0) {
     server.address = address;
     BeginTrial(server);
+    first_wait_left_ms_ = kFirstTrialMs;
   }
   return server;
 }
@@ -115,13 +116,14 @@ void Rfc2217Ports::WaitForFirstTrial(Server& server) {
   since.start();
   QTimer alarm;
   alarm.start(10);
-  while (!server.tried && since.elapsed() < kFirstTrialMs) {
+  for (;;) {
     if (server.trial) WatchTrial(server);
-    if (server.tried) break;
+    if (server.tried || since.elapsed() >= first_wait_left_ms_) break;
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
                                     QEventLoop::WaitForMoreEvents);
   }
   server.tried = true;
+  first_wait_left_ms_ = std::max<qint64>(0, first_wait_left_ms_ - since.elapsed());
 }
 
 }  // namespace penlog

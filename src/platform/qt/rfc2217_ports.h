@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QTcpSocket>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -22,8 +23,8 @@ class Rfc2217Ports : public NetworkPorts {
   Rfc2217Ports& operator=(const Rfc2217Ports&) = delete;
 
   void SetServers(const std::vector<NetworkAddress>& servers) override;
-  /// Never waits but once: up to 300 ms for the first try of a server, so that a program that has
-  /// just started finds what is there. All servers are tried at the same time.
+  /// Never waits but once: up to 300 ms for the first tries of a list, which run at the same time,
+  /// so that a program that has just started finds what is there. Many silent servers take no more.
   bool Exists(const NetworkAddress& server) override;
   std::unique_ptr<PortDriver> Open(const NetworkAddress& server, const PortSettings& settings,
                                    PortSink& sink) override;
@@ -49,6 +50,7 @@ class Rfc2217Ports : public NetworkPorts {
   RealClock& clock_;
   int poll_;
   std::map<Key, Server> servers_;
+  std::int64_t first_wait_left_ms_ = 0;  ///< of the 300 ms for the tries of new servers
 };
 
 }  // namespace penlog
