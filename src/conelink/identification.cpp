@@ -12,6 +12,7 @@
 #include "core/message.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "core/settings_replaced.h"
 #include "forms/start_up_form.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
@@ -134,7 +135,8 @@ void ReadConeSettings() {
   StartUp_CommStringCheck(cone.ChannelSelectCommand);
   StartUp_CommPause();
   const bool has_pair = channels.ChannelPresent(4) == kTrue && channels.ChannelPresent(5) == kTrue;
-  if (!has_pair) settings.CombinePPPlots = 0;
+  // For this cone; the file keeps what the operator chose.
+  if (!has_pair && settings.CombinePPPlots != 0) ReplaceSetting(settings.CombinePPPlots, 0);
   cone.ConeLinkUp = kTrue;
   if (sounding.ConsoleMode == 0) sounding.ConsoleMode = 1;
 }

@@ -1,5 +1,7 @@
 #include "sounding/truck_interface.h"
 
+#include "conelink/cone_state.h"
+#include "core/channels.h"
 #include "core/settings.h"
 #include "forms/main_form.h"
 #include "platform/clock.h"
@@ -178,6 +180,8 @@ void Main_ConeComm_OnComm(int comm_event) {
   if (!TruckSharesConePort() || comm_event >= kFirstConeErrorEvent) return;
   // A scan for the cone also opens ports of other devices; their lines count no depth.
   if (Main.ConeComm.CommPort() != settings.TruckInterfaceSerialPort) return;
+  // A cone that came up under the number of a lost truck interface has lines of its own.
+  if (cone.TruckPortLost == kTrue) return;
   TakeEvent(Main.ConeComm, comm_event, sounding.TicksSinceStep > 1);
 }
 

@@ -8,6 +8,7 @@
 #include "conelink/link_world.h"
 #include "conelink/memory_image.h"
 #include "conelink/reply_order.h"
+#include "core/settings_replaced.h"
 #include "platform/runtime_fault.h"
 
 namespace penlog {
@@ -285,9 +286,11 @@ TEST_F(Identification, CombinedPlotsNeedChannelsFourAndFive) {
               {"", 0}};
   for (const auto& row : rows) {
     settings.CombinePPPlots = 1;
+    replaced_settings.List.clear();
     SetCone(row.records);
     ReadConeSettings();
     EXPECT_EQ(settings.CombinePPPlots, row.combined) << row.records;
+    EXPECT_EQ(replaced_settings.List.size(), row.combined == 0 ? 1u : 0u) << "kept in the file";
   }
 }
 

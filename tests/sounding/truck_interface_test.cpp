@@ -391,6 +391,17 @@ TEST(SharedPort, LinesOfAnotherPortThatAScanHoldsOpenCountNothing) {
   EXPECT_EQ(sounding.Rebound, 0.0f);
 }
 
+TEST(SharedPort, LinesOfAConeOnTheNumberOfALostTruckInterfaceCountNothing) {
+  Truck truck;
+  settings.TruckInterfaceSerialPort = Console::kConePort;
+  truck.OpenPorts();
+  truck.EncoderDown(1);
+  EXPECT_EQ(sounding.DepthCounts, 1.0f);
+  cone.TruckPortLost = -1;
+  truck.EncoderDown(3);
+  EXPECT_EQ(sounding.DepthCounts, 1.0f);
+}
+
 TEST(ErrorEvents, AreIgnored) {
   Truck truck;
   truck.OpenPorts();
