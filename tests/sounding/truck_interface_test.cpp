@@ -395,9 +395,11 @@ TEST(SharedPort, LinesOfAConeOnTheNumberOfALostTruckInterfaceCountNothing) {
   Truck truck;
   settings.TruckInterfaceSerialPort = Console::kConePort;
   truck.OpenPorts();
+  sounding.TicksSinceStep = 7;
   truck.EncoderDown(1);
   EXPECT_EQ(sounding.DepthCounts, 1.0f);
   cone.TruckPortLost = -1;
+  sounding.TicksSinceStep = 7;
   truck.EncoderDown(3);
   EXPECT_EQ(sounding.DepthCounts, 1.0f);
 }
