@@ -394,6 +394,7 @@ TEST(SharedPort, LinesOfAnotherPortThatAScanHoldsOpenCountNothing) {
 TEST(SharedPort, LinesOfAConeOnTheNumberOfALostTruckInterfaceCountNothing) {
   Truck truck;
   settings.TruckInterfaceSerialPort = Console::kConePort;
+  truck.truck().SetLines({true, true, true});
   truck.OpenPorts();
   sounding.TicksSinceStep = 7;
   truck.EncoderDown(1);
