@@ -89,7 +89,8 @@ void RealClock::Handed(const Event&) {
 void RealClock::Frame() {
   if (!on_frame || !frame_wanted_ || now_ < next_frame_) return;
   frame_wanted_ = false;
-  next_frame_ = now_ + kFrameTime;
+  // On a grid of its own, so that frames that come late don't add up to fewer in a second.
+  next_frame_ = now_ - next_frame_ < kFrameTime ? next_frame_ + kFrameTime : now_ + kFrameTime;
   on_frame();
 }
 
