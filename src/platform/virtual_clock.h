@@ -42,7 +42,7 @@ class VirtualClock : public Clock {
   Micros wall_offset_ = 0;
   Micros jitter_ = 0;
   Micros last_progress_ = 0;
-  Micros standstill_limit_ = 30 * 60 * kSecond;
+  Micros standstill_limit_ = Micros{30} * 60 * kSecond;
   std::string standstill_report_;
   std::mt19937 random_;
 };
