@@ -358,7 +358,7 @@ TEST(GetConeData, AsksEachPresentModuleAndJoinsTheFields) {
 
 TEST(GetConeData, JoinsSeveralModulesInTheOrderOfTheirNumbers) {
   FakeCone fake;
-  for (const std::size_t module : {2, 5}) cone.ModulePresent[module] = -1;
+  for (const std::size_t module : {2U, 5U}) cone.ModulePresent[module] = -1;
   for (const int channel : {10, 11, 12}) {
     Console::AddChannel(channel);
     channels.ReplyField(channel) = static_cast<std::int16_t>(channel - 6);
