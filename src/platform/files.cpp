@@ -137,7 +137,8 @@ std::string FreeNameBeside(const std::string& path) {
   const std::string extension = has_extension ? path.substr(dot) : "";
   std::string candidate = path;
   for (int n = 2; TheDisk().FileExists(candidate); ++n) {
-    candidate = stem + " (" + std::to_string(n) + ")" + extension;
+    candidate = stem;
+    candidate.append(" (").append(std::to_string(n)).append(")").append(extension);
   }
   return candidate;
 }

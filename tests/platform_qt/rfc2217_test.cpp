@@ -307,7 +307,7 @@ TEST_F(Rfc2217, AnythingElseThatListensThereIsRefusedInTime) {
        }()},
       {"half a command", TelnetNegotiation(kTelnetDo, kTelnetComPort) + iac + "\xfa\x2c\x65"}};
   for (const auto& [what, greeting] : greetings) {
-    OddServer odd([&](QTcpSocket& client) { OddServer::Say(client, greeting); });
+    OddServer odd([&wire = greeting](QTcpSocket& client) { OddServer::Say(client, wire); });
     world.ports.servers[5] = odd.Address();
     const Micros before = Now();
     EXPECT_NE(FaultOfOpening(near.port), "") << what;

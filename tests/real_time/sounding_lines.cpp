@@ -76,7 +76,8 @@ CptFile TakeApart(const std::string& text) {
 
 std::vector<std::string> TemporaryRows(const std::string& file) {
   std::vector<std::string> rows = LinesOf(file);
-  rows.erase(rows.begin(), rows.begin() + std::min(rows.size(), kTemporaryHeaderLines));
+  const auto header = std::min(rows.size(), kTemporaryHeaderLines);
+  rows.erase(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(header));
   for (auto& row : rows) {
     EXPECT_TRUE(row.size() > 2 && row.front() == '"' && row.back() == '"') << row;
     row = row.substr(1, row.size() - 2);
