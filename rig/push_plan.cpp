@@ -48,6 +48,11 @@ PlanStep Tell(std::string text) {
   return step;
 }
 
+Plan For(TruckWork work, Plan plan) {
+  for (auto& step : plan) step.work = work;
+  return plan;
+}
+
 }  // namespace
 
 Nanometres ToNanometres(double metres) {
@@ -60,39 +65,34 @@ Nanometres WholeSteps(const TruckSetup& setup, double metres) {
 }
 
 Plan PushPlan(const TruckSetup& setup, Nanometres way) {
-  return {Switch(PlanStep::Kind::Clamp, true), Switch(PlanStep::Kind::Pressure, true),
-          Travel(way, way, setup.push_speed, true)};
+  return For(TruckWork::Push,
+             {Switch(PlanStep::Kind::Clamp, true), Switch(PlanStep::Kind::Pressure, true),
+              Travel(way, way, setup.push_speed, true)});
 }
 
 Plan RodBreakPlan(const TruckSetup& setup, Nanometres stroke) {
   const Nanometres rebound = WholeSteps(setup, setup.rebound);
-  return {Tell("rod break"),
-          Switch(PlanStep::Kind::Pressure, false),
-          Wait(kSettleSeconds),
-          Travel(-rebound, -rebound, kReboundSpeed, false),
-          Switch(PlanStep::Kind::Clamp, false),
-          Wait(kSettleSeconds),
-          Travel(rebound - stroke, 0, setup.return_speed, false),
-          Wait(setup.rod_change),
-          Switch(PlanStep::Kind::Clamp, true),
-          Wait(kSettleSeconds),
-          Tell("rod added")};
+  return For(TruckWork::RodBreak,
+             {Tell("rod break"), Switch(PlanStep::Kind::Pressure, false), Wait(kSettleSeconds),
+              Travel(-rebound, -rebound, kReboundSpeed, false),
+              Switch(PlanStep::Kind::Clamp, false), Wait(kSettleSeconds),
+              Travel(rebound - stroke, 0, setup.return_speed, false), Wait(setup.rod_change),
+              Switch(PlanStep::Kind::Clamp, true), Wait(kSettleSeconds), Tell("rod added")});
 }
 
 Plan LiftPlan(const TruckSetup& setup, Nanometres way) {
   PlanStep up = Travel(-way, -way, setup.lift_speed, false);
   up.new_stroke = true;
-  return {Switch(PlanStep::Kind::Pressure, false), Switch(PlanStep::Kind::Clamp, true), up};
+  return For(TruckWork::Lift,
+             {Switch(PlanStep::Kind::Pressure, false), Switch(PlanStep::Kind::Clamp, true), up});
 }
 
 Plan HoldPlan(const TruckSetup& setup, Nanometres way, int replies) {
   const Nanometres last = ToNanometres(setup.resolution);
-  return {Switch(PlanStep::Kind::Clamp, true),
-          Switch(PlanStep::Kind::Pressure, true),
-          Travel(way - last, way, setup.push_speed, true),
-          Hold(replies),
-          Travel(last, 0, setup.push_speed, true),
-          Hold(kRepliesBehindTheStep)};
+  return For(TruckWork::Hold,
+             {Switch(PlanStep::Kind::Clamp, true), Switch(PlanStep::Kind::Pressure, true),
+              Travel(way - last, way, setup.push_speed, true), Hold(replies),
+              Travel(last, 0, setup.push_speed, true), Hold(kRepliesBehindTheStep)});
 }
 
 }  // namespace penlog

@@ -23,6 +23,9 @@ struct TruckSetup {
   double rod_change = 8.0;       ///< s that the crew needs to add a rod
 };
 
+/// What a step is part of.
+enum class TruckWork { Standing, Push, RodBreak, Lift, Hold };
+
 struct PlanStep {
   enum class Kind {
     Travel,    ///< the counter moves by `counter`, the tip by `tip`
@@ -33,6 +36,7 @@ struct PlanStep {
     Tell,      ///< `text` into the log
   };
   Kind kind = Kind::Wait;
+  TruckWork work = TruckWork::Standing;
   Nanometres counter = 0;  ///< down is positive
   Nanometres tip = 0;
   double speed = 0.0;       ///< m/s of the longer of the two ways

@@ -29,6 +29,7 @@ Rig::Rig(const RigSetup& rig_setup)
       cone(setup.cone, surroundings, setup.seed),
       line_(faults, log, setup.seed + 100) {
   surroundings.ground = setup.ground;
+  surroundings.ground_name = setup.ground_name;
   surroundings.tip = [this] { return truck.Place(); };
   line_.cone = &cone;
   line_.depth = [this] { return truck.Depth(); };
@@ -85,6 +86,11 @@ void Rig::AttachTruck(WireEnd& wire) {
   truck_wire_ = &wire;
   Listen(wire, RigWire::Truck);
   ListenForTruck(wire);
+}
+
+bool Rig::Present(RigWire which) const {
+  const WireEnd* wire = WireOf(which);
+  return wire != nullptr && wire->Present();
 }
 
 void Rig::Plug(RigWire which, bool present) {

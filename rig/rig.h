@@ -29,6 +29,7 @@ struct RigSetup {
   TruckSetup truck;
   bool shared_port = false;  ///< the truck's lines are those of the cone's port
   Ground ground;
+  std::string ground_name = "layered";
   std::uint32_t seed = 1;
   double depth_step = 0.02;  ///< m between rows: the step of "hold" unless told
 };
@@ -52,6 +53,8 @@ class Rig {
   /// was not carried out. True: `reply` holds an answer, or nothing.
   bool Command(const std::string& words, std::string& reply);
 
+  /// Whether the adapter is plugged; false for a wire that isn't attached.
+  bool Present(RigWire which) const;
   /// Plugs an adapter in or out.
   void Plug(RigWire which, bool present);
   /// The adapter is pulled now and comes back under COM `number` after `away`. False without

@@ -146,7 +146,9 @@ void RunReplug(Order& order) {
 
 void RunGround(Order& order) {
   if (order.words.empty()) throw BadWords{"the file is missing"};
-  order.rig.surroundings.ground = LoadGround(order.words[0]);
+  const std::string& name = order.words[0];
+  const bool layered = name == "layered";
+  order.rig.surroundings.Lay(layered ? UsualGround() : LoadGround(name), name);
 }
 
 void RunTemperature(Order& order) {
@@ -207,7 +209,7 @@ constexpr std::array<Verb, 23> kVerbs = {{
     {"unplug", "cone|truck", "the adapter is pulled", RunUnplug},
     {"plug", "cone|truck", "and plugged again", RunPlug},
     {"replug", "cone|truck NUMBER [SECONDSs]", "pulled, and back under another number", RunReplug},
-    {"ground", "FILE", "a sounding in GEF or CSV", RunGround},
+    {"ground", "FILE|layered", "a sounding in GEF or CSV, or the usual ground", RunGround},
     {"temperature", "DEGREES", "of the ground", RunTemperature},
     {"tilt", "DEGREES_X DEGREES_Y", "of the cone at the surface", RunTilt},
     {"set", "CHANNEL VALUE", "holds a channel at a value, in its engineering unit", RunSet},
@@ -220,8 +222,9 @@ constexpr std::array<Verb, 23> kVerbs = {{
 
 std::string Refusal(const Verb& verb, const BadWords& bad) {
   std::string text(verb.name);
-  text.append(": ").append(bad.text).append(" (").append(verb.name).append(" ");
-  return text.append(verb.usage).append(")");
+  text.append(": ").append(bad.text).append(" (").append(verb.name);
+  if (!verb.usage.empty()) text.append(" ").append(verb.usage);
+  return text.append(")");
 }
 
 }  // namespace

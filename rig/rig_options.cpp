@@ -31,6 +31,22 @@ WireOption Wire(const std::string& option, const std::string& text) {
   return {true, WholeNumber(option, text.substr(kNetwork.size()), 1, 65535)};
 }
 
+WindowOption Window(const std::string& option, const std::string& text) {
+  if (text == "auto") return WindowOption::IfDisplay;
+  if (text == "yes") return WindowOption::Yes;
+  if (text == "no") return WindowOption::No;
+  throw RuntimeFault(option + ": \"" + text + "\" is neither auto, yes nor no");
+}
+
+ScreenPlace PlaceOf(const std::string& option, const std::string& text) {
+  const auto place = ScreenPlaceOf(text);
+  if (!place) {
+    throw RuntimeFault(option + ": \"" + text +
+                       "\" is neither left, right, whole nor WIDTHxHEIGHT+X+Y");
+  }
+  return *place;
+}
+
 struct Option {
   std::string_view name;
   std::string_view argument;
@@ -40,7 +56,7 @@ struct Option {
 
 using Text = const std::string&;
 
-constexpr std::array<Option, 11> kOptions = {{
+constexpr std::array<Option, 13> kOptions = {{
     {"--setup", "NAME", "which rig; dcs unless told",
      [](RigOptions& o, Text, Text text) { o.setup = text; }},
     {"--seed", "N", "of all that is drawn by lot; 1 unless told",
@@ -65,6 +81,10 @@ constexpr std::array<Option, 11> kOptions = {{
      [](RigOptions& o, Text, Text text) { o.log = text; }},
     {"--control", "PORT", "takes orders on 127.0.0.1:PORT, 0 for any; else from the input alone",
      [](RigOptions& o, Text name, Text text) { o.control = WholeNumber(name, text, 0, 65535); }},
+    {"--window", "auto|yes|no", "auto: a window if there is a display",
+     [](RigOptions& o, Text name, Text text) { o.window = Window(name, text); }},
+    {"--place", "left|right|WxH+X+Y", "where on the screen the window stands",
+     [](RigOptions& o, Text name, Text text) { o.place = PlaceOf(name, text); }},
 }};
 
 const Option& OptionOf(const std::string& word) {

@@ -6,7 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "platform/screen_place.h"
+
 namespace penlog {
+
+/// Whether the rig shows its window.
+enum class WindowOption { IfDisplay, Yes, No };
 
 struct WireOption {
   bool network = false;  ///< RFC 2217 on loopback; otherwise a pseudo terminal
@@ -25,6 +30,8 @@ struct RigOptions {
   std::string log;             ///< what goes over the wires, written when given
   std::string ground;          ///< a sounding in GEF or CSV
   std::optional<int> control;  ///< port on loopback that takes orders
+  WindowOption window = WindowOption::IfDisplay;
+  ScreenPlace place;  ///< of the window on the screen
   bool help = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace penlog {
 
@@ -18,6 +19,12 @@ double SlowWave(int channel, double depth, double full_scale) {
 
 double LoadPart(double lifted) {
   return std::clamp(1.0 - lifted / kUnloadingWay, 0.0, 1.0);
+}
+
+void Surroundings::Lay(Ground new_ground, std::string name) {
+  ground = std::move(new_ground);
+  ground_name = std::move(name);
+  ++grounds_laid;
 }
 
 GroundValues Surroundings::Felt(double distance) const {

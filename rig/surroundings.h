@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <string>
 
 #include "rig/ground.h"
 
@@ -28,7 +29,12 @@ class Surroundings {
   void Set(int channel, double value) { fixed_[channel] = value; }
   void Free(int channel) { fixed_.erase(channel); }
 
+  /// Another ground from now on; `name` is what it is called.
+  void Lay(Ground new_ground, std::string name);
+
   Ground ground;
+  std::string ground_name = "layered";
+  int grounds_laid = 0;  ///< so far, the first one not counted
   std::function<TipPlace()> tip;
   double temperature = 12.0;  ///< deg C
   double tilt_x = 0.4;        ///< deg at the surface; both grow a little with depth

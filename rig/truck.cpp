@@ -271,9 +271,27 @@ void Truck::Halt() {
   Advance(step, counter, tip);
 }
 
+bool Truck::Travels() const {
+  return running_ && !plan_.empty() && plan_.front().kind == PlanStep::Kind::Travel;
+}
+
 double Truck::Depth() const {
-  const bool travels = running_ && !plan_.empty() && plan_.front().kind == PlanStep::Kind::Travel;
-  return ToMetres(travels ? Along(tip_, plan_.front().tip, Now()) : tip_);
+  return ToMetres(Travels() ? Along(tip_, plan_.front().tip, Now()) : tip_);
+}
+
+double Truck::StrokeMetres() const {
+  const Nanometres gone = Travels() ? Along(0, plan_.front().counter, Now()) : 0;
+  return ToMetres(Stroke() + gone);
+}
+
+double Truck::Target() const {
+  return ToMetres(std::max(target_, tip_));
+}
+
+TruckWork Truck::Work() const {
+  if (!plan_.empty()) return plan_.front().work;
+  if (holds_left_ > 0) return TruckWork::Hold;
+  return target_ > tip_ ? TruckWork::Push : TruckWork::Standing;
 }
 
 TipPlace Truck::Place() const {

@@ -47,6 +47,14 @@ class Truck : private EventTarget {
 
   double Depth() const;
   TipPlace Place() const;
+  /// What is under way, also while the console's stop output holds it.
+  TruckWork Work() const;
+  /// True while the console's stop output holds a push that is under way.
+  bool Held() const { return rts_ && !running_ && Busy(); }
+  /// m that the head has gone down since its stroke began.
+  double StrokeMetres() const;
+  /// m below the surface: where the push under way ends.
+  double Target() const;
   bool Busy() const { return !plan_.empty() || target_ > tip_ || holds_left_ > 0; }
   bool Dtr() const { return dtr_; }
   bool Rts() const { return rts_; }
@@ -65,6 +73,7 @@ class Truck : private EventTarget {
   void Drop();
   void Advance(PlanStep& step, Nanometres counter, Nanometres tip);
   Micros TimeAt(Nanometres counter) const;
+  bool Travels() const;
   Nanometres Along(Nanometres from, Nanometres way, Micros time) const;
   void PostNext();
   void PostAt(Micros time);

@@ -1,8 +1,9 @@
 // The simulated rig as a program: in real time, on pseudo terminals and network ports. Orders come
-// as lines from the input and from a control port; SIGTERM ends it.
+// as lines from the input and from a control port, and with a display from its window; SIGTERM and
+// the end of the window end it.
 #include <unistd.h>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <array>
 #include <cstdio>
 #include <map>
@@ -11,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/display_check.h"
 #include "platform/files.h"
 #include "platform/posix/end_signals.h"
 #include "platform/posix/line_server.h"
@@ -18,12 +20,14 @@
 #include "platform/posix/pty_wire.h"
 #include "platform/qt/real_clock.h"
 #include "platform/qt/rfc2217_server.h"
+#include "platform/qt/screen_room.h"
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "rig/ground_files.h"
 #include "rig/rig.h"
 #include "rig/rig_options.h"
 #include "rig/rig_setups.h"
+#include "rig/window/rig_desk.h"
 
 namespace penlog {
 
@@ -66,6 +70,14 @@ class RigWires {
     wire.number = number;
     if (wire.pty != nullptr) wire.pty->SetLink(LinkName(number));
     Tell();
+  }
+
+  RigNumbers Numbers() const {
+    RigNumbers numbers;
+    for (const auto& [which, wire] : wires_) {
+      (which == RigWire::Cone ? numbers.cone : numbers.truck) = wire.number;
+    }
+    return numbers;
   }
 
   /// Prints where the ports are, and writes the list.
@@ -174,8 +186,16 @@ std::string CarryOut(Rig& rig, const std::string& words) {
 RigSetup SetupOf(const RigOptions& options) {
   RigSetup setup = MakeRigSetup(options.setup);
   setup.seed = options.seed;
-  if (!options.ground.empty()) setup.ground = LoadGround(options.ground);
+  if (!options.ground.empty()) {
+    setup.ground = LoadGround(options.ground);
+    setup.ground_name = options.ground;
+  }
   return setup;
+}
+
+bool ShowsWindow(const RigOptions& options) {
+  return options.window == WindowOption::Yes ||
+         (options.window == WindowOption::IfDisplay && HasDisplay());
 }
 
 void Serve(RealClock& clock, const RigOptions& options) {
@@ -198,7 +218,20 @@ void Serve(RealClock& clock, const RigOptions& options) {
     std::printf("%s\n", answer(words).c_str());
     std::fflush(stdout);
   });
+  std::unique_ptr<RigDesk> desk;
+  if (ShowsWindow(options)) {
+    desk = std::make_unique<RigDesk>(rig, [&wires] { return wires.Numbers(); });
+    desk->Window().Open();
+  }
   for (;;) WaitYield("the wires");
+}
+
+/// With windows where they are wanted: without a display the toolkit's windows can't begin.
+std::unique_ptr<QCoreApplication> MakeApplication(const RigOptions& options, int& argc,
+                                                  char** argv) {
+  if (!ShowsWindow(options)) return std::make_unique<QCoreApplication>(argc, argv);
+  UsePlace(options.place);
+  return std::make_unique<QApplication>(argc, argv);
 }
 
 int RunRig(const RigOptions& options) {
@@ -233,7 +266,6 @@ std::string SetupList() {
 
 int main(int argc, char** argv) {
   using namespace penlog;
-  QCoreApplication application(argc, argv);
   try {
     const RigOptions options = ParseRigOptions({argv + 1, argv + argc});
     if (options.help) {
@@ -241,6 +273,7 @@ int main(int argc, char** argv) {
       return 0;
     }
     MakeRigSetup(options.setup);
+    const auto application = MakeApplication(options, argc, argv);
     return RunRig(options);
   } catch (const RuntimeFault& fault) {
     std::fprintf(stderr, "penlog-rig: %s\n\n%s", fault.what(), RigProgramUsage().c_str());

@@ -23,6 +23,8 @@ TEST(RigOptions, StandAsTheyAreWithoutWords) {
   EXPECT_TRUE(options.truck.network);
   EXPECT_EQ(options.truck.port, 0);
   EXPECT_FALSE(options.control.has_value());
+  EXPECT_EQ(options.window, WindowOption::IfDisplay);
+  EXPECT_EQ(options.place.kind, ScreenPlace::Kind::Whole);
 }
 
 TEST(RigOptions, AreTaken) {
@@ -30,7 +32,8 @@ TEST(RigOptions, AreTaken) {
       {"--setup",       "dse",     "--seed",         "9",    "--cone",       "rfc2217:4001",
        "--truck",       "rfc2217", "--links",        "/a b", "--ports-file", "p",
        "--log",         "l",       "--control",      "0",    "--ground",     "g.gef",
-       "--cone-number", "11",      "--truck-number", "12"});
+       "--cone-number", "11",      "--truck-number", "12",   "--window",     "no",
+       "--place",       "left"});
   EXPECT_EQ(options.setup, "dse");
   EXPECT_EQ(options.seed, 9u);
   EXPECT_TRUE(options.cone.network);
@@ -43,6 +46,10 @@ TEST(RigOptions, AreTaken) {
   EXPECT_EQ(options.ground, "g.gef");
   EXPECT_EQ(options.cone_number, 11);
   EXPECT_EQ(options.truck_number, 12);
+  EXPECT_EQ(options.window, WindowOption::No);
+  EXPECT_EQ(options.place.kind, ScreenPlace::Kind::Left);
+  EXPECT_EQ(ParseRigOptions({"--window", "yes"}).window, WindowOption::Yes);
+  EXPECT_EQ(ParseRigOptions({"--window", "auto"}).window, WindowOption::IfDisplay);
 }
 
 TEST(RigOptions, WrongWordsAreNamed) {
@@ -53,12 +60,16 @@ TEST(RigOptions, WrongWordsAreNamed) {
   EXPECT_EQ(FaultOf({"--cone", "rfc2217:0"}), "--cone: \"0\" is no whole number from 1 to 65535");
   EXPECT_EQ(FaultOf({"--cone-number", "256"}),
             "--cone-number: \"256\" is no whole number from 1 to 255");
+  EXPECT_EQ(FaultOf({"--window", "big"}), "--window: \"big\" is neither auto, yes nor no");
+  EXPECT_EQ(FaultOf({"--place", "top"}),
+            "--place: \"top\" is neither left, right, whole nor WIDTHxHEIGHT+X+Y");
   EXPECT_EQ(FaultOf({"--cone-number", "4"}), "cone and truck have the same COM number");
 }
 
 TEST(RigOptions, HelpListsEveryWord) {
   EXPECT_TRUE(ParseRigOptions({"--help"}).help);
-  for (const char* word : {"--setup", "--seed", "--cone", "--links", "--control"}) {
+  for (const char* word :
+       {"--setup", "--seed", "--cone", "--links", "--control", "--window", "--place"}) {
     EXPECT_NE(RigProgramUsage().find(word), std::string::npos);
   }
 }
