@@ -1,11 +1,11 @@
-// Shows a picture's drawing steps on a backing store: only new steps are drawn.
+// Shows a picture of the program at the full resolution of its display.
 #pragma once
 
-#include <QPixmap>
 #include <QWidget>
 #include <functional>
 
 #include "forms/control.h"
+#include "platform/qt/picture_canvas.h"
 
 namespace penlog {
 
@@ -15,10 +15,13 @@ class PictureView : public QWidget {
  public:
   explicit PictureView(QWidget* parent = nullptr);
 
-  /// Draws what `picture` has gained since the last call; all of it after a clearing.
+  /// Draws what `picture` has gained since the last call; all of it after a clearing. The picture
+  /// is drawn again from its data when the size changes, so it must live as long as the view.
   void Follow(const Picture& picture);
   /// Steps drawn so far, for tests.
-  std::size_t StepsDrawn() const { return drawn_; }
+  std::size_t StepsDrawn() const { return canvas_.StepsDrawn(); }
+  /// What is shown, in pixels of the display.
+  const QImage& Shown() const { return canvas_.Image(); }
 
   /// Place in fractions of the picture, and whether it was clicked.
   std::function<void(double x, double y, bool clicked)> on_point;
@@ -30,12 +33,10 @@ class PictureView : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
 
  private:
-  void Clear();
   void Point(const QPointF& place, bool clicked) const;
 
-  QPixmap store_;
-  std::size_t drawn_ = 0;
-  std::uint32_t clearings_ = 0;
+  PictureCanvas canvas_;
+  const Picture* picture_ = nullptr;
 };
 
 }  // namespace penlog
