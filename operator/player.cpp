@@ -82,7 +82,9 @@ struct VerbUse {
 const VerbUse& UseOf(const std::string& verb) {
   using Kind = ControlKind;
   static const VerbUse uses[] = {
-      {"click", ActionKind::Click, {Kind::Button, Kind::CheckBox, Kind::OptionButton}},
+      {"click",
+       ActionKind::Click,
+       {Kind::Button, Kind::CheckBox, Kind::OptionButton, Kind::Picture}},
       {"menu", ActionKind::Click, {Kind::Menu}},
       {"press", ActionKind::Press, {Kind::Button}},
       {"release", ActionKind::Release, {Kind::Button}},

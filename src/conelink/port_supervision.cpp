@@ -7,6 +7,8 @@
 #include "core/error_trap.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "fieldio/ascii_out.h"
+#include "fieldio/video_overlay.h"
 #include "forms/main_form.h"
 #include "forms/warning_form.h"
 #include "platform/clock.h"
@@ -120,6 +122,7 @@ const char* TruckSettings() {
 
 void OpenTruckAgain() {
   OpenTruckPort(TruckSettings());
+  if (settings.LumenProbePresent == 2) ResendOverlayScreen();
   NoteStepsMayBeMissing();
 }
 
@@ -150,14 +153,13 @@ void SuperviseASCII() {
                      Main.ASCIIOutComm,
                      frmWarning.frmASCIISerialConnected,
                      frmWarning.frmASCIIOutWarning,
-                     [number] { OpenOutput(Main.ASCIIOutComm, number, "19200,N,8,1"); }};
+                     [number] { OpenOutput(Main.ASCIIOutComm, number, kASCIIOutSettings); }};
   if (number <= 0) return Forget(link);
   Supervise(link, ProbePort(number));
 }
 
 void SuperviseVideo() {
   const int number = settings.VideoOverlaySerialPort;
-  // The overlay's screen is to be painted anew at the opening, once its texts stand.
   const Link link = {number,
                      cone.VideoPortLost,
                      cone.VideoRefusals,
@@ -165,7 +167,10 @@ void SuperviseVideo() {
                      Main.VideoOverlayComm,
                      frmWarning.frmFrameGrabberConnected,
                      frmWarning.frmSensorayWarning,
-                     [number] { OpenOutput(Main.VideoOverlayComm, number, "9600,N,8,1"); }};
+                     [number] {
+                       OpenOutput(Main.VideoOverlayComm, number, kOverlaySettings);
+                       ResendOverlayScreen();
+                     }};
   if (number <= 0 || number > 255 || settings.LumenProbePresent != 1) return Forget(link);
   Supervise(link, cone.PortPresent[static_cast<std::size_t>(number)] == kTrue);
 }

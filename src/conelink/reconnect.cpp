@@ -9,6 +9,7 @@
 #include "conelink/resync.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
+#include "core/progress.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "forms/main_form.h"
@@ -26,6 +27,12 @@ constexpr int kBannerPauses = 10;
 
 bool IsPresent(int port) {
   return cone.PortPresent[static_cast<std::size_t>(port)] == kTrue;
+}
+
+int PresentPorts() {
+  int count = 0;
+  for (int port = 1; port <= kLastPort; ++port) count += IsPresent(port) ? 1 : 0;
+  return count;
 }
 
 bool IsBanner(const std::string& reply) {
@@ -84,9 +91,13 @@ void TakeOver(int port) {
 
 /// The COM number on which the cone answers, 0 if none. Its port is then open.
 int ScanForCone() {
+  const int present = PresentPorts();
+  int tried = 0;
   for (int port = 1; port <= kLastPort; ++port) {
     Yield();
-    if (!IsPresent(port) || ServesAnOutput(port)) continue;
+    if (!IsPresent(port)) continue;
+    ShowProgress("LOOKING FOR THE CONE, PORT", ++tried, present);
+    if (ServesAnOutput(port)) continue;
     if (IsOpenTruckPort(port) ? ConeAnswersOnTruckPort() : ConeAnswersOn(port)) return port;
     cone.ConePortLost = kTrue;
     Trapped([] { Main.ConeComm.Close(); });
@@ -113,6 +124,7 @@ void ReconnectSerial() {
   Main_CommPause();
   ProbeAllPorts();
   const int port = ScanForCone();
+  EndProgress();
   if (port == 0) {
     Yield();
     return;
@@ -125,10 +137,13 @@ void ReconnectSerial() {
 
 int ReconnectKQSerial() {
   ProbeAllPorts();
+  const int present = PresentPorts();
+  int tried = 0;
   for (int port = 1; port <= kLastPort; ++port) {
     if (!IsPresent(port)) continue;
     StartUp.frLoad.Visible = true;
     StartUp.lblLoad.Caption = "CHECKING FOR CONE ON PORT " + PlainNumber(port);
+    ShowProgress("PORT", ++tried, present);
     StartUp_CommPause(2);
     if (StartScreenConeAnswersOn(port)) return port;
   }

@@ -5,6 +5,7 @@
 #include "conelink/plain_exchange.h"
 #include "conelink/value_coding.h"
 #include "core/channels.h"
+#include "core/progress.h"
 #include "core/session.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
@@ -55,6 +56,7 @@ int ReadRecords(const Unit& unit) {
     if (IsDuplicate(unit, record)) return record.number;
     if (count > kChannels) throw RuntimeFault("The list of channels does not end.");
     ++cone.ChannelCount;
+    ShowProgress("CHANNEL RECORD", count, 0);
     StoreChannelRecord(record, unit.number);
     address = ReadSubRecords(unit, record, address + kRecordLength);
     if (session.CalibrationMode == kTrue) FillMissingArea(record.number);

@@ -1,5 +1,7 @@
 #include "forms/control.h"
 
+#include <algorithm>
+
 #include "platform/runtime_fault.h"
 
 namespace penlog {
@@ -57,7 +59,18 @@ Picture::Picture(Form& form, std::string name)
 
 void Picture::Cls() {
   steps.clear();
+  traces.clear();
   ++clearings;
+}
+
+void Picture::DrawSegment(int series, Colour colour, TracePoint from, TracePoint to) {
+  const auto last = std::find_if(traces.rbegin(), traces.rend(),
+                                 [&](const Trace& trace) { return trace.series == series; });
+  if (last == traces.rend() || last->colour != colour || last->points.back() != from) {
+    traces.push_back({series, colour, {from, to}});
+  } else {
+    last->points.push_back(to);
+  }
 }
 
 void SubscriptFault(int subscript) {

@@ -78,10 +78,26 @@ struct Place {
 
 /// One drawing step of a picture, in fractions of the picture's width and height.
 struct DrawStep {
-  enum class Kind { Line, Text, Dot } kind = Kind::Line;
+  /// A tick is short, of one length in all pictures: it begins at (x1, y1) and points to (x2, y2).
+  enum class Kind { Line, Text, Dot, Tick } kind = Kind::Line;
   double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
   Colour colour;
   std::string text;
+};
+
+/// A point of a trace, in fractions of the picture's width and height; outside 0 to 1 it is
+/// clipped.
+struct TracePoint {
+  float x = 0;
+  float y = 0;
+  bool operator==(const TracePoint&) const = default;
+};
+
+/// Connected segments in one colour. A chart has up to 10,000 points in each of its traces.
+struct Trace {
+  int series = 0;
+  Colour colour;
+  std::vector<TracePoint> points;
 };
 
 /// The values of every kind of control. A kind uses those that it needs.
@@ -189,8 +205,12 @@ struct Picture : Control {
   Picture(Form& form, std::string name);
   void Cls();
   void Draw(DrawStep step) { steps.push_back(std::move(step)); }
+  /// Adds a segment to the trace of that series: it goes on with the last one if it begins where
+  /// that ended. Traces lie above the steps, a later one above an earlier.
+  void DrawSegment(int series, Colour colour, TracePoint from, TracePoint to);
 
   std::vector<DrawStep> steps;
+  std::vector<Trace> traces;
   std::uint32_t clearings = 0;
 };
 

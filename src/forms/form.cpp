@@ -124,6 +124,11 @@ void Unload(Form& form) {
   form.BackToFirstValues();
 }
 
+void MoveWindow(Form& form, const WindowPlace& place) {
+  form.Window = place;
+  ++form.moves_;
+}
+
 const std::vector<Form*>& AllForms() {
   return Forms();
 }
@@ -140,7 +145,11 @@ Form* FindForm(const std::string& name) {
 }
 
 void ResetForms() {
-  for (Form* form : Forms()) Unload(*form);
+  for (Form* form : Forms()) {
+    Unload(*form);
+    form->Window = {};
+    form->DesignHeight = 0;
+  }
 }
 
 }  // namespace penlog

@@ -11,6 +11,15 @@
 
 namespace penlog {
 
+/// Where a window stands with its frame, in pixels of the display; no width: not known.
+struct WindowPlace {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+  bool operator==(const WindowPlace&) const = default;
+};
+
 class Form {
  public:
   Form(std::string name, std::string caption);
@@ -29,6 +38,12 @@ class Form {
   Flag Enabled = true;
   bool Loaded = false;
   bool Modal = false;  ///< nothing below it takes an action while it is shown
+  /// Height of the window on a display of 800 by 600 where the screen's content decides it; 0: as
+  /// it is arranged.
+  int DesignHeight = 0;
+  WindowPlace Window;  ///< as the view last told it, or as `MoveWindow` set it
+  /// Counts the places that the program gave: the view follows a new one.
+  std::uint32_t Moves() const { return moves_; }
   /// Counts unloads: an action from before is stale.
   std::uint32_t Generation() const { return generation_; }
 
@@ -49,6 +64,7 @@ class Form {
  private:
   friend struct Control;
   friend void Unload(Form& form);
+  friend void MoveWindow(Form& form, const WindowPlace& place);
   void Add(Control* control) { controls_.push_back(control); }
   void BackToFirstValues();
 
@@ -57,6 +73,7 @@ class Form {
   Colour first_back_color_ = kGrey;
   std::vector<Control*> controls_;
   std::uint32_t generation_ = 0;
+  std::uint32_t moves_ = 0;
 };
 
 /// Loads the screen (its `Load` event runs) without showing it; a loaded one stays as it is.
@@ -70,6 +87,9 @@ void ShowModal(Form& form);
 void Hide(Form& form);
 /// Hides it and puts its controls back to their first values; `Load` runs at the next showing.
 void Unload(Form& form);
+
+/// Puts the screen's window there: the view moves it in its next frame.
+void MoveWindow(Form& form, const WindowPlace& place);
 
 /// Every screen of the program, in order of names: the same in each build.
 const std::vector<Form*>& AllForms();

@@ -25,15 +25,31 @@ MainForm::MainForm() : Form("Main", "PENLOG") {
   for (Button* button : {&cmdWarningOK1, &cmdWarningOK2, &cmdWarningCancel, &cmdResetQuits}) {
     button->AlwaysUsable = true;
   }
-  for (Control* control : std::initializer_list<Control*>{
-           &Shape1, &lblBigDepth, &shpUp, &shpDown, &lblUp, &lblDown, &lblBallTip,
-           &lblNoSeismicHardwareFound, &frmGraphArea, &cmdResetPorts, &cmdDissipation,
-           &cmdActivateSeismic, &cmdChangeSeismicOptions, &frmQuitWarning, &lblOverride,
-           &cmdResetQuits, &frmLocalWarning, &frmTakeFinalBaseline}) {
+  for (MenuEntry* entry : {&mnuDay, &mnuNight, &mnuAlarmTone}) entry->AlwaysUsable = true;
+  for (Control* control : std::initializer_list<Control*>{&lblRowsHeldCaption,
+                                                          &lblRowsHeld,
+                                                          &lblStopKey,
+                                                          &Shape1,
+                                                          &lblBigDepth,
+                                                          &shpUp,
+                                                          &shpDown,
+                                                          &lblUp,
+                                                          &lblDown,
+                                                          &lblBallTip,
+                                                          &lblNoSeismicHardwareFound,
+                                                          &frmGraphArea,
+                                                          &cmdDissipation,
+                                                          &cmdActivateSeismic,
+                                                          &cmdChangeSeismicOptions,
+                                                          &frmQuitWarning,
+                                                          &lblOverride,
+                                                          &cmdResetQuits,
+                                                          &frmLocalWarning,
+                                                          &frmTakeFinalBaseline}) {
     control->Visible = false;
   }
-  for (Button* button : {&cmdStart, &cmdAuto, &cmdToggleClamp, &cmdResetPorts, &cmdDissipation,
-                         &cmdActivateSeismic, &cmdChangeSeismicOptions}) {
+  for (Button* button : {&cmdStart, &cmdAuto, &cmdToggleClamp, &cmdDissipation, &cmdActivateSeismic,
+                         &cmdChangeSeismicOptions}) {
     button->Enabled = false;
   }
   for (int channel = 1; channel <= 30; ++channel) {
@@ -65,6 +81,7 @@ void MainForm::ColourValues() {
                        &lblDissipationValue, &lblNumberOfPictures}) {
     AsReadout(*label);
   }
+  lblRowsHeld.BackColor = kRed;
   for (Label* label : {&lblQuitWarning, &lblQuitStop, &lblQuitFor1, &lblQuitFor2, &lblCommError}) {
     label->ForeColor = kRed;
   }

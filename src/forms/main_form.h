@@ -60,6 +60,23 @@ struct MainForm : Form {
   Label lblNumberOfPictures{*this, "lblNumberOfPictures", "0"};
   Label lblNoSeismicHardwareFound{*this, "lblNoSeismicHardwareFound", "NO SEISMIC HARDWARE FOUND"};
 
+  // The strip that is always in sight, and the progress of long work.
+  Label lblState{*this, "lblState", "WAITING"};
+  Label lblRowsOnDiskCaption{*this, "lblRowsOnDiskCaption", "ROWS ON DISK"};
+  Label lblRowsOnDisk{*this, "lblRowsOnDisk", "0"};
+  Label lblRowsHeldCaption{*this, "lblRowsHeldCaption", "IN MEMORY"};
+  Label lblRowsHeld{*this, "lblRowsHeld"};  ///< rows that the disk has not taken yet
+  Label lblLastRowCaption{*this, "lblLastRowCaption", "LAST ROW"};
+  Label lblLastRow{*this, "lblLastRow", "-"};  ///< time since then
+  Label lblSoundingFileCaption{*this, "lblSoundingFileCaption", "FILE"};
+  Label lblSoundingFile{*this, "lblSoundingFile", "-"};
+  Label lblStopKey{*this, "lblStopKey", "F12 = STOP"};
+  Label lblProgress{*this, "lblProgress"};
+
+  MenuEntry mnuDay{*this, "mnuDay", "DAY COLOURS"};
+  MenuEntry mnuNight{*this, "mnuNight", "NIGHT COLOURS"};
+  MenuEntry mnuAlarmTone{*this, "mnuAlarmTone", "TONE AT A NEW ALARM"};
+
   // Channel values, 1 to 30.
   ControlArray<Label> lblChanLabel{*this, "lblChanLabel", 1, 30};
   ControlArray<Label> lblChanValue{*this, "lblChanValue", 1, 30};

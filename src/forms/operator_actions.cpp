@@ -71,6 +71,19 @@ void ServeClose(Form& form) {
   }
 }
 
+/// A text that is no place changes nothing.
+void ServeMove(Form& form, std::string_view text) {
+  WindowPlace place;
+  for (int* number : {&place.left, &place.top, &place.width, &place.height}) {
+    const std::size_t begin = std::min(text.find_first_not_of(' '), text.size());
+    text.remove_prefix(begin);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), *number);
+    if (error != std::errc{}) return;
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  }
+  form.Window = place;
+}
+
 void ServeCheck(Control& control, bool checked) {
   if (control.Kind() == ControlKind::OptionButton && !checked) return;
   if (control.Checked == checked) return;
@@ -112,6 +125,7 @@ void ActionTarget::Handle(const Event& event) {
   const auto read = ActionFromEvent(event);
   if (!read) return;
   const OperatorAction& action = *read;
+  if (action.kind == ActionKind::Move) return ServeMove(*action.form, action.text);
   NoLongerWaits(action.control);
   // A release must reach a button that took the press: the override may never stay on.
   const bool served = OwesRelease(action) || WhyRefused(action).empty();
@@ -150,6 +164,8 @@ void ActionTarget::Serve(const OperatorAction& action) {
     case ActionKind::Close:
       ServeClose(*action.form);
       break;
+    case ActionKind::Move:
+      break;  // served before: nobody acts on the screen by it
   }
 }
 
@@ -165,6 +181,14 @@ void ActionTarget::Reset() {
   TakeOrigins();
 }
 
+std::string WindowPlaceText(const WindowPlace& place) {
+  std::string text;
+  for (const int number : {place.left, place.top, place.width, place.height}) {
+    text += (text.empty() ? "" : " ") + std::to_string(number);
+  }
+  return text;
+}
+
 ActionStamp StampOf(const Form& form, const Control* control) {
   ActionStamp stamp{form.Generation(), form.Visible.Falls() + form.Enabled.Falls()};
   for (; control != nullptr; control = control->Container) {
@@ -173,7 +197,7 @@ ActionStamp StampOf(const Form& form, const Control* control) {
   return stamp;
 }
 
-void PostAction(OperatorAction action) {
+void PostAction(const OperatorAction& action) {
   Actions().Post(action);
 }
 
@@ -213,13 +237,17 @@ bool TakeFraction(std::string_view& text, double& fraction) {
   return number.has_value();
 }
 
+bool IsOfTheWindow(ActionKind kind) {
+  return kind == ActionKind::Close || kind == ActionKind::Move;
+}
+
 /// Takes "SCREEN.CONTROL", or the screen alone for its window.
 bool TakeControl(std::string_view& text, OperatorAction& action) {
   const std::string name(TakeWord(text));
   const auto dot = name.find('.');
   action.form = FindForm(name.substr(0, dot));
   if (action.form == nullptr) return false;
-  if (action.kind == ActionKind::Close) return dot == std::string::npos;
+  if (IsOfTheWindow(action.kind)) return dot == std::string::npos;
   if (dot != std::string::npos) action.control = action.form->Find(name.substr(dot + 1));
   return action.control != nullptr;
 }
@@ -244,7 +272,7 @@ Event EventOfAction(const OperatorAction& action) {
 }
 
 std::optional<OperatorAction> ActionFromEvent(const Event& event) {
-  constexpr auto kLastKind = static_cast<std::int64_t>(ActionKind::Close);
+  constexpr auto kLastKind = static_cast<std::int64_t>(ActionKind::Move);
   if (event.kind != EventKind::OperatorAction) return std::nullopt;
   if (event.number < 0 || event.number > kLastKind) return std::nullopt;
   OperatorAction action;

@@ -20,6 +20,8 @@ enum class ActionKind {
   Check,    ///< `number` 1 or 0
   Point,    ///< pointer over a picture at `x`, `y`; `number` 1 for a click
   Close,    ///< the window's own close button; `control` is null
+  Move,     ///< the window stands at `text`, "LEFT TOP WIDTH HEIGHT"; `control` is null. Never
+            ///< refused, nor told to listeners: it has happened
 };
 
 /// How the control stood when the operator saw it; an action with another stamp is stale.
@@ -40,11 +42,14 @@ struct OperatorAction {
   ActionStamp stamp;
 };
 
+/// The text of a `Move`.
+std::string WindowPlaceText(const WindowPlace& place);
+
 /// The stamp of a control as it stands now.
 ActionStamp StampOf(const Form& form, const Control* control);
 
 /// Queues an action. The stamp is the poster's: of the last frame that was shown.
-void PostAction(OperatorAction action);
+void PostAction(const OperatorAction& action);
 /// The same with the stamp of this moment.
 void PostActionNow(OperatorAction action);
 

@@ -3,7 +3,12 @@
 namespace penlog {
 
 SpecifyASCIIOutForm::SpecifyASCIIOutForm() : Form("frmSpecifyASCIIOut", "SPECIFY ASCII OUT PORT") {
+  cmdTestPort.Enabled = false;
   KeepFirstValues();
+}
+
+void SpecifyASCIIOutForm::Released() {
+  ASCIIOutComm.Close();
 }
 
 }  // namespace penlog

@@ -3,11 +3,13 @@
 
 #include "forms/control.h"
 #include "forms/form.h"
+#include "platform/serial_port.h"
 
 namespace penlog {
 
 struct SpecifyASCIIOutForm : Form {
   SpecifyASCIIOutForm();
+  void Released() override;
 
   Label lblChoose{*this, "lblChoose", "ASCII OUT SERIAL PORT:"};
   ComboBox cmbASCIIOutSerialPort{*this,
@@ -20,8 +22,14 @@ struct SpecifyASCIIOutForm : Form {
   Label lblVideoOverlaySerialPortCaption{*this, "lblVideoOverlaySerialPortCaption",
                                          "VIDEO OVERLAY SERIAL PORT:"};
   Label lblVideoOverlaySerialPort{*this, "lblVideoOverlaySerialPort"};
+  Label lblHint{*this, "lblHint",
+                "SELECT A PORT FROM THE DROPDOWN LIST. TO TEST THE PORT, CLICK THE 'TEST PORT' "
+                "BUTTON. IF OUTPUT APPEARS ON TERMINAL, THE PROPER PORT HAS BEEN SELECTED"};
+  Button cmdTestPort{*this, "cmdTestPort", "TEST PORT"};
   Button cmdSavePort{*this, "cmdSavePort", "SAVE PORT"};
   Button cmdCancel{*this, "cmdCancel", "CANCEL"};
+
+  SerialPort ASCIIOutComm{"frmSpecifyASCIIOut.ASCIIOutComm"};
 };
 
 inline SpecifyASCIIOutForm frmSpecifyASCIIOut;

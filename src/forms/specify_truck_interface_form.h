@@ -22,6 +22,19 @@ struct SpecifyTruckInterfaceForm : Form {
   Label lblVideoOverlaySerialPortCaption{*this, "lblVideoOverlaySerialPortCaption",
                                          "VIDEO OVERLAY SERIAL PORT:"};
   Label lblVideoOverlaySerialPort{*this, "lblVideoOverlaySerialPort"};
+  Label lblHint{
+      *this, "lblHint",
+      "SELECT A PORT FROM THE DROPDOWN LIST. MOVE THE RAM OR ACTIVATE THE SWITCHES. IF THE "
+      "LAMPS REACT, THE PROPER PORT HAS BEEN SELECTED"};
+  // The lines that the truck interface uses, live.
+  Shape shpDCD{*this, "shpDCD"};
+  Label lblDCD{*this, "lblDCD", "Depth / Chan A"};
+  Shape shpCTS{*this, "shpCTS"};
+  Label lblCTS{*this, "lblCTS", "Press / Chan B"};
+  Shape shpDSR{*this, "shpDSR"};
+  Label lblDSR{*this, "lblDSR", "Clamp"};
+  Shape shpDTR{*this, "shpDTR"};
+  Label lblDTR{*this, "lblDTR", "Trigger"};
   Button cmdSavePort{*this, "cmdSavePort", "SAVE PORT"};
   Button cmdCancel{*this, "cmdCancel", "CANCEL"};
 

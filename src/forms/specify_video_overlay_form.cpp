@@ -4,7 +4,12 @@ namespace penlog {
 
 SpecifyVideoOverlayForm::SpecifyVideoOverlayForm()
     : Form("frmSpecifyVideoOverlay", "SPECIFY VIDEO OVERLAY PORT") {
+  cmdTestPort.Enabled = false;
   KeepFirstValues();
+}
+
+void SpecifyVideoOverlayForm::Released() {
+  VideoOverlayComm.Close();
 }
 
 }  // namespace penlog

@@ -3,11 +3,13 @@
 
 #include "forms/control.h"
 #include "forms/form.h"
+#include "platform/serial_port.h"
 
 namespace penlog {
 
 struct SpecifyVideoOverlayForm : Form {
   SpecifyVideoOverlayForm();
+  void Released() override;
 
   Label lblChoose{*this, "lblChoose", "VIDEO OVERLAY SERIAL PORT:"};
   ComboBox cmbVideoOverlaySerialPort{
@@ -20,8 +22,15 @@ struct SpecifyVideoOverlayForm : Form {
   Label lblASCIIOutSerialPortCaption{*this, "lblASCIIOutSerialPortCaption",
                                      "ASCII OUT SERIAL PORT:"};
   Label lblASCIIOutSerialPort{*this, "lblASCIIOutSerialPort"};
+  Label lblHint{*this, "lblHint",
+                "SELECT A PORT FROM THE DROPDOWN LIST. TO TEST THE PORT, CLICK THE 'TEST PORT' "
+                "BUTTON. IF AN OVERLAY APPEARS ON THE VIDEO SCREEN, THE PROPER PORT HAS BEEN "
+                "SELECTED"};
+  Button cmdTestPort{*this, "cmdTestPort", "TEST PORT"};
   Button cmdSavePort{*this, "cmdSavePort", "SAVE PORT"};
   Button cmdCancel{*this, "cmdCancel", "CANCEL"};
+
+  SerialPort VideoOverlayComm{"frmSpecifyVideoOverlay.VideoOverlayComm"};
 };
 
 inline SpecifyVideoOverlayForm frmSpecifyVideoOverlay;

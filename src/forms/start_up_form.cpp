@@ -3,7 +3,11 @@
 namespace penlog {
 
 StartUpForm::StartUpForm() : Form("StartUp", "PENLOG") {
-  Hold(frLoad, {&lblLoad, &lblStatusIndicator});
+  Hold(frLoad, {&lblLoad, &lblStatusIndicator, &lblProgress, &shpProgressGround});
+  shpProgress.Container = &shpProgressGround;
+  shpProgress.Where = {true, 0, 0, 0, 1};
+  shpProgress.FillColor = kBlue;
+  shpProgressGround.Visible = false;
   Hold(frmResume, {&lblLastSoundingConeCaption, &lblLastSoundingCone, &lblLastSoundingDepthCaption,
                    &lblLastSoundingDepth, &lblDistanceDrilledCaption, &txtDistanceDrilled,
                    &cmdResumeAtLastDepth, &cmdResumeAtSurface, &cmdCancel});

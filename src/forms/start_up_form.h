@@ -28,6 +28,10 @@ struct StartUpForm : Form {
   Label lblLoad{*this, "lblLoad"};
   Label lblStatusIndicator{*this, "lblStatusIndicator"};  ///< running dots, 0 to 20
 
+  Label lblProgress{*this, "lblProgress"};  ///< of the work under way: step, port, record
+  Shape shpProgressGround{*this, "shpProgressGround"};
+  Shape shpProgress{*this, "shpProgress"};  ///< the part of its ground that is done
+
   Frame frmResume{*this, "frmResume", "RESUME LAST SOUNDING"};
   Label lblLastSoundingConeCaption{*this, "lblLastSoundingConeCaption", "CONE OF LAST SOUNDING:"};
   Label lblLastSoundingCone{*this, "lblLastSoundingCone"};

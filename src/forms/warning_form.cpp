@@ -35,9 +35,7 @@ WarningForm::WarningForm() : Form("frmWarning", "CONNECTION STATUS") {
     frame->BackColor = kRed;
     frame->Visible = false;
   }
-  for (MenuEntry* entry : {&mnuUncoupleWarningScreen, &mnuCoupleWarningScreen, &mnuResetComms}) {
-    entry->Enabled = false;
-  }
+  Hold(frmSteps, {&lblSteps});
   mnuUncoupleWarningScreen.Visible = true;
   mnuCoupleWarningScreen.Visible = false;
   KeepFirstValues();

@@ -48,6 +48,9 @@ struct WarningForm : Form {
       *this, "lblModuleWarning",
       "CHECK CABLE CONNECTION TO DAS. THE PROGRAM WILL AUTOMATICALLY RECONNECT THE MODULE(S) ONCE "
       "COMMUNICATION HAS BEEN RE-ESTABLISHED."};
+  /// Of the counting of depth: what may be missing in it.
+  Frame frmSteps{*this, "frmSteps"};
+  Label lblSteps{*this, "lblSteps"};
   Label Label6{*this, "Label6",
                "IF SERIAL CONNECTION WARNING DOES NOT DISAPPEAR 30 SECONDS AFTER RECONNECTING "
                "RESPECTIVE PORT, CLICK 'RESET COMMS'"};

@@ -8,6 +8,7 @@
 #include "core/settings.h"
 #include "display/display_state.h"
 #include "display/set_display.h"
+#include "fieldio/video_overlay.h"
 #include "forms/main_form.h"
 #include "platform/texts.h"
 #include "sounding/auto_manual.h"
@@ -71,12 +72,13 @@ void OpenTruck() {
   if (!opened) cone.TruckPortLost = kTrue;
 }
 
+/// The start-up screen of a resumed sounding also holds the depth.
 void OpenOverlay() {
-  if (settings.LumenProbePresent != 1) return;
-  if (!OpenAnew(Main.VideoOverlayComm, settings.VideoOverlaySerialPort, "9600,N,8,1")) {
+  if (settings.LumenProbePresent == 1 &&
+      !OpenAnew(Main.VideoOverlayComm, settings.VideoOverlaySerialPort, "9600,N,8,1")) {
     cone.VideoPortLost = kTrue;
   }
-  // The overlay's start-up screen is sent here once it stands.
+  ResendOverlayScreen(!session.ResumeConeId.empty());
 }
 
 }  // namespace

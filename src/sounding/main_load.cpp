@@ -3,6 +3,7 @@
 #include "core/channels.h"
 #include "core/settings.h"
 #include "display/set_display.h"
+#include "display/view_settings.h"
 #include "forms/main_form.h"
 #include "forms/warning_form.h"
 #include "platform/boxes.h"
@@ -61,6 +62,7 @@ void Main_Load() {
                           settings.ASCIIOutSerialPort, settings.VideoOverlaySerialPort};
   sounding.LastClockSecond = static_cast<std::int16_t>(TheClock().Wall().second);
   Main.Timer1.Start();
+  ShowViewSettings();
   SetDisplay();
   ShowSeismicHardware();
   ShowEncoderLamps();

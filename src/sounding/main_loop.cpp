@@ -8,6 +8,8 @@
 #include "conelink/reconnect.h"
 #include "conelink/resync.h"
 #include "core/channels.h"
+#include "display/alarms.h"
+#include "display/status_strip.h"
 #include "forms/main_form.h"
 #include "platform/clock.h"
 #include "platform/runtime_fault.h"
@@ -87,6 +89,8 @@ void Main_Timer1_Timer() {
     sounding.LastClockSecond = second;
   }
   CountCommTick(Main.CommTick);
+  FollowStatusStrip();
+  FollowAlarms();
 }
 
 void MainloopPass() {

@@ -1,10 +1,15 @@
 #include "sounding/port_requests.h"
 
+#include <utility>
+
 #include "conelink/cone_state.h"
 #include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
+#include "core/session.h"
 #include "core/settings.h"
+#include "core/settings_file.h"
+#include "fieldio/video_overlay.h"
 #include "forms/main_form.h"
 #include "sounding/sounding_state.h"
 #include "sounding/truck_interface.h"
@@ -42,8 +47,9 @@ bool ServeOverlay() {
   if (request.Requested == 0) return false;
   request.Requested = 0;
   settings.VideoOverlaySerialPort = request.NewPort;
-  MovePort(Main.VideoOverlayComm, request.NewPort, "9600,N,8,1", cone.VideoPortLost);
-  // The overlay's screen is sent again here once it stands.
+  if (settings.LumenProbePresent != 2)
+    MovePort(Main.VideoOverlayComm, request.NewPort, "9600,N,8,1", cone.VideoPortLost);
+  ResendOverlayScreen();
   return true;
 }
 
@@ -52,7 +58,25 @@ void OpenTruckAgain() {
   const bool opened = Trapped([] { OpenTruckPort("9600,N,8,1"); });
   cone.TruckPortLost = opened ? kFalse : kTrue;
   if (sounding.ConsoleMode == 2) NoteStepsMayBeMissing();
-  // With the overlay on this port its screen is sent here once it stands.
+  if (settings.LumenProbePresent == 2) ResendOverlayScreen();
+}
+
+/// The numbers tell from now on whether the operator runs both on one port: a scan for the cone
+/// moves the truck interface with it only then.
+void KeepAsAtTheStart() {
+  session.StartConePort = settings.ConeSerialPort;
+  session.StartTruckPort = settings.TruckInterfaceSerialPort;
+}
+
+void SwitchTruckOff() {
+  settings.TruckInterfaceSerialPort = 0;
+  cone.TruckPortLost = kFalse;
+}
+
+/// A port that one link gives up may be another's new one: all are closed before one is opened.
+void CloseWhatMoves() {
+  if (sounding.ASCIIPortRequest.Requested != 0) Main.ASCIIOutComm.Close();
+  if (sounding.VideoPortRequest.Requested != 0) Main.VideoOverlayComm.Close();
 }
 
 void ServeTruck() {
@@ -62,17 +86,28 @@ void ServeTruck() {
   TruckPort().SetRTSEnable(false);  // on a port that is left nobody would lower it any more
   Main.EncoderComm.Close();
   if (!ServeASCII()) ServeOverlay();
-  if (request.NewPort > 0) settings.TruckInterfaceSerialPort = request.NewPort;
-  request.NewPort = 0;
-  OpenTruckAgain();
+  const std::int16_t port = std::exchange(request.NewPort, std::int16_t{0});
+  if (port > 0) settings.TruckInterfaceSerialPort = port;
+  if (port == kNoTruckPort) {
+    SwitchTruckOff();
+  } else {
+    OpenTruckAgain();
+  }
+  KeepAsAtTheStart();
 }
 
 }  // namespace
 
 void ServePortRequests() {
+  const bool asked = sounding.TruckPortRequest.Requested != 0 ||
+                     sounding.ASCIIPortRequest.Requested != 0 ||
+                     sounding.VideoPortRequest.Requested != 0;
+  if (!asked) return;
+  CloseWhatMoves();
   ServeTruck();
   ServeASCII();
   ServeOverlay();
+  SavePortNumbers();
 }
 
 }  // namespace penlog

@@ -4,7 +4,8 @@
 namespace penlog {
 
 /// Serves and clears what is requested in `sounding.TruckPortRequest`, `ASCIIPortRequest` and
-/// `VideoPortRequest`.
+/// `VideoPortRequest`, builds the overlay's screen anew where its port has changed, and keeps the
+/// new numbers in the settings file. Waits for nothing but the opening of a network port.
 void ServePortRequests();
 
 }  // namespace penlog

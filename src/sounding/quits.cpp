@@ -4,6 +4,7 @@
 
 #include "core/channels.h"
 #include "core/session.h"
+#include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "sounding/sounding_state.h"
 #include "sounding/truck_interface.h"
@@ -85,6 +86,7 @@ void HideWarning() {
 
 void ShowWarning(const QuitTexts& texts) {
   Main.lblQuitFor1.Caption = texts.first;
+  if (!Main.frmQuitWarning.Visible && EnlargedGraph.Visible) Unload(EnlargedGraph);  // lies above
   Main.frmQuitWarning.Visible = true;
   if (sounding.QuitState == 3) Main.lblOverride.Visible = true;
   for (int channel = 1; channel <= kChannels; ++channel) {

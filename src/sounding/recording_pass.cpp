@@ -11,6 +11,9 @@
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "display/enlarged_graph.h"
+#include "display/graph_data.h"
+#include "forms/enlarged_graph_form.h"
 #include "platform/boxes.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
@@ -67,7 +70,8 @@ void TakeDueRow() {
   }
   ++sounding.RowCount;
   RecordRow();
-  // The strip charts are extended here once they stand.
+  GraphData();
+  if (EnlargedGraph.Visible) EnlargedGraph_Graph();
 }
 
 bool ReadingsAreStale() {

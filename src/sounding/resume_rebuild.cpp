@@ -4,6 +4,7 @@
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "display/graph_data.h"
 #include "forms/main_form.h"
 #include "platform/numbers.h"
 #include "sounding/depth_count.h"
@@ -89,6 +90,10 @@ void RebuildSoilType() {
   }
 }
 
+void RebuildQt() {
+  for (std::int32_t row = 1; row <= sounding.RowCount; ++row) sounding.RowQt(row) = QtOfRow(row);
+}
+
 void RebuildResumedSounding() {
   if (IsPresent(1) && IsPresent(2)) {
     for (const int channel : {20, 21, 22}) channels.ChannelPresent(channel) = kTrue;
@@ -99,8 +104,11 @@ void RebuildResumedSounding() {
   sounding.NextRecordCount = CountsFromHere(settings.DepthStepCounts);
   sounding.NextPictureCount = CountsFromHere(settings.PictureStepCounts);
   RebuildDerivedChannels();
-  // The ranges of the charts and the charts themselves follow here once they stand.
+  RebuildQt();
+  StartDepthAxis();
+  for (int g = 1; g <= 4; ++g) RebuildRange(g);
   sounding.SecondsCounter = 0;
+  Step(GraphData);
   for (int reading = 0; reading < kFillingReadings; ++reading) {
     Step(GetConeData);
     Step([] { Main_CommPause(); });

@@ -3,11 +3,9 @@
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
-#include "display/display_state.h"
-#include "display/scale_axis.h"
+#include "display/graph_data.h"
 #include "forms/main_form.h"
 #include "platform/boxes.h"
-#include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "sounding/depth_count.h"
 #include "sounding/sounding_files.h"
@@ -48,19 +46,6 @@ void ShowStartDepth() {
   Main.lblBigDepth.Caption = texts.big;
 }
 
-std::string AxisEnd(float depth) {
-  return Format(settings.DepthFormat == 1 ? -depth : depth, "##0");
-}
-
-void SetDepthAxis() {
-  display.GraphDepthMin = session.StartDepth;
-  display.GraphDepthMax = session.StartDepth + 1.0f;
-  ScaleAxis(display.GraphDepthMax, display.GraphDepthMin, display.GraphDepthStep,
-            display.GraphDepthTicks, display.GraphDepthDivisions);
-  Main.lblGraphYmin.Caption = AxisEnd(display.GraphDepthMin);
-  Main.lblGraphYmax.Caption = AxisEnd(display.GraphDepthMax);
-}
-
 /// The trigger line: an encoder on a port of its own has it there.
 void LowerTrigger() {
   const bool own_port = settings.DepthCounterType == 0 && !TruckSharesConePort();
@@ -98,7 +83,7 @@ void StartRecording() {
   ShowRunning(true);
   ZeroDepth();
   ShowStartDepth();
-  SetDepthAxis();
+  StartDepthAxis();
   LowerTrigger();
   try {
     CreateSoundingFiles();

@@ -13,8 +13,11 @@ namespace penlog {
 /// A change of a port asked for on the port screen; `Mainloop` serves it between two passes.
 struct PortRequest {
   std::int16_t Requested = 0;  ///< -1 until it is served
-  std::int16_t NewPort = 0;    ///< COM number; 0 switches the output off
+  /// COM number; 0 switches an output off. For the truck interface 0 means its old number, and
+  /// `kNoTruckPort` switches it off.
+  std::int16_t NewPort = 0;
 };
+constexpr std::int16_t kNoTruckPort = -1;
 
 /// What is to be appended to one file and could not be written yet.
 struct HeldText {

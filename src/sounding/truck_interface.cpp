@@ -3,6 +3,7 @@
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/settings.h"
+#include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "platform/clock.h"
 #include "platform/numbers.h"
@@ -141,7 +142,8 @@ void RecordDue() {
   sounding.LastStepSeconds = seconds;
   // A dissipation or seismic test on screen is interrupted here once they stand.
   if (Main.frmLocalWarning.Visible) ++sounding.WarningCounter;
-  // The dissipation clock is restarted here, and the enlarged graph taken down.
+  // The dissipation clock is restarted here once it stands.
+  if (EnlargedGraph.Visible) Unload(EnlargedGraph);
   ShowSpeed(interval);
   sounding.TicksSinceStep = 0;
   sounding.RecordPending = -1;

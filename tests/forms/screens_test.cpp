@@ -4,6 +4,7 @@
 #include "forms/cone_settings_form.h"
 #include "forms/create_new_directory_form.h"
 #include "forms/main_form.h"
+#include "forms/reset_comms_form.h"
 #include "forms/restart_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
@@ -23,6 +24,7 @@ const std::vector<Form*> kScreens = {&Main,
                                      &StartUp,
                                      &frmConeSettings,
                                      &frmCreateNewDirectory,
+                                     &frmResetComms,
                                      &frmSpecifyASCIIOut,
                                      &frmSpecifyTruckInterface,
                                      &frmSpecifyVideoOverlay,
@@ -72,6 +74,7 @@ TEST(Screens, MainHidesItsDialogsAtFirst) {
   }
 }
 
+/// And the colours and the tone, which must be at hand behind a question too.
 TEST(Screens, StopDialogAndOverrideTakeActionsInAnyCase) {
   World world;
   std::set<std::string> usable;
@@ -81,7 +84,8 @@ TEST(Screens, StopDialogAndOverrideTakeActionsInAnyCase) {
     }
   }
   EXPECT_EQ(usable, (std::set<std::string>{"Main.cmdResetQuits", "Main.cmdWarningCancel",
-                                           "Main.cmdWarningOK1", "Main.cmdWarningOK2"}));
+                                           "Main.cmdWarningOK1", "Main.cmdWarningOK2",
+                                           "Main.mnuAlarmTone", "Main.mnuDay", "Main.mnuNight"}));
 }
 
 TEST(Screens, UnloadBringsBackFirstValues) {
@@ -182,10 +186,14 @@ TEST(Screens, AnActionWaitsUntilItIsServed) {
 TEST(Screens, WhatComesLaterIsOutOfReach) {
   World world;
   for (const Control* control : std::initializer_list<const Control*>{
-           &Main.cmdResetPorts, &Main.cmdDissipation, &Main.cmdActivateSeismic,
-           &Main.cmdChangeSeismicOptions, &StartUp.cmdSystemSetup, &StartUp.cmdResume,
-           &SetupSounding.cmdGetGPS, &SetupSounding.cmdEnterGPS, &frmWarning.mnuResetComms}) {
+           &Main.cmdDissipation, &Main.cmdActivateSeismic, &Main.cmdChangeSeismicOptions,
+           &StartUp.cmdSystemSetup, &StartUp.cmdResume, &SetupSounding.cmdGetGPS,
+           &SetupSounding.cmdEnterGPS}) {
     EXPECT_FALSE(control->Visible && control->Enabled) << control->Name();
+  }
+  for (const Control* control :
+       std::initializer_list<const Control*>{&Main.cmdResetPorts, &frmWarning.mnuResetComms}) {
+    EXPECT_TRUE(control->Visible && control->Enabled) << control->Name();
   }
   EXPECT_TRUE(StartUp.cmdCalibrate.Visible && StartUp.cmdCalibrate.Enabled);
 }

@@ -98,6 +98,7 @@ Played PlayReal(const SoundingPlan& plan, bool cone_on_network) {
   setup.rig = plan.rig;
   setup.cone_on_network = cone_on_network;
   setup.folder = place.Path();
+  setup.idle_ports = plan.idle_ports;
   RealSession session(setup);
   played.folder = place / "soundings";
   TheDisk().MakeFolder(played.folder);

@@ -13,6 +13,7 @@ struct SoundingPlan {
   std::string script;                   ///< a file of this folder
   std::string rig = "dcs";              ///< the setup's name
   std::map<int, std::string> settings;  ///< by position, over the first-run settings; none: no file
+  int idle_ports = 0;                   ///< in real time: ports on which nobody answers
 };
 
 struct Played {

@@ -423,6 +423,29 @@ TEST(Resume, RebuildsTheDerivedChannelsOfTheRows) {
   EXPECT_EQ(suspended.Count("D"), 10);
 }
 
+TEST(Resume, DrawsTheChartsFromAllRows) {
+  Suspended suspended;
+  display.GraphCount = 2;
+  display.GraphChannel = {0, 1, 3, 0, 0};
+  display.GraphAutoScale.fill(-1);
+  settings.TipPlotValues = 1;
+  for (const int row : {1, 2, 3}) sounding.Rows(row, 3) = -2.5f;
+  sounding.Rows(1, 0) = 2.5f;
+  sounding.Rows(2, 0) = 3.0f;
+  sounding.Rows(3, 0) = 3.5f;
+  session.StartDepth = 2;
+  RebuildResumedSounding();
+  EXPECT_EQ(display.GraphDepthMin, 2.0f);
+  EXPECT_EQ(display.GraphDepthMax, 4.0f);
+  EXPECT_EQ(Main.lblGraphYmin.Caption, "2");
+  EXPECT_FLOAT_EQ(sounding.RowQt(2), 200.0f - 0.5f);
+  EXPECT_EQ(display.GraphShownMax[1], 200.0f);
+  EXPECT_EQ(display.GraphShownMin[2], -3.0f);
+  ASSERT_EQ(Main.pctGraph(1).traces.size(), 2u);
+  EXPECT_EQ(Main.pctGraph(1).traces[0].points.size(), 3u);
+  EXPECT_EQ(Main.pctGraph(1).traces[1].points.size(), 3u);
+}
+
 TEST(Resume, TheFrictionRatioOfRowsTakesTheBallIntoAccount) {
   Suspended suspended;
   settings.TipConfiguration = 1;

@@ -26,6 +26,21 @@ TEST(DueRow, IsTakenOnce) {
   EXPECT_EQ(sounding.RecordPending, 0);
 }
 
+TEST(DueRow, ExtendsTheCharts) {
+  Recording recording;
+  display.GraphCount = 1;
+  display.GraphChannel[1] = 1;
+  display.GraphAutoScale.fill(-1);
+  for (const float depth : {0.1f, 0.2f, 0.3f}) {
+    sounding.CurrentDepth = depth;
+    sounding.RecordPending = -1;
+    TakeDueRow();
+  }
+  ASSERT_EQ(Main.pctGraph(1).traces.size(), 1u);
+  EXPECT_EQ(Main.pctGraph(1).traces[0].points.size(), 3u);
+  EXPECT_EQ(Main.lblGraphValue(1).Caption, "0.50");
+}
+
 TEST(DueRow, WaitsDuringTheRestartTest) {
   Recording recording;
   sounding.RecordPending = -1;

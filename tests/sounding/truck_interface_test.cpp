@@ -1,5 +1,6 @@
 #include "sounding/truck_interface.h"
 
+#include "forms/enlarged_graph_form.h"
 #include "platform/files.h"
 #include "sounding/console.h"
 #include "sounding/held_rows.h"
@@ -503,6 +504,19 @@ TEST(Flood, EveryEdgeOfAFastRigIsCounted) {
   }
   while (TheQueue().Backlog() > 0) Yield();
   EXPECT_EQ(sounding.DepthCounts, 5000.0f);
+}
+
+TEST(TruckInterface, ADepthStepUnloadsTheEnlargedGraphWithEachDueRow) {
+  Truck truck;
+  truck.OpenPorts();
+  Show(EnlargedGraph);
+  EnlargedGraph.txtXmin.Text = "1";
+  truck.EncoderDown();
+  EXPECT_TRUE(EnlargedGraph.Visible);  // no row is due yet
+  truck.EncoderDown();
+  EXPECT_FALSE(EnlargedGraph.Visible);
+  EXPECT_FALSE(EnlargedGraph.Loaded);
+  EXPECT_EQ(EnlargedGraph.txtXmin.Text, "");
 }
 
 }  // namespace
