@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,13 @@
 #include "platform/boxes.h"
 #include "platform/qt/mirror.h"
 #include "platform/qt/real_machine.h"
+#include "platform/qt/screen_room.h"
 #include "platform/view.h"
 
 namespace {
 
 constexpr const char* kUsage =
-    "usage: penlog\n"
+    "usage: penlog [--place left|right|WIDTHxHEIGHT+X+Y]\n"
     "The console. Its data directory is \"PENLOG(KQ)\" in the folder that the environment names "
     "as\n"
     "\"allusersprofile\", or else among the user's data; \"Serial Ports.txt\" in it lists the "
@@ -48,7 +50,14 @@ int main(int argc, char** argv) {
     return Refuse("there is no display for its windows");
   }
   QApplication application(argc, argv);
-  if (argc > 1) return Refuse("unknown word \"" + std::string(argv[1]) + "\"");
+  // What is left of the words: the toolkit has taken its own.
+  const std::vector<std::string> own(argv + 1, argv + argc);
+  if (!own.empty() && own[0] != "--place") return Refuse("unknown word \"" + own[0] + "\"");
+  if (!own.empty()) {
+    const auto place = own.size() == 2 ? penlog::ScreenPlaceOf(own[1]) : std::nullopt;
+    if (!place) return Refuse("--place needs left, right, whole or WIDTHxHEIGHT+X+Y");
+    penlog::UsePlace(*place);
+  }
   penlog::RealMachineSetup setup;
   setup.words = words;
   setup.port_list = [] {

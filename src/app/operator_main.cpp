@@ -27,7 +27,7 @@ namespace {
 constexpr const char* kUsage =
     "usage: penlog-operator SCRIPT [--virtual] [--shots DIR] [--size WxH] [--out DIR]\n"
     "                       [--data DIR] [--setup NAME] [--seed N] [--cone pty|rfc2217]\n"
-    "                       [--rig PORT] [--hash]\n"
+    "                       [--rig PORT] [--look day|night] [--hash]\n"
     "  --virtual  in virtual time, on a disk in memory; else in real time\n"
     "  --shots    where the pictures go; without it none is taken\n"
     "  --size     of the display that the pictures stand for (1366x768)\n"
@@ -38,6 +38,7 @@ constexpr const char* kUsage =
     "  --cone     how the cone is connected in real time (pty)\n"
     "  --rig      in real time: the control port of a penlog-rig that runs already and keeps its\n"
     "             list of ports in \"PENLOG(KQ)/Serial Ports.txt\" below --out\n"
+    "  --look     the colours that the console starts with (day)\n"
     "  --hash     prints a number that is equal for equal runs\n"
     "exit: 0 played to its end, 1 something was not as expected, 2 the words or the script\n";
 
@@ -48,6 +49,7 @@ struct Options {
   std::string data;
   std::string setup = "dcs";
   std::string cone = "pty";
+  std::string look;
   std::uint32_t seed = 1;
   int width = 1366;
   int height = 768;
@@ -81,6 +83,8 @@ bool TakeValue(const std::string& name, const std::string& value, Options& optio
     options.setup = value;
   else if (name == "--cone")
     options.cone = value;
+  else if (name == "--look")
+    options.look = value;
   else if (name == "--size")
     return ToSize(value, options);
   else if (name == "--seed" && ToNumber(value, seed))
@@ -89,6 +93,7 @@ bool TakeValue(const std::string& name, const std::string& value, Options& optio
     return ToNumber(value, options.rig_control) && options.rig_control > 0;
   else
     return false;
+  if (name == "--look") return value == "day" || value == "night";
   return !value.empty() && (options.cone == "pty" || options.cone == "rfc2217");
 }
 
@@ -145,6 +150,16 @@ void LayIn(Disk& from, const Options& options, Disk& to, const std::string& fold
   }
 }
 
+/// The console finds its colours chosen, as by the menu of an earlier start.
+void LayInLook(const Options& options, Disk& to, const std::string& folder) {
+  if (options.look.empty()) return;
+  to.MakeFolder(folder);
+  const Disk::Handle file = to.Create(folder + "/View Settings.txt");
+  to.Write(file, options.look == "night" ? "1\r\n1\r\n" : "0\r\n1\r\n");
+  to.Sync(file);
+  to.Close(file);
+}
+
 int PlayVirtual(const Script& script, const Options& options) {
   PosixDisk real_disk;
   RigSetup rig_setup = MakeRigSetup(options.setup);
@@ -153,6 +168,7 @@ int PlayVirtual(const Script& script, const Options& options) {
   setup.seed = options.seed;
   VirtualSession session(rig_setup, setup);
   LayIn(real_disk, options, session.disk, VirtualSession::DataDirectory());
+  LayInLook(options, session.disk, VirtualSession::DataDirectory());
   std::unique_ptr<WindowMirror> mirror;
   PlayerHands hands;
   if (!options.shots.empty()) {
@@ -190,6 +206,7 @@ int PlayReal(const Script& script, const Options& options) {
   std::fflush(stdout);
   RealSession session(setup);
   LayIn(TheDisk(), options, TheDisk(), JoinPath(setup.folder, "PENLOG(KQ)"));
+  LayInLook(options, TheDisk(), JoinPath(setup.folder, "PENLOG(KQ)"));
   PlayerHands hands;
   AddShots(hands, options, session.Windows());
   if (!options.shots.empty()) TheDisk().MakeFolder(options.shots);

@@ -24,6 +24,8 @@ namespace penlog {
 
 namespace {
 
+constexpr int kFirstIdlePort = 11;
+
 RealMachineSetup MachineSetup(const RealSessionSetup& setup) {
   // The data directory of a session is its own: the user's is never touched.
   setenv("allusersprofile", setup.folder.c_str(), 1);
@@ -87,16 +89,26 @@ void RealSession::MakeWires() {
     truck_wire_ = std::move(server);
     rig_->AttachTruck(*truck_wire_);
   }
+  for (int port = kFirstIdlePort; port < kFirstIdlePort + setup_.idle_ports; ++port) {
+    idle_wires_.push_back(std::make_unique<PtyWire>(machine_.clock().io(), IdleDevice(port)));
+  }
   rig_->on_renumber = [this](RigWire which, int number) {
     (which == RigWire::Cone ? setup_.cone_port : setup_.truck_port) = number;
     WritePortList();
   };
 }
 
+std::string RealSession::IdleDevice(int port) const {
+  return JoinPath(JoinPath(setup_.folder, "wires"), "idle" + std::to_string(port));
+}
+
 void RealSession::WritePortList() {
   std::string text = std::to_string(setup_.cone_port) + " " + cone_device_ + "\n";
   if (!truck_device_.empty())
     text += std::to_string(setup_.truck_port) + " " + truck_device_ + "\n";
+  for (int port = kFirstIdlePort; port < kFirstIdlePort + setup_.idle_ports; ++port) {
+    text += std::to_string(port) + " " + IdleDevice(port) + "\n";
+  }
   ReplaceFile(JoinPath(DataFolder(), "Serial Ports.txt"), text);
 }
 

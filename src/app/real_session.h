@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "operator/player.h"
 #include "platform/qt/mirror.h"
@@ -25,6 +26,7 @@ struct RealSessionSetup {
   std::string folder;  ///< the data directory and the wires lie below it
   int cone_port = 3;   ///< COM number
   int truck_port = 4;
+  int idle_ports = 0;  ///< pseudo terminals on which nobody answers, COM 11 and up
 };
 
 class RealSession {
@@ -56,6 +58,7 @@ class RealSession {
   void MakeWires();
   void WritePortList();
   void CompleteHands(PlayerHands& hands);
+  std::string IdleDevice(int port) const;
   std::string Order(const std::string& words);
 
   RealSessionSetup setup_;
@@ -66,6 +69,7 @@ class RealSession {
   std::unique_ptr<WireEnd> truck_wire_;
   std::string cone_device_;
   std::string truck_device_;
+  std::vector<std::unique_ptr<WireEnd>> idle_wires_;
   std::unique_ptr<Rig> rig_;
 };
 

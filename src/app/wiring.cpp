@@ -3,10 +3,14 @@
 #include "conelink/cone_settings_report.h"
 #include "core/start_up.h"
 #include "core/start_up_load.h"
+#include "display/enlarged_graph.h"
 #include "display/setup_display.h"
+#include "display/view_settings.h"
 #include "forms/cone_settings_form.h"
 #include "forms/create_new_directory_form.h"
+#include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
+#include "forms/reset_comms_form.h"
 #include "forms/restart_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
@@ -19,6 +23,7 @@
 #include "screens/accept_sounding.h"
 #include "screens/connection_status.h"
 #include "screens/create_directory.h"
+#include "screens/reset_comms.h"
 #include "screens/setup_sounding.h"
 #include "screens/specify_ports.h"
 #include "sounding/auto_manual.h"
@@ -93,6 +98,9 @@ void WireMain() {
   Main.Timer1.OnTick = Main_Timer1_Timer;
   Main.EncoderComm.OnComm = Main_EncoderComm_OnComm;
   Main.ConeComm.OnComm = Main_ConeComm_OnComm;
+  Main.mnuDay.Click = Main_mnuDay_Click;
+  Main.mnuNight.Click = Main_mnuNight_Click;
+  Main.mnuAlarmTone.Click = Main_mnuAlarmTone_Click;
   Main.cmdTakeBaseline.Click = Main_cmdTakeBaseline_Click;
   Main.cmdStart.Click = Main_cmdStart_Click;
   Main.cmdExit.Click = Main_cmdExit_Click;
@@ -106,25 +114,64 @@ void WireMain() {
   Main.cmdWarningCancel.Click = Main_cmdWarningCancel_Click;
   Main.Command2.Click = Main_Command2_Click;
   Main.Command3.Click = Main_Command3_Click;
+  Main.cmdResetPorts.Click = OpenResetComms;
   // A window closed during a sounding leaves it resumable: nothing is marked as done.
   Main.QueryUnload = Main_QueryUnload;
+}
+
+void WireGraphs() {
+  for (int g = 1; g <= 4; ++g) Main.pctGraph(g).Click = [g] { Main_pctGraph_Click(g); };
+  EnlargedGraph.pctGraph.Click = EnlargedGraph_pctGraph_Click;
+  EnlargedGraph.cmdOK.Click = EnlargedGraph_cmdOK_Click;
+  EnlargedGraph.cmdResetScale.Click = EnlargedGraph_cmdResetScale_Click;
+  EnlargedGraph.Command1.Click = EnlargedGraph_Command1_Click;
+  EnlargedGraph.QueryUnload = EnlargedGraph_Command1_Click;
+}
+
+void WireResetComms() {
+  auto& form = frmResetComms;
+  form.Load = frmResetComms_Load;
+  form.cmbTruckInterfaceSerialPort.Click = frmResetComms_cmbTruckInterfaceSerialPort_Click;
+  form.cmbASCIIOutSerialPort.Click = frmResetComms_cmbASCIIOutSerialPort_Click;
+  form.cmbVideoOverlaySerialPort.Click = frmResetComms_cmbVideoOverlaySerialPort_Click;
+  form.cmdOK.Click = frmResetComms_cmdOK_Click;
+  form.cmdCancel.Click = frmResetComms_cmdCancel_Click;
+  form.QueryUnload = frmResetComms_cmdCancel_Click;
+}
+
+/// Each chooses a port, and proves it.
+void WireSpecifyScreens() {
+  auto& truck = frmSpecifyTruckInterface;
+  truck.cmbTruckInterfaceSerialPort.Click =
+      frmSpecifyTruckInterface_cmbTruckInterfaceSerialPort_Click;
+  truck.EncoderComm.OnComm = frmSpecifyTruckInterface_EncoderComm_OnComm;
+  truck.cmdSavePort.Click = frmSpecifyTruckInterface_cmdSavePort_Click;
+  truck.cmdCancel.Click = frmSpecifyTruckInterface_cmdCancel_Click;
+  truck.QueryUnload = frmSpecifyTruckInterface_cmdCancel_Click;
+  auto& ascii = frmSpecifyASCIIOut;
+  ascii.cmbASCIIOutSerialPort.Click = frmSpecifyASCIIOut_cmbASCIIOutSerialPort_Click;
+  ascii.cmdTestPort.Click = frmSpecifyASCIIOut_cmdTestPort_Click;
+  ascii.cmdSavePort.Click = frmSpecifyASCIIOut_cmdSavePort_Click;
+  ascii.cmdCancel.Click = frmSpecifyASCIIOut_cmdCancel_Click;
+  ascii.QueryUnload = frmSpecifyASCIIOut_cmdCancel_Click;
+  auto& overlay = frmSpecifyVideoOverlay;
+  overlay.cmbVideoOverlaySerialPort.Click = frmSpecifyVideoOverlay_cmbVideoOverlaySerialPort_Click;
+  overlay.cmdTestPort.Click = frmSpecifyVideoOverlay_cmdTestPort_Click;
+  overlay.cmdSavePort.Click = frmSpecifyVideoOverlay_cmdSavePort_Click;
+  overlay.cmdCancel.Click = frmSpecifyVideoOverlay_cmdCancel_Click;
+  overlay.QueryUnload = frmSpecifyVideoOverlay_cmdCancel_Click;
 }
 
 void WireSmallScreens() {
   frmWarning.Load = frmWarning_Load;
   frmWarning.Timer1.OnTick = frmWarning_Timer1_Timer;
+  frmWarning.Timer2.OnTick = frmWarning_Timer2_Timer;
+  frmWarning.mnuUncoupleWarningScreen.Click = frmWarning_mnuUncoupleWarningScreen_Click;
+  frmWarning.mnuCoupleWarningScreen.Click = frmWarning_mnuCoupleWarningScreen_Click;
+  frmWarning.mnuResetComms.Click = OpenResetComms;
   frmZOLRestart.cmdYes.Click = frmZOLRestart_cmdYes_Click;
   frmZOLRestart.cmdNo.Click = frmZOLRestart_cmdNo_Click;
   frmZOLRestart.QueryUnload = frmZOLRestart_cmdNo_Click;
-  frmSpecifyTruckInterface.cmdSavePort.Click = frmSpecifyTruckInterface_cmdSavePort_Click;
-  frmSpecifyTruckInterface.cmdCancel.Click = frmSpecifyTruckInterface_cmdCancel_Click;
-  frmSpecifyTruckInterface.QueryUnload = frmSpecifyTruckInterface_cmdCancel_Click;
-  frmSpecifyASCIIOut.cmdSavePort.Click = frmSpecifyASCIIOut_cmdSavePort_Click;
-  frmSpecifyASCIIOut.cmdCancel.Click = frmSpecifyASCIIOut_cmdCancel_Click;
-  frmSpecifyASCIIOut.QueryUnload = frmSpecifyASCIIOut_cmdCancel_Click;
-  frmSpecifyVideoOverlay.cmdSavePort.Click = frmSpecifyVideoOverlay_cmdSavePort_Click;
-  frmSpecifyVideoOverlay.cmdCancel.Click = frmSpecifyVideoOverlay_cmdCancel_Click;
-  frmSpecifyVideoOverlay.QueryUnload = frmSpecifyVideoOverlay_cmdCancel_Click;
 }
 
 }  // namespace
@@ -135,7 +182,10 @@ void WireScreens() {
   WireSetupSounding();
   WireSetupDisplay();
   WireMain();
+  WireGraphs();
   WireSmallScreens();
+  WireResetComms();
+  WireSpecifyScreens();
 }
 
 }  // namespace penlog

@@ -7,10 +7,16 @@
 #include "core/settings.h"
 #include "core/settings_replaced.h"
 #include "core/soil_tables.h"
+#include "display/alarms.h"
 #include "display/display_state.h"
+#include "display/status_strip.h"
+#include "display/view_settings.h"
+#include "fieldio/video_overlay.h"
 #include "forms/form.h"
 #include "platform/boxes.h"
 #include "platform/serial_port.h"
+#include "screens/connection_status.h"
+#include "screens/reset_comms.h"
 #include "screens/setup_sounding.h"
 #include "screens/specify_ports.h"
 #include "sounding/sounding_state.h"
@@ -18,6 +24,7 @@
 namespace penlog {
 
 void ResetState() {
+  OverlayOutput().Drop();
   ResetForms();
   SerialPort::ResetAll();
   ResetBoxes();
@@ -28,10 +35,16 @@ void ResetState() {
   cone = ConeState{};
   sounding = SoundingState{};
   display = DisplayState{};
+  view_settings = ViewSettingsState{};
+  ChooseLook(view_settings.Look);
+  status_strip = StatusStripState{};
+  alarms = AlarmState{};
   soil = SoilTables{};
   words = WordTables{};
   setup_sounding = SetupSoundingState{};
   specify_ports = SpecifyPortsState{};
+  connection_status = ConnectionStatusState{};
+  reset_comms = ResetCommsState{};
 }
 
 }  // namespace penlog

@@ -1,7 +1,9 @@
 #include "core/settings_file.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 #include "core/channels.h"
 #include "core/data_directory.h"
@@ -12,6 +14,7 @@
 #include "core/settings_fields.h"
 #include "core/settings_replaced.h"
 #include "platform/files.h"
+#include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 
 namespace penlog {
@@ -167,6 +170,25 @@ void WriteSetup(const std::vector<SettingField>& fields) {
   }
 }
 
+/// The text with another line at a position, counted from 1; a text with fewer lines stays.
+std::string WithLine(std::string text, int position, const std::string& line) {
+  std::size_t begin = 0;
+  for (int i = 1; i < position; ++i) {
+    const std::size_t end = text.find('\n', begin);
+    if (end == std::string::npos) return text;
+    begin = end + 1;
+  }
+  const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
+  return end == begin ? text : text.replace(begin, end - begin, line);
+}
+
+/// Each value stands on a line of its own.
+std::string WithPortNumbers(std::string text) {
+  text = WithLine(std::move(text), 42, PlainNumber(settings.TruckInterfaceSerialPort));
+  text = WithLine(std::move(text), 55, PlainNumber(settings.ASCIIOutSerialPort));
+  return WithLine(std::move(text), 56, PlainNumber(settings.VideoOverlaySerialPort));
+}
+
 }  // namespace
 
 void LoadSystemSetup() {
@@ -198,6 +220,18 @@ void SaveSystemSetup() {
 
 void SaveKQSettings() {
   SaveSystemSetup();
+}
+
+void SavePortNumbers() {
+  const std::string path = DataPath(kFileName);
+  if (settings.SettingsDamaged == kTrue || !TheDisk().FileExists(path)) return;
+  try {
+    const std::string text = ReadFile(path);
+    const std::string changed = WithPortNumbers(text);
+    if (changed != text) ReplaceFile(path, changed);
+  } catch (const RuntimeFault& fault) {
+    Tell(std::string("THE PORT NUMBERS COULD NOT BE SAVED.  ") + fault.what());
+  }
 }
 
 void BackUpFirstSetup() {

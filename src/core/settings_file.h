@@ -22,6 +22,11 @@ void SaveSystemSetup();
 /// The same under its other name, for a port that changed at the start.
 void SaveKQSettings();
 
+/// Puts the numbers of the truck interface, the ASCII output and the overlay into the file; all
+/// else in it stays as it stands, and a file that is missing, damaged or of a layout without them
+/// is left alone. A failure is told.
+void SavePortNumbers();
+
 /// Copies the settings to "System Setup Values.old" if there is no such file: the first settings
 /// ever seen on this machine.
 void BackUpFirstSetup();

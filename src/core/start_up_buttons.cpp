@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 
+#include "core/progress.h"
 #include "forms/start_up_form.h"
 
 namespace penlog {
@@ -28,6 +29,7 @@ void BeginStatus(const std::string& status) {
 void EndStatus() {
   StartUp.Timer1.Stop();
   StartUp.frLoad.Visible = false;
+  EndProgress();
 }
 
 void EnableEveryButton() {

@@ -9,6 +9,7 @@
 #include "core/channels.h"
 #include "core/error_trap.h"
 #include "core/message.h"
+#include "core/progress.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "core/settings_file.h"
@@ -40,6 +41,7 @@ void ReadModules() {
   if (settings.DiscoverAddOnModules != 1 || !session.ResumeConeId.empty()) return;
   for (int module = 1; module <= kModules; ++module) {
     StartUp.lblLoad.Caption = "Looking For Module (" + LeadingBlankNumber(module) + ")";
+    ShowProgress("MODULE", module, kModules);
     Trapped([&] { ReadModuleSettings(module); });
   }
 }
@@ -49,6 +51,7 @@ void ReadModules() {
 void AskCone(int attempt, std::string& fault) {
   OpenConePort();
   StartUp.lblLoad.Caption = attempt <= 2 ? "LOOKING FOR CONE" : "CONE NOT FOUND. CHECKING PORTS";
+  ShowProgress("STEP", kStartSteps, kStartSteps);
   try {
     ReadConeSettings();
   } catch (const RuntimeFault& found) {

@@ -13,6 +13,7 @@
 #include "core/settings_check.h"
 #include "core/settings_file.h"
 #include "core/soil_tables.h"
+#include "display/view_settings.h"
 #include "forms/start_up_form.h"
 #include "platform/files.h"
 #include "platform/host.h"
@@ -99,6 +100,7 @@ void StartUp_Load() {
   PrepareDataDirectory();
   TestLocale();
   MeasureScreen();
+  LoadViewSettings();
   ShowVersion();
   BackUpFirstSetup();
   ClearFlags();

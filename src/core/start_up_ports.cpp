@@ -4,6 +4,7 @@
 
 #include "conelink/port_supervision.h"
 #include "conelink/reconnect.h"
+#include "core/progress.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "core/settings_file.h"
@@ -17,8 +18,10 @@ namespace penlog {
 
 namespace {
 
-void ShowStatus(const char* text) {
+/// The steps of a start: the ports of cone, truck and outputs, then the cone itself.
+void ShowStatus(const char* text, int step) {
   StartUp.lblLoad.Caption = text;
+  ShowProgress("STEP", step, kStartSteps);
 }
 
 bool Ask(const char* question) {
@@ -37,7 +40,7 @@ bool ProveAnyPort() {
 }
 
 bool ProveConePort(bool& changed) {
-  ShowStatus("CHECKING CONE CONNECTION");
+  ShowStatus("CHECKING CONE CONNECTION", 1);
   if (ProbePort(settings.ConeSerialPort)) return true;
   if (!Ask("CONE SERIAL PORT NOT DETECTED. WOULD YOU LIKE TO SEARCH FOR THE PORT?")) {
     MsgBox("PROGRAM CANNOT CONTINUE. CHECK THE POWER AND USB CONNECTIONS AND TRY AGAIN");
@@ -69,6 +72,7 @@ int Choose(int (*specify)()) {
 struct OutputPort {
   std::int16_t SettingsState::*port;
   const char* status;
+  int step;
   const char* question;
   int (*specify)();
   const char* set_to;
@@ -78,6 +82,7 @@ struct OutputPort {
 constexpr OutputPort kASCIIOut{
     &SettingsState::ASCIIOutSerialPort,
     "CHECKING ASCII OUT PORT",
+    3,
     "ASCII OUT SERIAL PORT NOT DETECTED. WOULD YOU LIKE TO SPECIFY THE PORT? IF 'NO', THEN PROGRAM "
     "WILL CONTINUE WITH ASCII OUT DISABLED",
     SpecifyASCIIOut,
@@ -88,6 +93,7 @@ constexpr OutputPort kASCIIOut{
 constexpr OutputPort kVideoOverlay{
     &SettingsState::VideoOverlaySerialPort,
     "CHECKING VIDEO OVERLAY PORT",
+    4,
     "VIDEO OVERLAY SERIAL PORT NOT DETECTED. WOULD YOU LIKE TO SPECIFY THE PORT? IF 'NO', THEN "
     "PROGRAM WILL CONTINUE WITH VIDEO OVERLAY DISABLED",
     SpecifyVideoOverlay,
@@ -97,7 +103,7 @@ constexpr OutputPort kVideoOverlay{
 
 void ProveOutputPort(const OutputPort& output, bool& changed) {
   std::int16_t& port = settings.*output.port;
-  ShowStatus(output.status);
+  ShowStatus(output.status, output.step);
   if (ProbePort(port)) return;
   if (!Ask(output.question)) {
     port = 0;
@@ -137,7 +143,7 @@ bool FindConePort() {
 }
 
 bool ProveTruckPort(bool cone_port_changed, bool& changed) {
-  ShowStatus("CHECKING TRUCK INTERFACE CONNECTION");
+  ShowStatus("CHECKING TRUCK INTERFACE CONNECTION", 2);
   if (ProbePort(settings.TruckInterfaceSerialPort) && !cone_port_changed) return true;
   const int port = WantsToSpecifyTruckPort(cone_port_changed) ? Choose(SpecifyTruckInterface) : 0;
   if (port == 0) {

@@ -6,6 +6,7 @@
 #include "core/channels.h"
 #include "core/settings.h"
 #include "display/display_state.h"
+#include "display/graph_values.h"
 #include "forms/main_form.h"
 
 namespace penlog {
@@ -17,15 +18,15 @@ constexpr int kMostGraphs = 4;
 
 // Rows of the chart area, in fractions of its height.
 constexpr double kTitleTop = 0.0;
-constexpr double kTitleHeight = 0.06;
-constexpr double kBarTop = 0.07;
-constexpr double kBarHeight = 0.04;
-constexpr double kChartTop = 0.12;
-constexpr double kChartHeight = 0.76;
-constexpr double kRangeTop = 0.89;
-constexpr double kRangeHeight = 0.05;
-constexpr double kKeyTop = 0.95;
-constexpr double kKeyHeight = 0.05;
+constexpr double kTitleHeight = 0.075;
+constexpr double kValueTop = 0.08;
+constexpr double kValueHeight = 0.09;
+constexpr double kBarTop = 0.175;
+constexpr double kBarHeight = 0.025;
+constexpr double kChartTop = 0.205;
+constexpr double kChartHeight = 0.715;
+constexpr double kRangeTop = 0.925;
+constexpr double kRangeHeight = 0.075;
 constexpr double kValueAt = 0.55;  // of a graph's width
 constexpr double kUnitsAt = 0.8;
 constexpr double kEnd = 0.35;  // of a graph's width, for the figure at each end of its axis
@@ -65,25 +66,29 @@ void Put(Control& control, double left, double top, double width, double height)
 /// The series names of a graph with more than one series; it stays hidden for one.
 void ShowKey(int g) {
   const int channel = display.GraphChannel[static_cast<std::size_t>(g)];
-  const bool tip = channel == 1 && settings.TipPlotValues == 1;
-  const bool pore_pressures = channel == 3 && settings.CombinePPPlots == 1;
+  const bool tip = ShowsQt(channel);
+  const bool pore_pressures = ShowsAllPorePressures(channel);
   Main.frmKey(g).Visible = tip || pore_pressures;
   Main.lblKeyc(g).Visible = pore_pressures;
+  Main.lblKeya(g).ForeColor = kRed;
   if (tip) {
     Main.lblKeya(g).Caption = "Qc";
     Main.lblKeyb(g).Caption = "Qt";
+    Main.lblKeyb(g).ForeColor = kBlue;
   } else if (pore_pressures) {
     Main.lblKeya(g).Caption = "U1";
     Main.lblKeyb(g).Caption = "U2";
     Main.lblKeyc(g).Caption = "U3";
+    Main.lblKeyb(g).ForeColor = kGreen;
+    Main.lblKeyc(g).ForeColor = kBlue;
   }
 }
 
 void LayOutGraph(int g, double left, double width) {
   const int channel = display.GraphChannel[static_cast<std::size_t>(g)];
-  Put(Main.lblGraphTitle(g), left, kTitleTop, width * kValueAt, kTitleHeight);
-  Put(Main.lblGraphValue(g), left + width * kValueAt, kTitleTop, width * (kUnitsAt - kValueAt),
-      kTitleHeight);
+  Put(Main.lblGraphTitle(g), left, kTitleTop, width * kUnitsAt, kTitleHeight);
+  Put(Main.lblGraphValue(g), left + width * kValueAt, kValueTop, width * (1 - kValueAt),
+      kValueHeight);
   Put(Main.lblGraphUnits(g), left + width * kUnitsAt, kTitleTop, width * (1 - kUnitsAt),
       kTitleHeight);
   Put(Main.pctGraph(g), left, kChartTop, width, kChartHeight);
@@ -92,7 +97,7 @@ void LayOutGraph(int g, double left, double width) {
   Put(Main.shpBar(g), left, kBarTop, width, kBarHeight);
   Put(Main.lineBar(g), left, kBarTop, 0, kBarHeight);
   Main.shpBar(g).Visible = Main.lineBar(g).Visible = channel != 22;
-  Main.frmKey(g).Where = {true, left, kKeyTop, width, kKeyHeight};
+  Main.frmKey(g).Where = {true, left, kValueTop, width * (kValueAt - kGap), kValueHeight};
   Main.lblGraphTitle(g).Caption = GraphTitle(g);
   Main.lblGraphUnits(g).Caption = SelectedUnit(channel);
   ShowKey(g);
@@ -100,11 +105,17 @@ void LayOutGraph(int g, double left, double width) {
 
 void ClearRanges() {
   const DisplayState start;
+  for (int g = 1; g <= kMostGraphs; ++g) Main.pctGraph(g).Cls();
   display.GraphMin = start.GraphMin;
   display.GraphMax = start.GraphMax;
   display.GraphShownMin = start.GraphShownMin;
   display.GraphShownMax = start.GraphShownMax;
   display.GraphStep = start.GraphStep;
+  display.GraphDivisions = start.GraphDivisions;
+  display.GraphTicks = start.GraphTicks;
+  display.GraphShownStep = start.GraphShownStep;
+  display.GraphShownDivisions = start.GraphShownDivisions;
+  display.GraphShownTicks = start.GraphShownTicks;
   display.GraphDepthMin = 0;
   display.GraphDepthMax = 1;
 }
@@ -129,6 +140,7 @@ void SetDisplay() {
   ShowValueList();
   HideGraphs();
   const double width = GraphWidth(display.GraphCount);
+  Main.frmGraphArea.Visible = width > 0;
   for (int g = 1; width > 0 && g <= display.GraphCount; ++g) {
     LayOutGraph(g, (g - 1) * (width + kGap), width);
   }

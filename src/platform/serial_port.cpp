@@ -51,6 +51,8 @@ void SerialPort::ResetAll() {
     port->SetSettings("9600,N,8,1");
     port->input_len_ = 0;
     port->input_mode_ = InputModes::Text;
+    port->edges_lost_ = port->edge_count_ = 0;
+    port->edges_polled_ = false;
   }
 }
 

@@ -9,6 +9,7 @@ namespace {
 View* view_in_use = nullptr;
 std::function<std::string(std::string_view)> translation_in_use;
 int translation_generation = 0;
+LookSet chosen_look = LookSet::Day;
 
 }  // namespace
 
@@ -18,6 +19,14 @@ View* TheView() {
 
 void UseView(View* view) {
   view_in_use = view;
+}
+
+LookSet ChosenLook() {
+  return chosen_look;
+}
+
+void ChooseLook(LookSet set) {
+  chosen_look = set;
 }
 
 std::string ShownText(std::string_view text) {

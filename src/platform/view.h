@@ -41,6 +41,12 @@ class View {
 View* TheView();
 void UseView(View* view);
 
+/// The sets of colours of the windows: bright for the sun, toned for the night.
+enum class LookSet { Day, Night };
+LookSet ChosenLook();
+/// The windows change with their next frame.
+void ChooseLook(LookSet set);
+
 /// How a text of the program is shown in the operator's language. Controls keep the program's own
 /// text, so that what is compared is never a translated one.
 std::string ShownText(std::string_view text);

@@ -55,7 +55,7 @@ TEST_F(ConsoleProgram, HelpGivesTheUsageAndZero) {
   Program asked("penlog", {"--help"});
   ASSERT_TRUE(Until([&] { return asked.Ended(); }));
   EXPECT_EQ(asked.ExitCode(), 0);
-  EXPECT_EQ(asked.Printed().find("usage: penlog\n"), 0u);
+  EXPECT_EQ(asked.Printed().find("usage: penlog [--place"), 0u);
 }
 
 TEST_F(ConsoleProgram, UnknownWordGivesTheUsageAndTwo) {
@@ -63,7 +63,19 @@ TEST_F(ConsoleProgram, UnknownWordGivesTheUsageAndTwo) {
   ASSERT_TRUE(Until([&] { return wrong.Ended(); }));
   EXPECT_EQ(wrong.ExitCode(), 2);
   EXPECT_NE(wrong.Printed().find("penlog: unknown word \"--dance\"\n"), std::string::npos);
-  EXPECT_NE(wrong.Printed().find("usage: penlog\n"), std::string::npos);
+  EXPECT_NE(wrong.Printed().find("usage: penlog [--place"), std::string::npos);
+}
+
+TEST_F(ConsoleProgram, PlaceThatIsNoneGivesTheUsageAndTwo) {
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"--place"}, {"--place", "top"}, {"--place", "left", "right"}}) {
+    Program wrong("penlog", words);
+    ASSERT_TRUE(Until([&] { return wrong.Ended(); }));
+    EXPECT_EQ(wrong.ExitCode(), 2);
+    EXPECT_NE(wrong.Printed().find("penlog: --place needs left, right, whole or"),
+              std::string::npos)
+        << wrong.Printed();
+  }
 }
 
 TEST_F(ConsoleProgram, WithoutADisplayItSaysSo) {

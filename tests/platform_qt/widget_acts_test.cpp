@@ -62,7 +62,7 @@ TEST(Hands, MissWhatIsDisabledHiddenOrBelowABox) {
   WindowWorld world;
   Show(Main);
   EXPECT_EQ(world.Hand(ActionKind::Click, Main.cmdStart), "the control is disabled");
-  EXPECT_EQ(world.Hand(ActionKind::Click, Main.cmdResetPorts), "the control is not visible");
+  EXPECT_EQ(world.Hand(ActionKind::Click, Main.cmdDissipation), "the control is not visible");
   PostBox("FIRST THIS");
   EXPECT_EQ(world.Hand(ActionKind::Click, Main.cmdTakeBaseline),
             "a message box or a dialog is open");
@@ -99,6 +99,7 @@ TEST(Hands, MissWhatIsTooSmall) {
 TEST(Hands, ChooseAMenuEntry) {
   WindowWorld world;
   Show(frmWarning);
+  frmWarning.mnuResetComms.Enabled = false;
   EXPECT_NE(world.Hand(ActionKind::Click, frmWarning.mnuResetComms), "");
   frmWarning.mnuResetComms.Enabled = true;
   EXPECT_EQ(world.Hand(ActionKind::Click, frmWarning.mnuResetComms), "");

@@ -4,7 +4,9 @@
 
 #include "ui_cone_settings.h"
 #include "ui_create_new_directory.h"
+#include "ui_enlarged_graph.h"
 #include "ui_main.h"
+#include "ui_reset_comms.h"
 #include "ui_restart.h"
 #include "ui_setup_display.h"
 #include "ui_setup_sounding.h"
@@ -25,12 +27,14 @@ void Fill(QMainWindow& window) {
 
 const std::map<std::string, void (*)(QMainWindow&)>& Arrangements() {
   static const std::map<std::string, void (*)(QMainWindow&)> arrangements = {
+      {"EnlargedGraph", Fill<Ui::EnlargedGraph>},
       {"Main", Fill<Ui::Main>},
       {"SetupDisplay", Fill<Ui::SetupDisplay>},
       {"SetupSounding", Fill<Ui::SetupSounding>},
       {"StartUp", Fill<Ui::StartUp>},
       {"frmConeSettings", Fill<Ui::frmConeSettings>},
       {"frmCreateNewDirectory", Fill<Ui::frmCreateNewDirectory>},
+      {"frmResetComms", Fill<Ui::frmResetComms>},
       {"frmSpecifyASCIIOut", Fill<Ui::frmSpecifyASCIIOut>},
       {"frmSpecifyTruckInterface", Fill<Ui::frmSpecifyTruckInterface>},
       {"frmSpecifyVideoOverlay", Fill<Ui::frmSpecifyVideoOverlay>},

@@ -3,11 +3,13 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "platform/qt/form_window.h"
 #include "platform/qt/look.h"
+#include "platform/qt/mnemonics.h"
 #include "platform/qt/widget_inputs.h"
 #include "platform/view.h"
 
@@ -39,10 +41,29 @@ QString BoxText(const std::string& text) {
   return shown.replace("\r\n", "\n").replace('\r', '\n');  // a line may end in either way
 }
 
-void CentreOver(QWidget& window, const QWidget* over) {
+/// What no box may hide: the depth of the console, large and exact.
+QRect DepthOn(const QWidget& over) {
+  QRect kept;
+  for (const char* name : {"lblBigDepth", "lblDepth"}) {
+    const auto* depth = over.findChild<QWidget*>(name);
+    if (depth == nullptr) continue;
+    kept |= QRect(depth->mapTo(&over, QPoint()), depth->size());
+  }
+  return kept;
+}
+
+/// Room for a box below the depth.
+QSize RoomOn(const QWidget& over) {
+  constexpr int kTitle = 40;  // of the frame that the window manager adds
+  const int top = DepthOn(over).isEmpty() ? 0 : DepthOn(over).bottom() + 1;
+  return {over.width(), std::max(1, over.height() - top - kTitle)};
+}
+
+void PlaceOn(QWidget& window, const QWidget* over) {
   if (over == nullptr) return;
-  const QRect place = over->frameGeometry();
-  window.move(place.center() - QPoint(window.width() / 2, window.height() / 2));
+  const QSize size = window.size().boundedTo(RoomOn(*over));
+  if (size != window.size()) window.resize(size);
+  window.move(over->mapToGlobal(QPoint()) + BoxPlace(size, over->size(), DepthOn(*over)).topLeft());
 }
 
 /// A window above its like. One that comes up while the override is held down leaves the focus
@@ -77,6 +98,12 @@ std::unique_ptr<QFileDialog> MakeDialog(const FileDialog& asked) {
 
 }  // namespace
 
+QRect BoxPlace(const QSize& box, const QSize& window, const QRect& kept) {
+  const int top = kept.isEmpty() ? 0 : kept.bottom() + 1;
+  const int left = std::max(0, (window.width() - box.width()) / 2);
+  return {QPoint(left, top + std::max(0, (window.height() - top - box.height()) / 2)), box};
+}
+
 BoxWindow::BoxWindow(const MessageBox& box, QWidget* over)
     : id_(box.id), buttons_(box.buttons), scale_(ScaleOf(over)) {
   const double scale = scale_;
@@ -92,8 +119,14 @@ BoxWindow::BoxWindow(const MessageBox& box, QWidget* over)
   text->setProperty("role", "question");
   text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
-  text->setMinimumWidth(Scaled(360, scale));
-  column->addWidget(text);
+  auto* page = new QScrollArea(this);
+  page->setObjectName("areaBoxText");
+  page->setWidgetResizable(true);
+  page->setFrameShape(QFrame::NoFrame);
+  page->setFocusPolicy(Qt::NoFocus);
+  page->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  page->setWidget(text);
+  column->addWidget(page);
   auto* row = new QWidget(this);
   auto* places = new QHBoxLayout(row);
   places->setContentsMargins(0, 0, 0, 0);
@@ -103,12 +136,35 @@ BoxWindow::BoxWindow(const MessageBox& box, QWidget* over)
     if (Offers(buttons_, answer)) AddButton(answer, *row);
   }
   column->addWidget(row);
-  resize(Scaled(440, scale), std::max(sizeHint().height(), heightForWidth(Scaled(440, scale))));
+  StandIn(Scaled(440, scale), over == nullptr ? QSize() : RoomOn(*over));
+}
+
+/// As high as the text needs at that width, or as the room allows; then wider first.
+void BoxWindow::StandIn(int width, const QSize& room) {
+  auto* text = findChild<QLabel*>("lblBoxText");
+  const QMargins margins = layout()->contentsMargins();
+  const auto height_at = [&](int wide) {
+    const int text_width = wide - margins.left() - margins.right();
+    const int buttons = Scaled(44, scale_) + layout()->spacing();
+    return text->heightForWidth(text_width) + buttons + margins.top() + margins.bottom() + 2;
+  };
+  text->ensurePolished();
+  if (!room.isEmpty() && height_at(width) > room.height()) width = room.width() * 9 / 10;
+  const int height = height_at(width);
+  resize(width, room.isEmpty() ? height : std::min(height, room.height()));
+}
+
+void BoxWindow::StandOver(const QWidget& over) {
+  StandIn(Scaled(440, scale_), RoomOn(over));
+  PlaceOn(*this, &over);
 }
 
 void BoxWindow::AddButton(BoxAnswer answer, QWidget& row) {
-  auto* button = new QPushButton(QString::fromStdString(ShownText(Caption(answer))), &row);
+  const QString caption = QString::fromStdString(ShownText(Caption(answer)));
+  auto* button = new QPushButton(WithMnemonics({caption}).front(), &row);
+  button->setAccessibleName(caption);
   button->setAutoDefault(false);
+  button->setDefault(answer == BoxAnswer::Ok || answer == BoxAnswer::Yes);
   row.layout()->addWidget(button);
   button->setMinimumWidth(button->fontMetrics().averageCharWidth() * 16);
   widgets_[answer] = button;
@@ -137,15 +193,35 @@ void BoxWindows::Follow(QWidget* over) {
 void BoxWindows::FollowBox(QWidget* over) {
   const MessageBox* front = FrontBox();
   if (box_ != nullptr && front != nullptr && box_->Id() == front->id &&
-      box_->Scale() == ScaleOf(over)) {
+      box_->Scale() == ScaleOf(over) && look_ == ChosenLook()) {
+    FollowPlace(over);
     return;
   }
   box_.reset();
   if (front == nullptr) return;
   box_ = std::make_unique<BoxWindow>(*front, over);
-  CentreOver(*box_, over);
+  look_ = ChosenLook();
+  over_ = {};
+  FollowPlace(over);
   box_->show();
+  over_ = {};  // once more in the next frame, when its texts have their sizes
   if (QGuiApplication::platformName() != "offscreen") box_->raise();
+}
+
+/// The box goes with its window.
+void BoxWindows::FollowPlace(QWidget* over) {
+  if (over == nullptr) return;
+  const QRect kept = DepthOn(*over).translated(over->mapToGlobal(QPoint()));
+  if (over->geometry() == over_ && kept == kept_) return;  // it may have been dragged away
+  over_ = over->geometry();
+  kept_ = kept;
+  box_->StandOver(*over);
+}
+
+QRect BoxWindows::PlaceOver(const QWidget& over) const {
+  const QWidget* front = Front();
+  if (front == nullptr) return {};
+  return BoxPlace(front->size(), over.size(), DepthOn(over));
 }
 
 void BoxWindows::FollowDialog(QWidget* over) {
@@ -156,7 +232,7 @@ void BoxWindows::FollowDialog(QWidget* over) {
   if (asked == nullptr) return;
   dialog_ = MakeDialog(*asked);
   dialog_id_ = asked->id;
-  CentreOver(*dialog_, over);
+  PlaceOn(*dialog_, over);
   dialog_->show();
   if (QGuiApplication::platformName() != "offscreen") dialog_->raise();
 }

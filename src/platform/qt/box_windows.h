@@ -11,8 +11,14 @@
 #include <string>
 
 #include "platform/boxes.h"
+#include "platform/view.h"
 
 namespace penlog {
+
+/// Where a box of that size stands on a window of that size: in the middle of what lies below
+/// `kept` (the depth; empty: nothing), and never higher. A box that is too large for the room has
+/// been made smaller before.
+QRect BoxPlace(const QSize& box, const QSize& window, const QRect& kept);
 
 /// A message box. It is gone when its answer has been served, not when it was pressed.
 class BoxWindow : public QDialog {
@@ -22,6 +28,8 @@ class BoxWindow : public QDialog {
   BoxWindow(const MessageBox& box, QWidget* over);
   int Id() const { return id_; }
   double Scale() const { return scale_; }
+  /// Takes its place over the window; a text that is too long for the room there can be scrolled.
+  void StandOver(const QWidget& over);
   /// The button for that answer; null if the box has none.
   QPushButton* ButtonFor(BoxAnswer answer) const;
 
@@ -32,6 +40,7 @@ class BoxWindow : public QDialog {
 
  private:
   void AddButton(BoxAnswer answer, QWidget& row);
+  void StandIn(int width, const QSize& room);
 
   int id_;
   BoxButtons buttons_;
@@ -45,16 +54,22 @@ class BoxWindows {
   void Follow(QWidget* over);
   /// The window in front; null when nothing is open.
   QWidget* Front() const;
+  /// Where it stands on the window that it concerns.
+  QRect PlaceOver(const QWidget& over) const;
   /// Presses a button of the box in front.
   bool Press(BoxAnswer answer, std::string& why);
 
  private:
   void FollowBox(QWidget* over);
   void FollowDialog(QWidget* over);
+  void FollowPlace(QWidget* over);
 
   std::unique_ptr<BoxWindow> box_;
   std::unique_ptr<QFileDialog> dialog_;
   int dialog_id_ = 0;
+  QRect over_;  // the window and its depth as the box was placed
+  QRect kept_;
+  LookSet look_ = LookSet::Day;
 };
 
 }  // namespace penlog

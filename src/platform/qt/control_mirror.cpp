@@ -1,5 +1,7 @@
 #include "platform/qt/control_mirror.h"
 
+#include <QAbstractButton>
+#include <QLabel>
 #include <cmath>
 #include <utility>
 
@@ -50,6 +52,7 @@ void ControlMirror::FollowFlags(bool anew) {
   const bool enabled = control_.Enabled;
   if (visible != visible_ || anew) {
     visible_ = visible;
+    changed_ = true;
     widget_ != nullptr ? widget_->setVisible(visible) : entry_->setVisible(visible);
   }
   if (enabled != enabled_ || anew) {
@@ -62,14 +65,31 @@ void ControlMirror::FollowValues(bool anew) {
   const ControlValues& values = control_;
   if (!anew && values == shadow_) return;
   if (entry_ != nullptr) {
-    entry_->setText(QString::fromStdString(ShownText(control_.Caption)).replace("&", "&&"));
+    FollowEntry();
   } else {
     FollowTexts(anew);
   }
   shadow_ = values;
 }
 
+/// An entry that is chosen ticks itself: only the program says what is ticked.
+void ControlMirror::FollowEntry() {
+  entry_->setText(QString::fromStdString(ShownText(control_.Caption)).replace("&", "&&"));
+  if (entry_->isCheckable() && entry_->isChecked() != control_.Checked) {
+    entry_->setChecked(control_.Checked);
+  }
+}
+
+/// Labels and buttons take the room of their text, lamps say their state; a value has its room.
+bool ControlMirror::ChangesRoom() const {
+  const bool has_text = qobject_cast<QLabel*>(widget_) != nullptr ||
+                        qobject_cast<QAbstractButton*>(widget_) != nullptr;
+  if (has_text) return control_.Caption != shadow_.Caption;
+  return control_.Fill != shadow_.Fill || control_.FillColor != shadow_.FillColor;
+}
+
 void ControlMirror::FollowTexts(bool anew) {
+  changed_ = changed_ || anew || ChangesRoom();
   if (anew || control_.Caption != shadow_.Caption) ShowCaption(*widget_, control_);
   ShowColours(*widget_, control_);
   if (anew || control_.List != shadow_.List || control_.Beside != shadow_.Beside) {

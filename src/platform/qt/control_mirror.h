@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QObject>
 #include <QWidget>
+#include <utility>
 
 #include "forms/operator_actions.h"
 
@@ -19,6 +20,8 @@ class ControlMirror : public QObject {
 
   /// Brings the widget to what the control holds. `anew`: also what did not change.
   void Follow(bool anew);
+  /// Whether a text, a lamp or what is in sight has changed since this was asked last.
+  bool TakeChange() { return std::exchange(changed_, false); }
   Control& Mirrored() const { return control_; }
   QWidget* Widget() const { return widget_; }
   QAction* Entry() const { return entry_; }
@@ -32,6 +35,8 @@ class ControlMirror : public QObject {
   void FollowFlags(bool anew);
   void FollowValues(bool anew);
   void FollowTexts(bool anew);
+  void FollowEntry();
+  bool ChangesRoom() const;
   void FollowInput();
   void FollowPlace();
 
@@ -40,6 +45,7 @@ class ControlMirror : public QObject {
   QAction* entry_ = nullptr;
   ControlValues shadow_;  // what the widget shows
   bool visible_ = false;
+  bool changed_ = true;
   bool enabled_ = false;
   bool touched_ = false;  // the operator changed the widget, so it may differ from the shadow
   ActionStamp stamp_;

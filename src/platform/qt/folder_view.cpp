@@ -1,5 +1,6 @@
 #include "platform/qt/folder_view.h"
 
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 namespace penlog {
@@ -14,6 +15,11 @@ FolderView::FolderView(QWidget* parent)
   column->setSpacing(2);
   column->addWidget(path_);
   column->addWidget(folders_, 1);
+}
+
+void FolderView::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  event->setAccepted(enter);
 }
 
 }  // namespace penlog

@@ -16,6 +16,10 @@ class FolderView : public QWidget {
   QLineEdit& Path() const { return *path_; }
   QListWidget& Folders() const { return *folders_; }
 
+ protected:
+  /// Enter completes the path or chooses a folder: the window's own key stays out of it.
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   QLineEdit* path_;
   QListWidget* folders_;

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QMenuBar>
 #include <QScreen>
@@ -12,7 +13,13 @@
 
 #include "platform/qt/arrangements.h"
 #include "platform/qt/look.h"
+#include "platform/qt/mnemonics.h"
+#include "platform/qt/screen_room.h"
+#include "platform/qt/text_view.h"
 #include "platform/qt/widget_inputs.h"
+#include "platform/qt/window_keys.h"
+#include "platform/qt/window_shape.h"
+#include "platform/qt/window_texts.h"
 #include "platform/view.h"
 
 namespace penlog {
@@ -52,6 +59,7 @@ FormWindow::FormWindow(Form& form) : form_(form) {
   setMinimumSize(1, 1);
   layout()->setSizeConstraint(QLayout::SetNoConstraint);
   KeepGaps();
+  KeepPlaces(*this);
   AddMirrors();
   CheckWidgets();
   resize(SizeOn(kDrawnFor));
@@ -115,8 +123,10 @@ ControlMirror* FormWindow::MirrorOf(const Control& control) const {
 }
 
 void FormWindow::Follow() {
-  const bool anew = translation_ != TranslationGeneration();
+  const bool other_look = look_ != ChosenLook();
+  const bool anew = translation_ != TranslationGeneration() || other_look;
   translation_ = TranslationGeneration();
+  if (other_look) Style();
   const QString caption = QString::fromStdString(ShownText(form_.Caption));
   if (windowTitle() != caption) setWindowTitle(caption);
   if (centralWidget()->isEnabled() != form_.Enabled) centralWidget()->setEnabled(form_.Enabled);
@@ -124,18 +134,61 @@ void FormWindow::Follow() {
   stamp_ = StampOf(form_, nullptr);
   if (form_.Visible && isHidden()) Opened();
   if (!form_.Visible && !isHidden()) hide();
+  if (!form_.Visible) return;
+  FollowHeight();
+  FollowMove();
+  TellPlace();
+  FollowTexts();
 }
 
 void FormWindow::Opened() {
   const QScreen* display = screen();
   if (!placed_ && display != nullptr) {
-    const QRect room = display->availableGeometry();
+    const QRect room = PlaceRoom(*display);
     const QSize size = SizeOn(room.size() * kShareOfDisplay);
     resize(size);
     move(room.center() - QPoint(size.width() / 2, size.height() / 2));
     placed_ = true;
   }
   show();
+}
+
+/// The screen's own height takes the place of its arrangement's.
+void FormWindow::FollowHeight() {
+  if (form_.DesignHeight <= 0 || form_.DesignHeight == base_.height()) return;
+  const int height = static_cast<int>(std::lround(scale_ * form_.DesignHeight));
+  base_.setHeight(form_.DesignHeight);
+  resize(width(), height);
+  Rescale();
+}
+
+/// The frame that the window manager adds counts to the place.
+void FormWindow::FollowMove() {
+  if (form_.Moves() == moves_) return;
+  moves_ = form_.Moves();
+  if (form_.Window.width <= 0) return;  // of before a reset
+  const WindowPlace wanted = form_.Window;
+  const QSize frame = frameGeometry().size() - size();
+  const bool held = std::exchange(for_picture_, true);  // half of the way is no place to tell
+  resize(QSize(wanted.width, wanted.height) - frame);
+  move(wanted.left, wanted.top);
+  for_picture_ = held;
+  TellPlace();  // what was told before the move is still to be served
+}
+
+/// Where the operator or the window manager has put the window.
+void FormWindow::TellPlace() {
+  if (!isVisible() || for_picture_) return;
+  const QRect frame = frameGeometry();
+  const WindowPlace place{frame.left(), frame.top(), frame.width(), frame.height()};
+  if (place == place_) return;
+  place_ = place;
+  OperatorAction moved;
+  moved.kind = ActionKind::Move;
+  moved.form = &form_;
+  moved.text = WindowPlaceText(place);
+  moved.stamp = stamp_;
+  PostAction(moved);
 }
 
 QSize FormWindow::SizeOn(const QSize& display) const {
@@ -152,8 +205,42 @@ void FormWindow::Rescale() {
   const double scale = std::max(0.5, std::floor(std::min(across, down) * 20) / 20);
   if (scale == scale_) return;
   scale_ = scale;
-  setStyleSheet(StyleSheet(scale));
+  Style();
   ScaleGaps();
+}
+
+void FormWindow::Style() {
+  look_ = ChosenLook();
+  setStyleSheet(StyleSheet(scale_));
+  ForgetFits(mirrors_);
+  texts_due_ = true;
+}
+
+/// Only where a text, its room or what is in sight has changed.
+void FormWindow::FollowTexts() {
+  for (const auto& mirror : mirrors_) texts_due_ = mirror->TakeChange() || texts_due_;
+  if (!std::exchange(texts_due_, false)) return;
+  QString taken;
+  if (auto* menus = findChild<QMenuBar*>()) {
+    for (const QAction* menu : menus->actions()) taken += MnemonicOf(menu->text());
+  }
+  MarkButtons(mirrors_, taken);
+  NameWidgets(mirrors_);
+  FitTexts(mirrors_);
+}
+
+QPushButton* FormWindow::StopButton() const {
+  for (const auto& mirror : mirrors_) {
+    auto* button = qobject_cast<QPushButton*>(mirror->Widget());
+    if (button != nullptr && mirror->Mirrored().Caption == "STOP") return button;
+  }
+  return nullptr;
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->isAutoRepeat() || !PressedByKey(*this, event->key())) {
+    QMainWindow::keyPressEvent(event);
+  }
 }
 
 void FormWindow::KeepGaps() {
@@ -182,6 +269,15 @@ void FormWindow::ScaleGaps() const {
 void FormWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
   Rescale();
+  TurnAreas(*this);
+  for (QWidget* tall : findChildren<TextView*>()) tall->updateGeometry();
+  texts_due_ = true;
+  TellPlace();
+}
+
+void FormWindow::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  TellPlace();
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {

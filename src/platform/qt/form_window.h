@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPushButton>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "forms/form.h"
 #include "platform/qt/control_mirror.h"
+#include "platform/view.h"
 
 namespace penlog {
 
@@ -29,12 +31,18 @@ class FormWindow : public QMainWindow {
 
   /// The size of this window on a display of that size.
   QSize SizeOn(const QSize& display) const;
+  /// Stands at another size for a picture: that is no place to tell.
+  void StandForPicture(bool on) { for_picture_ = on; }
+  /// The button that stops a sounding now; null for none.
+  QPushButton* StopButton() const;
   /// How many times as large as its arrangement the window stands.
   double Scale() const { return scale_; }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
 
  private:
   void AddMirrors();
@@ -42,16 +50,26 @@ class FormWindow : public QMainWindow {
   void CheckContainer(const Control& control, const QWidget& widget);
   void CheckWidgets();
   void Opened();
+  void FollowHeight();
+  void FollowMove();
+  void TellPlace();
   void Rescale();
   void KeepGaps();
+  void Style();
+  void FollowTexts();
   void ScaleGaps() const;
 
   Form& form_;
   QSize base_;  // of the arrangement, on the display of 800 by 600 that it was drawn for
   double scale_ = 0;
   int translation_ = -1;
-  ActionStamp stamp_;  // of the form itself, as it was shown last
+  LookSet look_ = LookSet::Day;
+  bool texts_due_ = true;  // their room or they themselves have changed
+  ActionStamp stamp_;      // of the form itself, as it was shown last
   bool placed_ = false;
+  std::uint32_t moves_ = 0;  // of the form, as far as the window has followed
+  WindowPlace place_;        // as last told to the form, or set by it
+  bool for_picture_ = false;
   /// Margins and gaps of the arrangement as they were drawn.
   struct Gaps {
     QLayout* layout;

@@ -13,6 +13,16 @@ namespace {
 
 constexpr double kRadius = 6;
 
+/// Smaller where the text is longer than its room, as a translation's may be: never cut.
+QFont Fitted(QFont font, const QString& text, int room) {
+  const int needed = QFontMetrics(font).horizontalAdvance(text);
+  if (needed > room && needed > 0) {
+    const int size = QFontInfo(font).pixelSize() * room / needed;
+    font.setPixelSize(std::max(size, 1));
+  }
+  return font;
+}
+
 }  // namespace
 
 void FrameView::SetCaption(const QString& caption) {
@@ -22,23 +32,29 @@ void FrameView::SetCaption(const QString& caption) {
   update();
 }
 
-void FrameView::SetTone(const QColor& tone) {
+void FrameView::SetTone(Colour tone) {
   tone_ = tone;
   update();
 }
 
+/// A caption that is too long is drawn smaller, never cut.
 QFont FrameView::HeadFont() const {
   QFont bold = font();
   bold.setBold(true);
+  const int wide = QFontMetrics(bold).horizontalAdvance(caption_);
+  const double share = static_cast<double>(HeadRect().width()) / std::max(1, wide);
+  if (share < 1 && bold.pixelSize() > 0) {
+    bold.setPixelSize(std::max(6, static_cast<int>(bold.pixelSize() * share)));
+  }
   return bold;
 }
 
 int FrameView::HeadHeight() const {
-  return caption_.isEmpty() ? 0 : QFontMetrics(HeadFont()).height() * 3 / 2;
+  return caption_.isEmpty() ? 0 : QFontMetrics(font()).height() * 3 / 2;
 }
 
 QRect FrameView::HeadRect() const {
-  const int gap = QFontMetrics(HeadFont()).height() / 2;
+  const int gap = QFontMetrics(font()).height() / 2;
   return QRect(0, 0, width(), HeadHeight()).adjusted(gap, 0, -gap, 0);
 }
 
@@ -61,22 +77,25 @@ void FrameView::paintEvent(QPaintEvent*) {
   if (plain_) return;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QColor border = tone_.isValid() ? tone_ : Look().line;
-  const QRectF ground = QRectF(rect()).adjusted(1, 1, -1, -1);
+  const bool toned = tone_ != kGrey;
+  const QColor border = toned ? GroundColour(tone_) : Look().line;
   QPainterPath outline;
-  outline.addRoundedRect(ground, kRadius, kRadius);
-  painter.fillPath(outline, Look().panel);
-  if (!caption_.isEmpty()) {
-    painter.save();
-    painter.setClipPath(outline);
-    painter.fillRect(QRect(0, 0, width(), HeadHeight()), border);
-    painter.restore();
-    painter.setPen(tone_.isValid() ? Look().ground : Look().text);
-    painter.setFont(HeadFont());
-    painter.drawText(HeadRect(), Qt::AlignLeft | Qt::AlignVCenter, caption_);
-  }
-  painter.setPen(QPen(border, tone_.isValid() ? 2 : 1));
+  outline.addRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+  painter.fillPath(outline, tone_ == kRed ? border : Look().panel);
+  if (!caption_.isEmpty()) PaintHead(painter, outline, toned ? border : Look().raised);
+  painter.setPen(QPen(border, toned ? 2 : 1));
   painter.drawPath(outline);
+}
+
+void FrameView::PaintHead(QPainter& painter, const QPainterPath& outline,
+                          const QColor& ground) const {
+  painter.save();
+  painter.setClipPath(outline);
+  painter.fillRect(QRect(0, 0, width(), HeadHeight()), ground);
+  painter.restore();
+  painter.setPen(tone_ == kGrey ? Look().text : TextOn(tone_, kBlack));
+  painter.setFont(Fitted(HeadFont(), caption_, HeadRect().width()));
+  painter.drawText(HeadRect(), Qt::AlignLeft | Qt::AlignVCenter, caption_);
 }
 
 }  // namespace penlog

@@ -1,9 +1,11 @@
 // A frame: a ground with a border and, when it has a caption, a head line.
 #pragma once
 
-#include <QColor>
 #include <QFont>
+#include <QPainterPath>
 #include <QWidget>
+
+#include "forms/control.h"
 
 namespace penlog {
 
@@ -16,8 +18,8 @@ class FrameView : public QWidget {
 
   const QString& Caption() const { return caption_; }
   void SetCaption(const QString& caption);
-  /// Colour of the border and the head line.
-  void SetTone(const QColor& tone);
+  /// Grey is a plain frame; red fills all of it, any other colour its border and head line.
+  void SetTone(Colour tone);
   QFont HeadFont() const;
   /// Room for the caption.
   QRect HeadRect() const;
@@ -29,10 +31,11 @@ class FrameView : public QWidget {
 
  private:
   int HeadHeight() const;
+  void PaintHead(QPainter& painter, const QPainterPath& outline, const QColor& ground) const;
   void SetMargins();
 
   QString caption_;
-  QColor tone_;
+  Colour tone_ = kGrey;
   bool plain_ = false;
 };
 

@@ -1,169 +1,164 @@
 #include "platform/qt/look.h"
 
-#include <QDir>
 #include <algorithm>
 #include <cmath>
-
-/// Of a static library no resource is linked that nobody asks for.
-inline void AddLookResource() {
-  Q_INIT_RESOURCE(look);
-}
+#include <utility>
 
 namespace penlog {
 
 namespace {
 
+/// For the sun: dark on bright, no greys between.
 LookColours Day() {
   LookColours look;
-  look.ground = QColor(0x12, 0x17, 0x1c);
-  look.panel = QColor(0x1b, 0x22, 0x29);
-  look.raised = QColor(0x2c, 0x37, 0x42);
-  look.line = QColor(0x46, 0x55, 0x63);
-  look.text = QColor(0xf0, 0xf4, 0xf7);
-  look.caption = QColor(0xb4, 0xc2, 0xce);
-  look.faint = QColor(0x8a, 0x97, 0xa3);
-  look.field = QColor(0x0c, 0x10, 0x14);
-  look.readout_ground = QColor(0x05, 0x07, 0x09);
-  look.readout_text = QColor(0xff, 0xff, 0xff);
-  look.accent = QColor(0x4c, 0xb4, 0xff);
-  look.alarm = QColor(0xff, 0x7a, 0x70);
-  look.good = QColor(0x3d, 0xdc, 0x84);
-  look.lit = QColor(0xff, 0xc2, 0x3d);
+  look.ground = QColor(0xe9, 0xed, 0xf0);
+  look.panel = QColor(0xf7, 0xf9, 0xfa);
+  look.raised = QColor(0xcf, 0xd8, 0xdf);
+  look.line = QColor(0x7b, 0x89, 0x95);
+  look.text = QColor(0x0b, 0x11, 0x16);
+  look.caption = QColor(0x33, 0x40, 0x4a);
+  look.faint = QColor(0x56, 0x62, 0x6c);
+  look.field = QColor(0xff, 0xff, 0xff);
+  look.readout_ground = QColor(0xff, 0xff, 0xff);
+  look.readout_text = QColor(0x00, 0x00, 0x00);
+  look.accent = QColor(0x0b, 0x57, 0xa4);
+  look.on_accent = QColor(0xff, 0xff, 0xff);
+  look.alarm = QColor(0xb0, 0x00, 0x1b);
+  look.on_alarm = QColor(0xff, 0xff, 0xff);
+  look.red_text = QColor(0xa8, 0x0f, 0x22);
+  look.red_mark = QColor(0xc0, 0x30, 0x00);
+  look.good = QColor(0x0a, 0x68, 0x33);
+  look.on_good = QColor(0xff, 0xff, 0xff);
+  look.lit = QColor(0x82, 0x4d, 0x00);
+  look.blue_mark = QColor(0x0a, 0x4f, 0xb8);
+  look.cyan_mark = QColor(0x00, 0x64, 0x75);
   return look;
 }
 
-/// Each `{pixels}` becomes the scaled number with "px".
-QString WithSizes(const QString& sheet, double scale) {
-  QString result;
-  for (const QString& part : sheet.split('{')) {
-    const auto end = part.indexOf('}');
-    bool is_size = false;
-    const double pixels = end < 0 ? 0 : part.left(end).toDouble(&is_size);
-    if (is_size) {
-      result += QString::number(Scaled(pixels, scale)) + "px" + part.mid(end + 1);
-    } else {
-      result += (result.isEmpty() ? "" : "{") + part;
-    }
+/// For the dark: nothing glares, white is not used.
+LookColours Night() {
+  LookColours look;
+  look.ground = QColor(0x0e, 0x12, 0x15);
+  look.panel = QColor(0x15, 0x1b, 0x20);
+  look.raised = QColor(0x24, 0x2d, 0x35);
+  look.line = QColor(0x4a, 0x59, 0x64);
+  look.text = QColor(0xd5, 0xdb, 0xdf);
+  look.caption = QColor(0xa6, 0xb3, 0xbd);
+  look.faint = QColor(0x86, 0x93, 0x9d);
+  look.field = QColor(0x09, 0x0c, 0x0f);
+  look.readout_ground = QColor(0x04, 0x05, 0x06);
+  look.readout_text = QColor(0xe6, 0xe6, 0xdc);
+  look.accent = QColor(0x4c, 0xa6, 0xea);
+  look.on_accent = QColor(0x04, 0x09, 0x0d);
+  look.alarm = QColor(0xb3, 0x1f, 0x2b);
+  look.on_alarm = QColor(0xff, 0xf4, 0xf2);
+  look.red_text = QColor(0xff, 0x7d, 0x73);
+  look.red_mark = QColor(0xff, 0x8c, 0x5e);
+  look.good = QColor(0x35, 0xc4, 0x77);
+  look.on_good = QColor(0x03, 0x12, 0x0a);
+  look.lit = QColor(0xf0, 0xb4, 0x3c);
+  look.blue_mark = QColor(0x6d, 0xb3, 0xff);
+  look.cyan_mark = QColor(0x4f, 0xd6, 0xe0);
+  return look;
+}
+
+/// Of one of red, green and blue as light.
+double Linear(double channel) {
+  return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double Luminance(const QColor& colour) {
+  return 0.2126 * Linear(colour.redF()) + 0.7152 * Linear(colour.greenF()) +
+         0.0722 * Linear(colour.blueF());
+}
+
+/// A colour that no role knows keeps its hue.
+QColor OfItsOwn(Colour colour) {
+  return StandingOut(QColor(colour.red, colour.green, colour.blue), Look().readout_ground);
+}
+
+template <std::size_t kCount>
+QColor Mapped(Colour colour, const std::pair<Colour, QColor> (&known)[kCount]) {
+  for (const auto& [named, shown] : known) {
+    if (named == colour) return shown;
   }
-  return result;
+  return OfItsOwn(colour);
 }
-
-/// Each `@role` becomes that role's colour.
-QString WithColours(QString sheet, const LookColours& look) {
-  const std::pair<const char*, QColor> roles[] = {
-      {"@ground", look.ground},       {"@panel", look.panel}, {"@raised", look.raised},
-      {"@line", look.line},           {"@text", look.text},   {"@caption", look.caption},
-      {"@faint", look.faint},         {"@field", look.field}, {"@accent", look.accent},
-      {"@alarm", look.alarm},         {"@good", look.good},   {"@lit", look.lit},
-      {"@readout", look.readout_text}};
-  for (const auto& [role, colour] : roles) sheet.replace(role, colour.name());
-  return sheet;
-}
-
-constexpr char kTexts[] = R"(
-  QWidget { color: @text; font-family: "DejaVu Sans", "Segoe UI", sans-serif; font-size: {13}; }
-  QMainWindow { background: @ground; }
-  QDialog { background: @ground; border: {2} solid @line; }
-  QLabel { background: transparent; }
-  QLabel:disabled { color: @faint; }
-  QLabel[role="caption"] { color: @caption; font-size: {12}; }
-  QLabel[role="heading"] { color: @caption; font-size: {14}; font-weight: bold; }
-  QLabel[role="title"] { font-size: {46}; font-weight: bold; }
-  QLabel[role="alarm"] { color: @alarm; font-size: {15}; font-weight: bold; }
-  QLabel[role="note"] { color: @lit; font-size: {13}; }
-  QLabel[role="question"] { font-size: {17}; }
-  penlog--TextView { font-size: {15}; }
-  penlog--TextView[role="value"] { font-size: {20}; font-weight: bold; }
-  penlog--TextView[role="caption"] { color: @caption; font-size: {13}; }
-  penlog--FrameView { font-size: {13}; }
-  penlog--ReportView { font-size: {13}; }
-)";
-
-constexpr char kButtons[] = R"(
-  QPushButton { background: @raised; border: {1} solid @line; border-radius: {5};
-    font-size: {14}; font-weight: bold; min-height: {38}; min-width: {48};
-    padding: 0 {6}; }
-  QPushButton:hover { border-color: @accent; }
-  QPushButton:focus { border: {2} solid @accent; }
-  QPushButton:pressed { background: @accent; color: @ground; }
-  QPushButton:disabled { background: @ground; color: @faint; border: {1} dashed @line; }
-  QPushButton[role="main"] { background: @good; color: @ground; border-color: @good; }
-  QPushButton[role="main"]:focus { border: {3} solid @text; }
-  QPushButton[role="main"]:pressed { background: @text; }
-  QPushButton[role="main"]:disabled { background: @ground; color: @faint;
-    border: {1} dashed @line; }
-  QPushButton[role="stop"] { color: @alarm; border: {2} solid @alarm; }
-  QPushButton[role="stop"]:focus { border: {3} solid @text; }
-  QPushButton[role="stop"]:pressed { background: @alarm; color: @ground; }
-  QPushButton[role="stop"]:disabled { color: @faint; border: {1} dashed @line; }
-  QCheckBox, QRadioButton { spacing: {8}; min-height: {26}; }
-  QCheckBox:disabled, QRadioButton:disabled { color: @faint; }
-  QCheckBox::indicator, QRadioButton::indicator { width: {20}; height: {20};
-    border: {2} solid @caption; border-radius: {4}; background: @field; }
-  QRadioButton::indicator { border-radius: {11}; }
-  QCheckBox::indicator:checked, QRadioButton::indicator:checked { background: @accent;
-    border-color: @accent; }
-  QCheckBox::indicator:checked { image: url(:/look/tick.png); }
-  QCheckBox::indicator:disabled { border-color: @line; }
-  QCheckBox::indicator:checked:disabled { background: @faint; border-color: @faint; }
-  QCheckBox:focus, QRadioButton:focus { color: @accent; }
-)";
-
-constexpr char kFields[] = R"(
-  QLineEdit, QComboBox, QListWidget, QListView { background: @field; border: {1} solid @line;
-    border-radius: {4}; font-size: {14}; padding: 0 {6};
-    selection-background-color: @accent; selection-color: @ground; }
-  QLineEdit, QComboBox { min-height: {28}; }
-  QLineEdit:focus, QComboBox:focus, QListWidget:focus { border: {2} solid @accent; }
-  QLineEdit:disabled, QComboBox:disabled, QListWidget:disabled { background: @ground;
-    color: @faint; border: {1} dashed @line; }
-  QComboBox::drop-down { width: {30}; border-left: {1} solid @line; }
-  QComboBox::down-arrow { width: 0; height: 0; border-left: {5} solid @field;
-    border-right: {5} solid @field; border-top: {7} solid @text; }
-  QComboBox QAbstractItemView::item { min-height: {30}; }
-  QListWidget::item { min-height: {24}; }
-  QListWidget::item:selected { background: @accent; color: @ground; }
-  QScrollArea { border: {1} solid @line; background: @panel; }
-  QScrollArea > QWidget > QWidget { background: @panel; }
-  QScrollBar:vertical { background: @ground; width: {18}; }
-  QScrollBar:horizontal { background: @ground; height: {18}; }
-  QScrollBar::handle { background: @line; border-radius: {4}; min-height: {30};
-    min-width: {30}; }
-  QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
-  QMenuBar { background: @panel; font-size: {13}; }
-  QMenuBar::item { padding: {6} {12}; background: transparent; }
-  QMenuBar::item:selected, QMenu::item:selected { background: @accent; color: @ground; }
-  QMenu { background: @panel; border: {1} solid @line; }
-  QMenu::item { padding: {8} {20}; }
-  QMenu::item:disabled { color: @faint; }
-)";
 
 }  // namespace
 
+const LookColours& LookOf(LookSet set) {
+  static const LookColours day = Day();
+  static const LookColours night = Night();
+  return set == LookSet::Day ? day : night;
+}
+
 const LookColours& Look() {
-  static const LookColours look = Day();
-  return look;
+  return LookOf(ChosenLook());
+}
+
+double Contrast(const QColor& one, const QColor& other) {
+  const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
+  return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor StandingOut(QColor colour, const QColor& ground) {
+  const bool darker = Luminance(ground) > 0.18;  // there is more room below than above
+  while (Contrast(colour, ground) < kLeastContrast) {
+    float hue = 0, saturation = 0, lightness = 0;
+    colour.getHslF(&hue, &saturation, &lightness);
+    const float next = lightness + (darker ? -0.02f : 0.02f);
+    if (next < 0 || next > 1) break;
+    colour = QColor::fromHslF(std::max(hue, 0.0f), saturation, next);
+  }
+  return colour;
 }
 
 QColor Shown(Colour colour) {
   const LookColours& look = Look();
   const std::pair<Colour, QColor> known[] = {
-      {kBlack, look.readout_ground}, {kWhite, look.readout_text}, {kRed, look.alarm},
-      {kGreen, look.good},           {kBlue, look.accent},        {kGrey, look.panel}};
+      {kBlack, look.readout_text}, {kWhite, look.readout_text}, {kRed, look.red_mark},
+      {kGreen, look.good},         {kBlue, look.blue_mark},     {kCyan, look.cyan_mark},
+      {kGrey, look.caption}};
+  return Mapped(colour, known);
+}
+
+QColor TextColour(Colour colour) {
+  const LookColours& look = Look();
+  const std::pair<Colour, QColor> known[] = {
+      {kBlack, look.text}, {kWhite, look.readout_text}, {kRed, look.red_text}};
   for (const auto& [named, shown] : known) {
     if (named == colour) return shown;
   }
-  return QColor(colour.red, colour.green, colour.blue);
+  return Shown(colour);
 }
 
-QString StyleSheet(double scale) {
-  AddLookResource();
-  const QString sheet = QString(kTexts) + kButtons + kFields;
-  return WithColours(WithSizes(sheet, scale), Look());
+QColor GroundColour(Colour colour) {
+  const LookColours& look = Look();
+  const std::pair<Colour, QColor> known[] = {
+      {kBlack, look.readout_ground}, {kWhite, look.field}, {kRed, look.alarm},
+      {kGreen, look.good},           {kBlue, look.accent}, {kGrey, look.panel}};
+  for (const auto& [named, shown] : known) {
+    if (named == colour) return shown;
+  }
+  return {colour.red, colour.green, colour.blue};
+}
+
+QColor TextOn(Colour ground, Colour colour) {
+  if (ground == kRed) return Look().on_alarm;
+  if (ground == kGreen) return Look().on_good;
+  if (ground == kBlue) return Look().on_accent;
+  if (ground == kBlack || ground == kWhite || ground == kGrey) return TextColour(colour);
+  return StandingOut(TextColour(colour), GroundColour(ground));
 }
 
 int Scaled(double pixels, double scale) {
   return std::max(pixels > 0 ? 1 : 0, static_cast<int>(std::lround(pixels * scale)));
+}
+
+const std::vector<int>& LookGaps() {
+  static const std::vector<int> gaps = {0, 1, 2, 3, 4, 6, 8, 10, 12, 14, 16};
+  return gaps;
 }
 
 }  // namespace penlog

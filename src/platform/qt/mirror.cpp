@@ -17,13 +17,11 @@ void Settle() {
                                   QEventLoop::ExcludeSocketNotifiers);
 }
 
-/// Lays `above` over the middle of the picture.
-void LayOver(QPixmap& picture, QWidget& above) {
+/// Lays `above` over the picture, where it stands on the window.
+void LayOver(QPixmap& picture, QWidget& above, const QRect& place) {
   const QPixmap top = above.grab();
   QPainter painter(&picture);
-  painter.fillRect(picture.rect(), QColor(0, 0, 0, 120));
-  painter.drawPixmap((picture.width() - top.width()) / 2, (picture.height() - top.height()) / 2,
-                     top);
+  painter.drawPixmap(place.topLeft(), top);
 }
 
 }  // namespace
@@ -80,13 +78,15 @@ bool WindowMirror::Shot(const std::string& form_name, const std::string& file, i
   if (form == nullptr || !form->Visible) return false;
   FormWindow& window = WindowOf(*form);
   const QSize before = window.size();
+  window.StandForPicture(true);
   if (width > 0 && height > 0) window.resize(window.SizeOn({width, height}));
   Settle();
   Follow();  // places in fractions follow the new size
   QPixmap picture = window.grab();
   QWidget* box = form == ShownForms().back() ? boxes_.Front() : nullptr;
-  if (box != nullptr) LayOver(picture, *box);
+  if (box != nullptr) LayOver(picture, *box, boxes_.PlaceOver(window));
   window.resize(before);
+  window.StandForPicture(false);
   return picture.save(QString::fromStdString(file), "PNG");
 }
 

@@ -11,6 +11,7 @@
 
 #include "platform/qt/box_windows.h"
 #include "platform/qt/form_window.h"
+#include "platform/qt/stop_key.h"
 #include "platform/view.h"
 
 namespace penlog {
@@ -41,6 +42,7 @@ class WindowMirror : public View {
   std::map<std::string, std::unique_ptr<FormWindow>> windows_;
   std::vector<Form*> order_;  // of the shown windows, the front one last
   BoxWindows boxes_;
+  StopKey stop_key_;
   QElapsedTimer since_frame_;
   QTimer later_;  // the frame that was too early to be drawn at once
   std::int64_t frames_ = 0;

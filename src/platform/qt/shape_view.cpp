@@ -4,16 +4,20 @@
 #include <algorithm>
 
 #include "platform/qt/look.h"
+#include "platform/view.h"
 
 namespace penlog {
 
 namespace {
 
-/// The largest circle inside, with room for its border.
+/// The largest circle at the left, with room for its border.
 QRectF Circle(const QWidget& widget) {
   const double side = std::min(widget.width(), widget.height()) - 2.0;
-  const QPointF centre(widget.width() / 2.0, widget.height() / 2.0);
-  return {centre.x() - side / 2, centre.y() - side / 2, side, side};
+  return {1, (widget.height() - side) / 2, side, side};
+}
+
+QString Told(const QString& word) {
+  return QString::fromStdString(ShownText(word.toStdString()));
 }
 
 }  // namespace
@@ -25,10 +29,45 @@ void ShapeView::SetFill(FillStyle fill, Colour colour) {
   update();
 }
 
+QString ShapeView::Word() const {
+  if (!IsLamp()) return {};
+  if (!IsSolid()) return Told(word_off_);
+  if (colour_ == kRed && !word_red_.isEmpty()) return Told(word_red_);
+  if (colour_ == kGreen && !word_green_.isEmpty()) return Told(word_green_);
+  return Told(word_on_);
+}
+
+int ShapeView::WidestWord(const QFont& font) const {
+  int widest = 0;
+  for (const QString& word : {word_on_, word_off_, word_red_, word_green_}) {
+    widest = std::max(widest, QFontMetrics(font).horizontalAdvance(Told(word)));
+  }
+  return widest;
+}
+
+QRect ShapeView::WordRect() const {
+  const int left = static_cast<int>(Circle(*this).right()) + fontMetrics().height() / 4;
+  return rect().adjusted(left, 0, 0, 0);
+}
+
+QFont ShapeView::WordFont() const {
+  QFont bold = font();
+  bold.setBold(true);
+  const int wide = WidestWord(bold);
+  const double share = static_cast<double>(WordRect().width()) / std::max(1, wide);
+  if (share < 1 && bold.pixelSize() > 0) {
+    bold.setPixelSize(std::max(6, static_cast<int>(bold.pixelSize() * share)));
+  }
+  return bold;
+}
+
 QSize ShapeView::sizeHint() const {
   const int line = fontMetrics().height();
   const int side = figure_ == "level" ? line * 3 : line * 3 / 2;
-  return {side, side};
+  if (!IsLamp()) return {side, side};
+  QFont bold = font();
+  bold.setBold(true);
+  return {side + line / 2 + WidestWord(bold), side};
 }
 
 QColor ShapeView::FillColour() const {
@@ -36,12 +75,21 @@ QColor ShapeView::FillColour() const {
   return colour_ == kBlack ? Look().lit : Shown(colour_);
 }
 
+/// Off is a ring. Red is a ring with a small dot, no filled area: that is the alarm's.
 void ShapeView::PaintLamp(QPainter& painter) const {
   const QRectF circle = Circle(*this);
   const double border = std::max(1.5, circle.width() / 10);
+  const bool full = IsSolid() && colour_ != kRed;
   painter.setPen(QPen(IsSolid() ? FillColour() : Look().caption, border));
-  painter.setBrush(IsSolid() ? FillColour() : Look().readout_ground);
+  painter.setBrush(full ? FillColour() : Look().readout_ground);
   painter.drawEllipse(circle.adjusted(border, border, -border, -border));
+  if (IsSolid() && !full) {
+    painter.setBrush(FillColour());
+    painter.drawEllipse(circle.center(), border, border);
+  }
+  painter.setFont(WordFont());
+  painter.setPen(isEnabled() ? Look().text : Look().faint);
+  painter.drawText(WordRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, Word());
 }
 
 /// Not to be taken for a lamp that is on: a small square beside the word it explains.
@@ -88,7 +136,7 @@ void ShapeView::paintEvent(QPaintEvent*) {
   } else if (figure_ == "ground") {
     PaintGround(painter);
   } else if (figure_ == "bar") {
-    painter.fillRect(rect(), FillColour());
+    colour_ == kBlack ? PaintGround(painter) : painter.fillRect(rect(), FillColour());
   } else {
     PaintLamp(painter);
   }

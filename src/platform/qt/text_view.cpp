@@ -29,6 +29,11 @@ void TextView::SetBold(bool bold) {
   update();
 }
 
+void TextView::SetFilled(bool filled) {
+  filled_ = filled;
+  update();
+}
+
 int TextView::Gap() const {
   return plain_ ? 0 : std::max(2, fontMetrics().height() / 4);
 }
@@ -64,15 +69,30 @@ QSize TextView::sizeHint() const {
   return {metrics.horizontalAdvance(sample_) + 2 * Gap(), metrics.height() + 4};
 }
 
+/// Room for the sample with digits of a twelfth of the window's height.
+QSize TextView::TallSize() const {
+  constexpr int kProbe = 200;  // pixels; digits grow with the font
+  constexpr int kShare = 12;
+  QFont probe = font();
+  probe.setBold(bold_);
+  probe.setPixelSize(kProbe);
+  const int digit = QFontMetrics(probe).tightBoundingRect("0").height();
+  probe.setPixelSize(window()->height() * kProbe / (kShare * digit) + 2);
+  const QFontMetrics metrics(probe);
+  return {metrics.horizontalAdvance(sample_) + 2 * Gap(), metrics.height() + 2};
+}
+
 QSize TextView::minimumSizeHint() const {
+  if (tall_) return TallSize();
   const QSize hint = sizeHint();
   // A text that fills its ground keeps its share; a row of thirty may become small.
-  return {hint.width() / 2, fill_ ? 3 * hint.height() : hint.height() / 2};
+  return {fill_ ? hint.width() / 2 : hint.width() * 17 / 20,
+          fill_ ? 3 * hint.height() : hint.height() / 2};
 }
 
 void TextView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (!plain_) {
+  if (!plain_ || filled_) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground_colour_);

@@ -137,6 +137,7 @@ bool Do(QWidget& widget, const OperatorAction& action) {
     case ActionKind::Point:
       return PointAt(widget, action);
     case ActionKind::Close:
+    case ActionKind::Move:
       return false;
   }
   return false;

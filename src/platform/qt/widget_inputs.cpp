@@ -78,6 +78,7 @@ void JoinFolders(ControlMirror& mirror, FolderView& folders) {
 
 void JoinPicture(ControlMirror& mirror, PictureView& picture) {
   picture.on_point = [&mirror](double x, double y, bool clicked) {
+    if (clicked && mirror.Mirrored().Click) mirror.Post(ActionKind::Click);
     if (!mirror.Mirrored().Point) return;
     OperatorAction action;
     action.kind = ActionKind::Point;
@@ -92,8 +93,11 @@ void JoinPicture(ControlMirror& mirror, PictureView& picture) {
 
 void JoinInputs(ControlMirror& mirror) {
   if (mirror.Entry() != nullptr) {
-    QObject::connect(mirror.Entry(), &QAction::triggered, &mirror,
-                     [&mirror] { mirror.Post(ActionKind::Click); });
+    QObject::connect(mirror.Entry(), &QAction::triggered, &mirror, [&mirror] {
+      QAction& entry = *mirror.Entry();
+      if (entry.isCheckable()) entry.setChecked(mirror.Mirrored().Checked);
+      mirror.Post(ActionKind::Click);
+    });
     return;
   }
   QWidget* widget = mirror.Widget();
@@ -171,7 +175,16 @@ void HoldWatcher::Release() {
   mirror_.Post(ActionKind::Release);
 }
 
+/// A letter can't be held down: it brings the focus, and the blank key then holds.
+bool HoldWatcher::TakesFocusOnly(const QEvent& event) {
+  const Control& control = mirror_.Mirrored();
+  if (event.type() != QEvent::Shortcut || !(control.Press || control.Release)) return false;
+  mirror_.Widget()->setFocus(Qt::ShortcutFocusReason);
+  return true;
+}
+
 bool HoldWatcher::eventFilter(QObject*, QEvent* event) {
+  if (TakesFocusOnly(*event)) return true;
   if (Presses(*event)) {
     if (mirror_.Widget()->isEnabled()) Press();
   } else if (Releases(*event)) {

@@ -28,6 +28,7 @@ class HoldWatcher : public QObject {
   void Press();
   void Release();
 
+  bool TakesFocusOnly(const QEvent& event);
   void SetDown(bool down);
 
   ControlMirror& mirror_;

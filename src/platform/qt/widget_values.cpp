@@ -13,6 +13,7 @@
 #include "platform/qt/folder_view.h"
 #include "platform/qt/frame_view.h"
 #include "platform/qt/look.h"
+#include "platform/qt/mnemonics.h"
 #include "platform/qt/report_view.h"
 #include "platform/qt/shape_view.h"
 #include "platform/qt/text_view.h"
@@ -72,18 +73,44 @@ QStringList EntryTexts(const Control& control) {
   return texts;
 }
 
+/// The ground that a control's text stands on: its own, or that of the filled frame around it.
+Colour GroundOf(const Control& control) {
+  for (const Control* up = control.Container; up != nullptr; up = up->Container) {
+    if (up->BackColor == kRed) return kRed;
+  }
+  return control.BackColor;
+}
+
 /// The colours that the program gave; those that every control begins with are the look's own.
-QString ColourRule(const Control& control) {
+QString ColourRule(const QWidget& widget, const Control& control) {
   QString rule;
-  if (control.ForeColor != kBlack) rule += "color:" + Shown(control.ForeColor).name() + ";";
+  const Colour ground = GroundOf(control);
   const bool field = control.Kind() == ControlKind::TextBox ||
                      control.Kind() == ControlKind::ComboBox ||
                      control.Kind() == ControlKind::ListBox;
+  const bool on_alarm = ground == kRed && control.Kind() == ControlKind::Label;
+  if (control.ForeColor != kBlack || on_alarm) {
+    rule += "color:" + TextOn(ground, control.ForeColor).name() + ";";
+  }
   if (control.BackColor != (field ? kWhite : kGrey)) {
-    rule += "background:" + Shown(control.BackColor).name() + ";";
+    rule += "background:" + GroundColour(control.BackColor).name() + ";";
   }
   if (control.Bold) rule += "font-weight:bold;";
+  const int fitted = widget.property(kFittedPixels).toInt();
+  if (fitted > 0) rule += QString("font-size:%1px;").arg(fitted);
   return rule;
+}
+
+/// A readout whose text is red is a quit's: its whole ground is the alarm, so that it is told
+/// without its hue too. A coloured text on a common ground is the key of a trace.
+void ShowReadout(TextView& view, const Control& control) {
+  const bool quit = control.ForeColor == kRed && control.BackColor == kBlack;
+  const Colour ground = quit || GroundOf(control) == kRed ? kRed : control.BackColor;
+  const bool key = ground == kGrey && control.ForeColor != kBlack;
+  view.SetColours(key ? Shown(control.ForeColor) : TextOn(ground, control.ForeColor),
+                  GroundColour(ground));
+  view.SetFilled(ground == kRed || ground == kGreen || ground == kBlue);
+  view.SetBold(control.Bold);
 }
 
 }  // namespace
@@ -99,22 +126,20 @@ void ShowCaption(QWidget& widget, const Control& control) {
   } else if (auto* label = qobject_cast<QLabel*>(&widget)) {
     if (label->text() != caption) label->setText(caption);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-    if (button->text() != ButtonText(caption)) button->setText(ButtonText(caption));
+    if (WithoutMnemonic(button->text()) != caption) button->setText(ButtonText(caption));
     ShowRole(*button, control);
   }
 }
 
 void ShowColours(QWidget& widget, const Control& control) {
   if (auto* view = qobject_cast<TextView*>(&widget)) {
-    const bool own = control.ForeColor == kBlack;
-    view->SetColours(own ? Look().text : Shown(control.ForeColor), Shown(control.BackColor));
-    view->SetBold(control.Bold);
+    ShowReadout(*view, control);
   } else if (auto* frame = qobject_cast<FrameView*>(&widget)) {
-    frame->SetTone(control.BackColor == kGrey ? QColor() : Shown(control.BackColor));
+    frame->SetTone(control.BackColor);
   } else if (auto* shape = qobject_cast<ShapeView*>(&widget)) {
     shape->SetFill(control.Fill, control.FillColor);
-  } else if (widget.styleSheet() != ColourRule(control)) {
-    widget.setStyleSheet(ColourRule(control));
+  } else if (const QString rule = ColourRule(widget, control); widget.styleSheet() != rule) {
+    widget.setStyleSheet(rule);
   }
 }
 
@@ -162,7 +187,7 @@ QString CaptionOf(const QWidget& widget) {
   if (auto* frame = qobject_cast<const FrameView*>(&widget)) return frame->Caption();
   if (auto* label = qobject_cast<const QLabel*>(&widget)) return label->text();
   if (auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-    return button->text().replace("&&", "&");
+    return WithoutMnemonic(button->text());
   }
   return {};
 }

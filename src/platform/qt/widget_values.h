@@ -8,6 +8,9 @@
 
 namespace penlog {
 
+/// Property of a label or a button: the pixels that its text was fitted with; none in its own size.
+constexpr char kFittedPixels[] = "fittedPixels";
+
 /// Caption of a label, button, box or frame; in the operator's language.
 void ShowCaption(QWidget& widget, const Control& control);
 /// Colours and weight of the text, where the program asks for others than the look's own.

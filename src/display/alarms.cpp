@@ -1,0 +1,38 @@
+#include "display/alarms.h"
+
+#include "conelink/cone_state.h"
+#include "core/channels.h"
+#include "display/view_settings.h"
+#include "platform/host.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr int kToneHz = 880;
+constexpr int kToneMs = 400;
+
+/// A reconnect sets and clears its words within one tick: it is one loss.
+AlarmSet StandingNow() {
+  const bool cone_lost = cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue;
+  return {sounding.QuitState == 1, cone_lost, cone.TruckPortLost == kTrue,
+          sounding.RowsHeldBack > 0};
+}
+
+}  // namespace
+
+int NewAlarms(const AlarmSet& before, const AlarmSet& now) {
+  int count = 0;
+  for (std::size_t i = 0; i < kAlarms; ++i) count += now[i] && !before[i] ? 1 : 0;
+  return count;
+}
+
+void FollowAlarms() {
+  const AlarmSet now = StandingNow();
+  const int tones = view_settings.AlarmTone == 1 ? NewAlarms(alarms.On, now) : 0;
+  alarms.On = now;
+  for (int i = 0; i < tones; ++i) TheHost().Tone(kToneHz, kToneMs);
+}
+
+}  // namespace penlog

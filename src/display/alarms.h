@@ -1,0 +1,27 @@
+// A new alarm sounds one tone: a quit has latched, a link was lost, rows are held back.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace penlog {
+
+enum class Alarm : std::size_t { Quit, ConeLink, TruckLink, RowsHeld };
+constexpr std::size_t kAlarms = 4;
+
+/// What stands on at one time, by `Alarm`.
+using AlarmSet = std::array<bool, kAlarms>;
+
+/// How many stand on now that did not before: as many tones are sounded.
+int NewAlarms(const AlarmSet& before, const AlarmSet& now);
+
+struct AlarmState {
+  AlarmSet On{};
+};
+
+inline AlarmState alarms;
+
+/// Part of the console's timer; never yields.
+void FollowAlarms();
+
+}  // namespace penlog

@@ -1,0 +1,1 @@
+#include "platform/qt/place_view.h"

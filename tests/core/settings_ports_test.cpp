@@ -1,0 +1,80 @@
+// The numbers of ports that were changed under a running console, kept in the settings file.
+#include <gtest/gtest.h>
+
+#include "core/settings_file.h"
+#include "platform/runtime_fault.h"
+#include "tests/core/settings_world.h"
+
+namespace penlog {
+namespace {
+
+struct PortNumbers : SettingsWorld {
+  PortNumbers() {
+    settings.TruckInterfaceSerialPort = 21;
+    settings.ASCIIOutSerialPort = 22;
+    settings.VideoOverlaySerialPort = 0;
+    settings.ConeSerialPort = 99;  // of a scan: not to be kept
+    settings.DualAxisSeismic = 2;  // settled by the cone in use: not to be kept
+  }
+};
+
+std::vector<std::string> SampleWithPorts() {
+  auto values = SampleValues();
+  values[41] = "21";
+  values[54] = "22";
+  values[55] = "0";
+  return values;
+}
+
+TEST(SavedPorts, ChangeTheirThreeLinesAndNothingElse) {
+  for (const std::size_t layout : {62, 61, 56}) {
+    PortNumbers world;
+    world.PutSetup(Lines(SampleValues(), layout));
+    SavePortNumbers();
+    EXPECT_EQ(world.Setup(), Lines(SampleWithPorts(), layout)) << layout;
+  }
+}
+
+TEST(SavedPorts, KeepLineEndsOfEitherKind) {
+  PortNumbers world;
+  std::string text = Lines(SampleValues(), 62);
+  std::erase(text, '\r');
+  world.PutSetup(text);
+  SavePortNumbers();
+  std::string expected = Lines(SampleWithPorts(), 62);
+  std::erase(expected, '\r');
+  EXPECT_EQ(world.Setup(), expected);
+}
+
+TEST(SavedPorts, LeaveAFileAloneThatHasNoSuchLines) {
+  PortNumbers world;
+  world.PutSetup(Lines(SampleValues(), 40));
+  SavePortNumbers();
+  EXPECT_EQ(world.Setup(), Lines(SampleValues(), 40));
+}
+
+TEST(SavedPorts, LeaveADamagedFileAloneAndMakeNone) {
+  PortNumbers world;
+  SavePortNumbers();
+  EXPECT_TRUE(world.disk.Files().empty());
+  world.PutSetup(Lines(SampleValues(), 62));
+  settings.SettingsDamaged = kTrue;
+  SavePortNumbers();
+  EXPECT_EQ(world.Setup(), Lines(SampleValues(), 62));
+}
+
+TEST(SavedPorts, ThatTheDiskRefusesAreTold) {
+  PortNumbers world;
+  world.PutSetup(Lines(SampleValues(), 62));
+  world.disk.before = [](std::string_view work, const std::string& path) {
+    if (work == "write") throw RuntimeFault(path + ": no room");
+  };
+  SavePortNumbers();
+  world.disk.before = nullptr;
+  ASSERT_EQ(world.boxes.texts.size(), 1U);
+  EXPECT_EQ(world.boxes.texts[0].find("THE PORT NUMBERS COULD NOT BE SAVED.  "), 0U);
+  EXPECT_EQ(world.Setup(), Lines(SampleValues(), 62));
+}
+
+}  // namespace
+}  // namespace penlog
