@@ -20,15 +20,16 @@ constexpr int kMostGraphs = 4;
 constexpr double kTitleTop = 0.0;
 constexpr double kTitleHeight = 0.075;
 constexpr double kValueTop = 0.08;
-constexpr double kValueHeight = 0.09;
-constexpr double kBarTop = 0.175;
-constexpr double kBarHeight = 0.025;
-constexpr double kChartTop = 0.205;
-constexpr double kChartHeight = 0.715;
+constexpr double kValueHeight = 0.085;
+constexpr double kUnitsTop = 0.165;
+constexpr double kUnitsHeight = 0.065;
+constexpr double kBarTop = 0.235;
+constexpr double kBarHeight = 0.02;
+constexpr double kChartTop = 0.26;
+constexpr double kChartHeight = 0.66;
 constexpr double kRangeTop = 0.925;
 constexpr double kRangeHeight = 0.075;
-constexpr double kValueAt = 0.55;  // of a graph's width
-constexpr double kUnitsAt = 0.8;
+constexpr double kValueAt = 0.55;  // of a graph's width; before it the key, below it the unit
 constexpr double kEnd = 0.35;  // of a graph's width, for the figure at each end of its axis
 
 std::string SelectedUnit(int channel) {
@@ -86,11 +87,11 @@ void ShowKey(int g) {
 
 void LayOutGraph(int g, double left, double width) {
   const int channel = display.GraphChannel[static_cast<std::size_t>(g)];
-  Put(Main.lblGraphTitle(g), left, kTitleTop, width * kUnitsAt, kTitleHeight);
+  Put(Main.lblGraphTitle(g), left, kTitleTop, width, kTitleHeight);
   Put(Main.lblGraphValue(g), left + width * kValueAt, kValueTop, width * (1 - kValueAt),
       kValueHeight);
-  Put(Main.lblGraphUnits(g), left + width * kUnitsAt, kTitleTop, width * (1 - kUnitsAt),
-      kTitleHeight);
+  Put(Main.lblGraphUnits(g), left + width * kValueAt, kUnitsTop, width * (1 - kValueAt),
+      kUnitsHeight);
   Put(Main.pctGraph(g), left, kChartTop, width, kChartHeight);
   Put(Main.lblGraphxMin(g), left, kRangeTop, width * kEnd, kRangeHeight);
   Put(Main.lblGraphxMax(g), left + width * (1 - kEnd), kRangeTop, width * kEnd, kRangeHeight);
