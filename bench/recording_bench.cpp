@@ -65,15 +65,25 @@ class RigProcess {
   QProcess process_;
 };
 
+/// Memory of this process that stands in the machine's.
+double ResidentMegabytes() {
+  QFile file("/proc/self/statm");
+  if (!file.open(QIODevice::ReadOnly)) return 0;
+  const QList<QByteArray> pages = file.readAll().split(' ');
+  return pages.size() < 2 ? 0 : pages[1].toDouble() * 4096 / 1e6;
+}
+
 /// Between the orders "measure" and "measured" of the script.
 struct Span {
   double real = 0;
   double processor = 0;
   int rows = 0;
+  double memory = 0;  ///< resident at the end, MB
 
-  void Begin() { *this = {RealSeconds(), ProcessorSeconds(), sounding.RowCount}; }
+  void Begin() { *this = {RealSeconds(), ProcessorSeconds(), sounding.RowCount, 0}; }
   void End() {
-    *this = {RealSeconds() - real, ProcessorSeconds() - processor, sounding.RowCount - rows};
+    *this = {RealSeconds() - real, ProcessorSeconds() - processor, sounding.RowCount - rows,
+             ResidentMegabytes()};
   }
 };
 
@@ -156,6 +166,7 @@ void Recording(benchmark::State& state) {
     const double share = 100 * span.processor / span.real;
     state.counters["% of a core"] = share;
     ReportFigure("recording with windows, 20 s", share, "% of a core", 3, Better::Smaller);
+    ReportFigure("  resident memory meanwhile", span.memory, "MB", 100, Better::Smaller);
     ReportFigure("  rows meanwhile", span.rows / span.real, "1/s");
     ReportFigure("  readings over what the link allows", ShareOfAllowed(RateInLog()), "", 0.95,
                  Better::Larger);

@@ -27,6 +27,9 @@ answer ok "SUCCESSFULLY CREATED soundings"
 type SetupSounding.txtFileName B
 click SetupSounding.Command2
 screen SetupDisplay
+check SetupDisplay.chkGraphChan_2
+check SetupDisplay.chkGraphChan_3
+check SetupDisplay.chkGraphChan_20
 click SetupDisplay.cmdDone
 screen Main
 expect Main.lblCommStatus "~Found$"
