@@ -195,20 +195,38 @@ struct Demo : OperatorProgram {
     for (std::string line; std::getline(in, line);) lines.push_back(line);
     return lines;
   }
-  /// A picture for each `shot` of the script, and one that shows something.
-  void ExpectShots(const std::string& script) const {
-    int count = 0;
+  /// The files that the script's `shot` lines make, in their order.
+  static std::vector<std::string> ShotsOf(const std::string& script) {
+    std::vector<std::string> files;
     for (const std::string& line : LinesOf(ScriptFile(script))) {
       std::istringstream words(line);
       std::string verb;
       std::string file;
-      if (!(words >> verb >> file) || verb != "shot") continue;
-      ++count;
-      const auto path = std::filesystem::path(shots) / file;
-      ASSERT_TRUE(std::filesystem::exists(path)) << script << ": " << line;
-      EXPECT_GT(std::filesystem::file_size(path), 2000u) << script << ": " << line;
+      if (words >> verb >> file && verb == "shot") files.push_back(file);
     }
-    EXPECT_GT(count, 0) << script << " takes pictures";
+    return files;
+  }
+  /// The files of "![title](pictures/FILE)" in a document, in their order.
+  static std::vector<std::string> PicturesToldIn(const std::string& document) {
+    const std::string beginning = "](pictures/";
+    std::vector<std::string> files;
+    for (const std::string& line : LinesOf(document)) {
+      for (auto at = line.find(beginning); at != std::string::npos; at = line.find(beginning, at)) {
+        at += beginning.size();
+        files.push_back(line.substr(at, line.find(')', at) - at));
+      }
+    }
+    return files;
+  }
+  /// A picture for each `shot` of the script, and one that shows something.
+  void ExpectShots(const std::string& script) const {
+    const std::vector<std::string> files = ShotsOf(script);
+    EXPECT_FALSE(files.empty()) << script << " takes pictures";
+    for (const std::string& file : files) {
+      const auto path = std::filesystem::path(shots) / file;
+      ASSERT_TRUE(std::filesystem::exists(path)) << script << ": " << file;
+      EXPECT_GT(std::filesystem::file_size(path), 2000u) << script << ": " << file;
+    }
   }
   const std::string shots = folder / "shots";
 };
@@ -228,6 +246,19 @@ TEST_F(Demo, RecordsASoundingAndTakesItsPictures) {
   EXPECT_EQ(LinesOf(std::filesystem::path(out) / "allusers/PENLOG(KQ)/TemporaryData.txt"),
             std::vector<std::string>{"DONE\r"});
   ExpectShots("demo.txt");
+}
+
+TEST_F(Demo, GuideIsPlayedAndShowsEachOfItsPicturesOnce) {
+  const Outcome outcome = Run({ScriptFile("guide.txt"), "--virtual", "--look", "day", "--size",
+                               "1366x768", "--shots", shots});
+  ASSERT_EQ(outcome.exit_code, 0) << outcome.printed;
+  ExpectShots("guide.txt");
+  const std::string docs = std::string(PENLOG_SOURCE_DIR) + "/docs";
+  const std::vector<std::string> told = PicturesToldIn(docs + "/operator-guide.md");
+  EXPECT_EQ(told, ShotsOf("guide.txt"));
+  for (const std::string& file : told) {
+    EXPECT_TRUE(std::filesystem::exists(docs + "/pictures/" + file)) << file;
+  }
 }
 
 TEST_F(Demo, ShowsTheScreensOfMissingOutputPorts) {
