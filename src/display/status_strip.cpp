@@ -58,7 +58,7 @@ void Write(const StripTexts& texts) {
   Main.lblRowsHeldCaption.Visible = Main.lblRowsHeld.Visible = !texts.rows_held.empty();
   Main.lblSoundingFile.Caption = texts.file;
   Main.lblLastRow.Caption = texts.last_row;
-  Main.lblStopKey.Visible = Main.cmdStart.Caption == "STOP";
+  Main.lblStopKey.Visible = Main.cmdStart.Caption == "STOP" && !Main.frmTakeFinalBaseline.Visible;
 }
 
 }  // namespace

@@ -77,6 +77,7 @@ bool Offers(BoxButtons buttons, BoxAnswer answer) {
     case BoxButtons::OkCancel:
       return answer == BoxAnswer::Ok || answer == BoxAnswer::Cancel;
     case BoxButtons::YesNo:
+    case BoxButtons::YesNoCareful:
       return answer == BoxAnswer::Yes || answer == BoxAnswer::No;
   }
   return false;

@@ -12,7 +12,12 @@
 
 namespace penlog {
 
-enum class BoxButtons { Ok, OkCancel, YesNo };
+enum class BoxButtons {
+  Ok,
+  OkCancel,
+  YesNo,
+  YesNoCareful,  ///< the same, where a yes costs something: Enter alone is a no
+};
 enum class BoxAnswer { Ok, Cancel, Yes, No };
 
 struct MessageBox {

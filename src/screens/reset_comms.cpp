@@ -159,7 +159,7 @@ bool PortsHaveChanged() {
 /// back.
 void Ask(PortList (*list)(), const std::string& question, std::function<void()> on_yes) {
   const std::uint32_t generation = frmResetComms.Generation();
-  PostBox(question, BoxButtons::YesNo,
+  PostBox(question, BoxButtons::YesNoCareful,
           [list, generation, on_yes = std::move(on_yes)](BoxAnswer answer) {
             if (generation != frmResetComms.Generation()) return;
             if (answer != BoxAnswer::Yes) return ShowChosen(list());

@@ -50,7 +50,7 @@ void Main_QueryUnload() {
   if (WriteAllHeld()) EndProgram();
   PostBox("THE DISK REFUSES" + PrintNumber(sounding.RowsHeldBack) +
               "ROWS, WHICH STAND IN MEMORY ALONE AND WOULD BE LOST.  END THE PROGRAM ALL THE SAME?",
-          BoxButtons::YesNo, [](BoxAnswer answer) {
+          BoxButtons::YesNoCareful, [](BoxAnswer answer) {
             if (answer == BoxAnswer::Yes) EndProgram();
           });
 }

@@ -120,6 +120,16 @@ TEST_F(Strip, TellsALostLinkAtOnce) {
   EXPECT_EQ(Main.lblState.BackColor, kRed);
 }
 
+TEST_F(Strip, NamesTheKeyOfTheStopOnlyWhileItStops) {
+  Main.cmdStart.Caption = "STOP";
+  Pass(2 * kSecond);
+  EXPECT_TRUE(Main.lblStopKey.Visible);
+  sounding.ConsoleMode = 1;
+  Main.frmTakeFinalBaseline.Visible = true;
+  Pass(2 * kSecond);
+  EXPECT_FALSE(Main.lblStopKey.Visible);
+}
+
 TEST_F(Strip, RowsOfAResumeHaveNoAge) {
   sounding.ConsoleMode = 1;
   sounding.RowCount = 200;

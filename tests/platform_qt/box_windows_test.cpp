@@ -226,7 +226,8 @@ TEST(BoxWindow, EnterIsTheAnswerThatGoesOn) {
     BoxAnswer answer;
   } rows[] = {{BoxButtons::Ok, BoxAnswer::Ok},
               {BoxButtons::OkCancel, BoxAnswer::Ok},
-              {BoxButtons::YesNo, BoxAnswer::Yes}};
+              {BoxButtons::YesNo, BoxAnswer::Yes},
+              {BoxButtons::YesNoCareful, BoxAnswer::No}};
   for (const auto& row : rows) {
     WindowWorld world;
     Show(StartUp);

@@ -147,7 +147,7 @@ TEST_F(ResetCommsTest, TheQuestionsAreThoseOfTheirLists) {
     const std::string before = row.list.Text;
     Choose(row.list, row.port);
     EXPECT_EQ(Question(), row.text);
-    Answer(FrontBox()->buttons == BoxButtons::YesNo ? BoxAnswer::No : BoxAnswer::Ok);
+    Answer(FrontBox()->buttons == BoxButtons::YesNoCareful ? BoxAnswer::No : BoxAnswer::Ok);
     EXPECT_EQ(row.list.Text, before) << row.text;
     Press(form, form.cmdOK);
     EXPECT_EQ(Requests(), (Numbers{kNothing, kNothing, kNothing})) << row.text;

@@ -164,7 +164,8 @@ void BoxWindow::AddButton(BoxAnswer answer, QWidget& row) {
   auto* button = new QPushButton(WithMnemonics({caption}).front(), &row);
   button->setAccessibleName(caption);
   button->setAutoDefault(false);
-  button->setDefault(answer == BoxAnswer::Ok || answer == BoxAnswer::Yes);
+  const BoxAnswer on_enter = buttons_ == BoxButtons::YesNoCareful ? BoxAnswer::No : BoxAnswer::Yes;
+  button->setDefault(answer == BoxAnswer::Ok || answer == on_enter);
   row.layout()->addWidget(button);
   button->setMinimumWidth(button->fontMetrics().averageCharWidth() * 16);
   widgets_[answer] = button;
