@@ -127,6 +127,7 @@ void RebuildRange(int g) {
   for (std::int32_t row = 1; row <= sounding.RowCount; ++row) GrowRange(g, row);
   display.GraphShownMin[At(g)] = display.GraphMin[At(g)];
   display.GraphShownMax[At(g)] = display.GraphMax[At(g)];
+  display.GraphRedraw[At(g)] = kTrue;  // also where rounding changes neither end
 }
 
 void FollowValueAxis(int g) {

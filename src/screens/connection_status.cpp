@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "conelink/cone_state.h"
+#include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -150,7 +151,9 @@ void ShowCoupling(bool coupled) {
 }  // namespace
 
 LinkSetup LinksInUse() {
-  return {settings.ConeSerialPort, settings.TruckInterfaceSerialPort, settings.ASCIIOutSerialPort,
+  // A cone that came up under the truck interface's number shares nothing with it: its panel stays.
+  const std::int16_t cone_port = ConeTookTheTrucksNumber() ? 0 : settings.ConeSerialPort;
+  return {cone_port, settings.TruckInterfaceSerialPort, settings.ASCIIOutSerialPort,
           settings.VideoOverlaySerialPort, settings.LumenProbePresent};
 }
 

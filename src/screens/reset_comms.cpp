@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "conelink/cone_state.h"
+#include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/settings.h"
 #include "forms/reset_comms_form.h"
@@ -204,9 +205,11 @@ bool StandsInAnother(const PortList& list, const std::string& text) {
 void AutoDetect(PortList (*of)(), int own) {
   const PortList list = of();
   FillLists();
-  if (own > 0 && own == settings.ConeSerialPort) return Accept(list, kSameAsCone);
-  const std::string text = PlainNumber(own);
   const auto& entries = list.box.List;
+  const bool on_cone = own > 0 && own == settings.ConeSerialPort;
+  const bool may_share = std::find(entries.begin(), entries.end(), kSameAsCone) != entries.end();
+  if (on_cone && may_share && !ConeTookTheTrucksNumber()) return Accept(list, kSameAsCone);
+  const std::string text = on_cone ? std::string() : PlainNumber(own);
   const bool is_there = std::find(entries.begin(), entries.end(), text) != entries.end();
   if (is_there && !StandsInAnother(list, text)) return Accept(list, text);
   const std::string free = FreePortFor(list);

@@ -4,6 +4,7 @@
 
 #include "core/channels.h"
 #include "core/session.h"
+#include "display/enlarged_graph.h"
 #include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "sounding/sounding_state.h"
@@ -86,7 +87,8 @@ void HideWarning() {
 
 void ShowWarning(const QuitTexts& texts) {
   Main.lblQuitFor1.Caption = texts.first;
-  if (!Main.frmQuitWarning.Visible && EnlargedGraph.Visible) Unload(EnlargedGraph);  // lies above
+  // The enlarged graph lies above it; the charts take over the range that was set there.
+  if (!Main.frmQuitWarning.Visible && EnlargedGraph.Visible) EnlargedGraph_Command1_Click();
   Main.frmQuitWarning.Visible = true;
   if (sounding.QuitState == 3) Main.lblOverride.Visible = true;
   for (int channel = 1; channel <= kChannels; ++channel) {

@@ -3,6 +3,7 @@
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/message.h"
+#include "display/enlarged_graph.h"
 #include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "platform/boxes.h"
@@ -31,7 +32,7 @@ void ShowStopDialog() {
     button->Visible = true;
   }
   Main.frmLocalWarning.Visible = true;
-  if (EnlargedGraph.Visible) Unload(EnlargedGraph);  // the question lies below it
+  if (EnlargedGraph.Visible) EnlargedGraph_Command1_Click();  // the question lies below it
 }
 
 void RequestStart() {

@@ -228,9 +228,11 @@ TEST(EnlargedGraphScreen, MakesWayForTheStopQuestion) {
   world.Open();
   Main.cmdStart.Caption = "STOP";
   Main.cmdStart.Enabled = true;
+  display.GraphRedraw[1] = kTrue;  // a range was set on it
   world.Press(Main, Main.cmdStart);
   EXPECT_TRUE(Main.frmLocalWarning.Visible);
   EXPECT_FALSE(EnlargedGraph.Visible);
+  EXPECT_EQ(display.GraphRedraw[1], 0) << "the console's chart has taken it over";
 }
 
 TEST(EnlargedGraphScreen, MakesWayForAQuitOnceAsItComesUp) {
@@ -238,9 +240,11 @@ TEST(EnlargedGraphScreen, MakesWayForAQuitOnceAsItComesUp) {
   channels.QuitLimitShallow(2) = channels.QuitLimitDeep(2) = 1;
   sounding.Readings(2) = 5;
   world.Open();
+  display.GraphRedraw[1] = kTrue;
   for (int pass = 0; pass < 15; ++pass) CheckQuits();
   EXPECT_TRUE(Main.frmQuitWarning.Visible);
   EXPECT_FALSE(EnlargedGraph.Visible);
+  EXPECT_EQ(display.GraphRedraw[1], 0);
   world.Open();
   CheckQuits();
   EXPECT_TRUE(EnlargedGraph.Visible);

@@ -317,6 +317,7 @@ TEST(GraphData, RangeOfAResumedSoundingComesFromAllRows) {
   world.AddRow(0.25F, {{1, 4.5F}, {3, -1.5F}});
   world.AddRow(0.5F, {{1, 2}, {3, 6.5F}});
   for (const int g : {1, 2, 3}) RebuildRange(g);
+  EXPECT_EQ(display.GraphRedraw[1], kTrue) << "also where rounding changes neither end";
   EXPECT_NEAR(display.GraphShownMax[1], 4.5, 1e-4);
   EXPECT_EQ(display.GraphShownMin[1], 0);
   EXPECT_NEAR(display.GraphShownMin[2], -1.5, 1e-4);

@@ -64,6 +64,16 @@ std::string ShownPanels() {
   return shown;
 }
 
+TEST_F(ConnectionStatus, TruckPanelStaysWhileTheConeSitsOnTheTrucksNumber) {
+  settings.TruckInterfaceSerialPort = settings.ConeSerialPort = 4;
+  session.StartConePort = 3;
+  session.StartTruckPort = 4;
+  cone.TruckPortLost = -1;
+  EXPECT_EQ(PanelsOf(LinksInUse()).front(), LinkPanel::Truck);
+  cone.TruckPortLost = 0;
+  EXPECT_EQ(PanelsOf(LinksInUse()).front(), LinkPanel::Cone) << "shared";
+}
+
 TEST_F(ConnectionStatus, PanelsAreThoseOfTheSetUpInTheirOrder) {
   const struct {
     int truck, ascii, overlay, lumen_probe;

@@ -1,6 +1,7 @@
 #include "screens/reset_comms.h"
 
 #include "conelink/cone_state.h"
+#include "core/session.h"
 #include "screens/reset_comms_world.h"
 
 namespace penlog {
@@ -262,6 +263,25 @@ TEST_F(ResetCommsTest, SameAsConeTakesTheConesNumber) {
   EXPECT_EQ(Question(), "");
   Press(form, form.cmdOK);
   EXPECT_EQ(Requests(), (Numbers{3, kNothing, kNothing}));
+}
+
+TEST_F(ResetCommsTest, AutoDetectNeverTakesThePortOfAConeOnTheTrucksNumber) {
+  settings.TruckInterfaceSerialPort = settings.ConeSerialPort;
+  session.StartConePort = settings.ConeSerialPort;
+  session.StartTruckPort = 77;  // they differed at the start
+  cone.TruckPortLost = -1;
+  Open();
+  Choose(truck, "AUTO-DETECT");
+  EXPECT_NE(truck.Text, "SAME AS CONE");
+  EXPECT_NE(truck.Text, "3");
+}
+
+TEST_F(ResetCommsTest, AutoDetectOfAnOutputNeverTakesTheConesPort) {
+  settings.ASCIIOutSerialPort = settings.ConeSerialPort;
+  Open();
+  Choose(ascii, "AUTO-DETECT");
+  EXPECT_NE(ascii.Text, "SAME AS CONE");
+  EXPECT_NE(ascii.Text, "3");
 }
 
 TEST_F(ResetCommsTest, TheConesPortInTheTrucksListIsSameAsCone) {
