@@ -219,7 +219,8 @@ bool Player::Try(const ScriptAction& action) {
   if (action.verb == "file") return TryFile(action);
   if (action.verb == "expect") return TryExpect(action);
   if (action.verb == "end") return TryEnd();
-  if (action.verb == "rig" || action.verb == "shot" || action.verb == "kill") {
+  if (action.verb == "rig" || action.verb == "disk" || action.verb == "shot" ||
+      action.verb == "kill") {
     return TryOutside(action);
   }
   return TryAct(action);
@@ -387,6 +388,7 @@ bool Player::TryOutside(const ScriptAction& action) {
   }
   std::string fault = "nothing to do it with";
   if (action.verb == "rig" && hands_.rig) fault = hands_.rig(action.rest);
+  if (action.verb == "disk" && hands_.disk) fault = hands_.disk(action.words[0]);
   if (action.verb == "shot" && hands_.shot) {
     fault = hands_.shot(action.words[0], action.words.size() == 2 ? action.words[1] : "");
   }

@@ -16,6 +16,8 @@ namespace penlog {
 struct PlayerHands {
   /// A command to the simulated rig; returns why it failed, empty if it was carried out.
   std::function<std::string(const std::string& words)> rig;
+  /// "full": the console's disk takes nothing more; "free": it does again. Returns why it failed.
+  std::function<std::string(const std::string& word)> disk;
   /// Takes a picture of a screen ("" for the front one); returns why it failed.
   std::function<std::string(const std::string& file, const std::string& screen)> shot;
   /// Acts on the widgets; returns why it can't yet, empty once it was done. Without it the player

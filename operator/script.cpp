@@ -25,7 +25,8 @@ constexpr std::array kGrammars = {
     Grammar{"check", 1, 1, true},   Grammar{"uncheck", 1, 1, true}, Grammar{"menu", 1, 1, true},
     Grammar{"point", 3, 4, true},   Grammar{"answer", 2, 2, false}, Grammar{"file", 1, 1, false},
     Grammar{"expect", 2, 3, true},  Grammar{"wait", 1, 1, false},   Grammar{"rig", 1, 100, false},
-    Grammar{"shot", 1, 2, false},   Grammar{"kill", 0, 0, false},   Grammar{"end", 0, 0, false},
+    Grammar{"disk", 1, 1, false},   Grammar{"shot", 1, 2, false},   Grammar{"kill", 0, 0, false},
+    Grammar{"end", 0, 0, false},
 };
 
 struct Word {
@@ -102,6 +103,9 @@ std::string WordFault(const ScriptAction& action) {
   if (words.size() > found->most) return "\"" + action.verb + "\" has too many words";
   if (found->names_control && words[0].find('.') == std::string::npos) {
     return "\"" + words[0] + "\" is not SCREEN.CONTROL";
+  }
+  if (action.verb == "disk" && words[0] != "full" && words[0] != "free") {
+    return "\"disk\" is \"full\" or \"free\"";
   }
   if (action.verb == "wait" && !IsNumber(words[0])) return "\"wait\" needs seconds";
   if (action.verb == "screen" && words.size() == 2 && !IsNumber(words[1])) {

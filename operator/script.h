@@ -14,6 +14,8 @@
 //   expect  SCREEN.CONTROL enabled|disabled|visible|hidden|checked|unchecked|solid|hollow [seconds]
 //   wait    SECONDS
 //   rig     WORDS                           a command to the simulated rig
+//   disk    full|free                       the console's disk takes nothing more, or again;
+//                                           in virtual time alone
 //   shot    FILE.png [SCREEN]
 //   kill                                    the process ends at once, as in a crash
 //   end                                     the window is closed

@@ -52,6 +52,12 @@ void VirtualSession::CompleteHands(PlayerHands& hands) {
       return reply.empty() ? std::string("refused") : reply;
     };
   }
+  if (!hands.disk) {
+    hands.disk = [this](const std::string& word) {
+      disk.SetRoom(word == "full" ? 0 : -1);
+      return std::string();
+    };
+  }
   if (!hands.shot) {
     hands.shot = [](const std::string&, const std::string&) { return std::string(); };
   }

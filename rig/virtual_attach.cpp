@@ -5,6 +5,12 @@
 
 namespace penlog {
 
+namespace {
+
+constexpr int kNoNumber = 1000;  // above all COM numbers
+
+}  // namespace
+
 void AttachToPorts(Rig& rig, VirtualPorts& ports, int cone_port, int truck_port) {
   struct Numbers {
     int cone;
@@ -17,7 +23,14 @@ void AttachToPorts(Rig& rig, VirtualPorts& ports, int cone_port, int truck_port)
   rig.on_renumber = [&ports, numbers, shared](RigWire which, int number) {
     const bool cone = shared || which == RigWire::Cone;
     int& now = cone ? numbers->cone : numbers->truck;
-    if (now != number) ports.Renumber(std::exchange(now, number), number);
+    int& other = cone ? numbers->truck : numbers->cone;
+    if (now == number) return;
+    // A number belongs to one adapter: the other takes the one that falls free.
+    const bool swap = !shared && other == number;
+    if (swap) ports.Renumber(number, kNoNumber);
+    const int before = std::exchange(now, number);
+    ports.Renumber(before, number);
+    if (swap) ports.Renumber(kNoNumber, other = before);
   };
 }
 

@@ -1,6 +1,7 @@
 #include "rig/window/line_lamp.h"
 
 #include <QPainter>
+#include <algorithm>
 
 #include "platform/qt/look.h"
 
@@ -10,8 +11,12 @@ LineLamp::LineLamp(QWidget* parent) : QWidget(parent) {
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 
+int LineLamp::Edge() const {
+  return std::max(2, fontMetrics().height() / 6);
+}
+
 QSize LineLamp::sizeHint() const {
-  return {fontMetrics().averageCharWidth() * 20, fontMetrics().height() + 2};
+  return {fontMetrics().averageCharWidth() * 20, fontMetrics().height() + Edge()};
 }
 
 void LineLamp::Show(const PanelLine& line) {
@@ -26,11 +31,12 @@ void LineLamp::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const QColor colour = line_.alarm ? Look().red_mark : Look().lit;
   const int size = fontMetrics().ascent();
-  const QRect lamp(2, (height() - size) / 2, size, size);
+  const QRect lamp(Edge(), (height() - size) / 2, size, size);
+  const int inset = (Edge() + 1) / 2;
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(line_.on ? colour : Look().caption, 2));
+  painter.setPen(QPen(line_.on ? colour : Look().caption, Edge()));
   painter.setBrush(line_.on ? QBrush(colour) : QBrush(Qt::NoBrush));
-  painter.drawEllipse(lamp.adjusted(1, 1, -1, -1));
+  painter.drawEllipse(lamp.adjusted(inset, inset, -inset, -inset));
   const int left = size + fontMetrics().averageCharWidth();
   const QRect texts(left, 0, width() - left, height());
   painter.setPen(Look().caption);

@@ -23,6 +23,9 @@ class LineLamp : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  /// Width of the ring, and the gap around the lamp.
+  int Edge() const;
+
   PanelLine line_;
 };
 

@@ -7,22 +7,16 @@
 
 #include "platform/numbers.h"
 #include "platform/qt/look.h"
+#include "rig/window/rig_look.h"
 
 namespace penlog {
 
 namespace {
 
 constexpr char kLegendHead[] = "MPa at the edge";
+constexpr int kLegendLines = 2;
+constexpr int kLineOfText = 13;      // pixels that a line of text is high at scale 1
 constexpr double kCurveWay = 0.025;  // m between the points of a curve
-
-QColor SoilColour(const std::string& word) {
-  const bool dark = Look().ground.lightness() < 128;
-  if (word == "sand") return dark ? QColor(0x4a, 0x42, 0x20) : QColor(0xf2, 0xe2, 0xa8);
-  if (word == "silt") return dark ? QColor(0x33, 0x3c, 0x38) : QColor(0xd5, 0xdf, 0xd2);
-  if (word == "clay") return dark ? QColor(0x42, 0x30, 0x2a) : QColor(0xe6, 0xcc, 0xbc);
-  if (word == "peat") return dark ? QColor(0x2c, 0x26, 0x20) : QColor(0xcf, 0xc0, 0xae);
-  return Look().readout_ground;
-}
 
 QString Text(const std::string& text) {
   return QString::fromStdString(text);
@@ -35,24 +29,41 @@ ProfileView::ProfileView(QWidget* parent) : QWidget(parent), top_(ProfileTop(0.0
   setAccessibleName("ground profile with the cone");
 }
 
-int ProfileView::Row(double depth) const {
-  return static_cast<int>(std::lround(ProfileRow(depth, top_, height())));
+QRect ProfileView::Picture() const {
+  return {0, 0, width(), std::max(1, height() - kLegendLines * fontMetrics().height() - Unit())};
+}
+
+double ProfileView::Row(double depth) const {
+  return ProfileRow(depth, top_, Picture().height());
+}
+
+int ProfileView::WholeRow(double depth) const {
+  return static_cast<int>(std::lround(Row(depth)));
+}
+
+int ProfileView::Unit() const {
+  return std::max(1, fontMetrics().height() / kLineOfText);
 }
 
 int ProfileView::Hole() const {
-  return std::max(28, width() / 6);
+  return std::max(28 * Unit(), width() / 6);
+}
+
+void ProfileView::DrawAnew() {
+  stale_ = true;
+  update();
 }
 
 void ProfileView::Lay(const Ground& ground) {
   ground_ = ground;
-  stale_ = true;
-  update();
+  DrawAnew();
 }
 
 void ProfileView::SetDepth(double depth, double rod_length) {
   const double top = ProfileTop(depth);
   const bool page_turned = top != top_;
-  const bool moved = page_turned || Row(depth) != Row(depth_) || rod_length != rod_length_;
+  const bool moved =
+      page_turned || WholeRow(depth) != WholeRow(depth_) || rod_length != rod_length_;
   depth_ = depth;
   rod_length_ = rod_length;
   if (page_turned) {
@@ -89,21 +100,22 @@ void ProfileView::DrawPage() {
 
 void ProfileView::DrawBands(QPainter& painter) const {
   for (const SoilBand& band : SoilBands(ground_, top_, top_ + kProfileSpan)) {
-    const int row = Row(band.top);
-    painter.fillRect(0, row, width(), Row(band.bottom) - row, SoilColour(band.word));
+    const int row = WholeRow(band.top);
+    painter.fillRect(0, row, width(), WholeRow(band.bottom) - row, SoilColour(band.word));
   }
 }
 
 /// On a ground of their own, so that no curve runs through them.
 void ProfileView::DrawSoils(QPainter& painter) const {
   const int height = painter.fontMetrics().height();
+  const int gap = 2 * Unit();
   painter.setPen(Look().readout_text);
   for (const SoilBand& band : SoilBands(ground_, top_, top_ + kProfileSpan)) {
-    const int row = Row(band.top);
-    if (band.word.empty() || Row(band.bottom) - row < height + 2) continue;
+    const int row = WholeRow(band.top);
+    if (band.word.empty() || WholeRow(band.bottom) - row < height + gap) continue;
     const int across = painter.fontMetrics().horizontalAdvance(Text(band.word));
-    const QRect place(width() - across - 5, row + 2, across, height);
-    painter.fillRect(place.adjusted(-2, 0, 2, 0), SoilColour(band.word));
+    const QRect place(width() - across - 2 * gap, row + gap, across, height);
+    painter.fillRect(place.adjusted(-gap, 0, gap, 0), SoilColour(band.word));
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, Text(band.word));
   }
 }
@@ -116,9 +128,9 @@ void ProfileView::DrawCurves(QPainter& painter) const {
     const double first = std::max(top_, ground_.Top());
     for (double depth = first; depth <= top_ + kProfileSpan; depth += kCurveWay) {
       const double share = std::clamp(value(ground_.At(depth)) / 1000.0 / full, 0.0, 1.0);
-      curve << QPointF(left + 1 + share * room, ProfileRow(depth, top_, height()));
+      curve << QPointF(left + 1 + share * room, Row(depth));
     }
-    painter.setPen(QPen(colour, 1));
+    painter.setPen(QPen(colour, 1.5 * Unit()));
     painter.drawPolyline(curve);
   };
   draw(
@@ -132,19 +144,20 @@ void ProfileView::DrawCurves(QPainter& painter) const {
 void ProfileView::DrawDepths(QPainter& painter) const {
   const int left = Hole();
   const int text_height = painter.fontMetrics().height();
-  painter.setPen(Look().caption);
-  painter.drawLine(left, 0, left, height());
+  painter.setPen(QPen(Look().caption, Unit()));
+  painter.drawLine(left, 0, left, Picture().bottom());
   for (int metre = static_cast<int>(std::ceil(top_)); metre < top_ + kProfileSpan; ++metre) {
-    const int row = Row(metre);
-    painter.drawLine(metre == 0 ? 0 : left, row, metre == 0 ? width() : left + 6, row);
+    const int row = WholeRow(metre);
+    painter.drawLine(metre == 0 ? 0 : left, row, metre == 0 ? width() : left + 6 * Unit(), row);
     // Above the surface's own line, which a cone at rest would strike through.
     const int above = metre == 0 ? text_height : text_height / 2;
-    const QRect place(left + 9, row - above, width(), text_height);
+    const QRect place(left + 9 * Unit(), row - above, width(), text_height);
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter,
                      metre == 0 ? QString("0 m") : QString::number(metre));
   }
 }
 
+/// Entry behind entry, as many on a line as there is room for.
 void ProfileView::DrawLegend(QPainter& painter) const {
   struct Entry {
     QColor colour;
@@ -154,31 +167,35 @@ void ProfileView::DrawLegend(QPainter& painter) const {
       {Look().lit, "tip " + PlainNumber(static_cast<float>(scales_.qc))},
       {Look().good, "sleeve " + PlainNumber(static_cast<float>(scales_.fs))},
       {Look().blue_mark, "u2 " + PlainNumber(static_cast<float>(scales_.u2))}};
-  const int line = painter.fontMetrics().height();
-  int row = height() - 4 - line * static_cast<int>(entries.size() + 1);
-  int across = painter.fontMetrics().horizontalAdvance(kLegendHead) - 20;
-  for (const Entry& entry : entries) {
-    across = std::max(across, painter.fontMetrics().horizontalAdvance(Text(entry.text)));
-  }
-  const QRect box(width() - across - 34, row - 2, across + 32,
-                  line * static_cast<int>(entries.size() + 1) + 4);
-  painter.fillRect(box, Look().readout_ground);
+  const QFontMetrics metrics = painter.fontMetrics();
+  const QRect ground(0, Picture().bottom() + 1, width(), height() - Picture().height());
+  const int gap = 4 * Unit();
+  const int mark = 10 * Unit();
+  int line = ground.top() + Unit();
+  int left = gap;
+  painter.fillRect(ground, Look().readout_ground);
   painter.setPen(Look().caption);
-  painter.drawRect(box);
-  painter.drawText(box.left() + 6, row + painter.fontMetrics().ascent(), kLegendHead);
+  painter.drawText(left, line + metrics.ascent(), kLegendHead);
+  left += metrics.horizontalAdvance(kLegendHead) + 2 * gap;
   for (const Entry& entry : entries) {
-    row += line;
-    painter.fillRect(box.left() + 6, row + line / 2 - 1, 16, 3, entry.colour);
+    const int across = mark + gap + metrics.horizontalAdvance(Text(entry.text));
+    if (left + across > width() && left > gap) {
+      line += metrics.height();
+      left = gap;
+    }
+    painter.fillRect(left, line + metrics.height() / 2 - Unit(), mark, 3 * Unit(), entry.colour);
     painter.setPen(Look().readout_text);
-    painter.drawText(box.left() + 28, row + painter.fontMetrics().ascent(), Text(entry.text));
+    painter.drawText(left + mark + gap, line + metrics.ascent(), Text(entry.text));
+    left += across + 2 * gap;
   }
 }
 
 void ProfileView::DrawRods(QPainter& painter) const {
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.setClipRect(Picture());
   const double middle = Hole() / 2.0;
-  const double half = std::max(3.0, Hole() / 9.0);
-  const double tip = ProfileRow(depth_, top_, height());
+  const double half = std::max(3.0 * Unit(), Hole() / 9.0);
+  const double tip = Row(depth_);
   const double shoulder = tip - 2.0 * half;
   painter.setPen(Qt::NoPen);
   painter.setBrush(Look().caption);
@@ -186,12 +203,12 @@ void ProfileView::DrawRods(QPainter& painter) const {
   painter.setBrush(Look().readout_text);
   painter.drawPolygon(QPolygonF(
       {QPointF(middle - half, shoulder), QPointF(middle + half, shoulder), QPointF(middle, tip)}));
-  painter.setPen(QPen(Look().readout_ground, 2));
+  painter.setPen(QPen(Look().readout_ground, 2 * Unit()));
   for (double joint = depth_ - rod_length_; joint > top_; joint -= rod_length_) {
-    const double row = ProfileRow(joint, top_, height());
+    const double row = Row(joint);
     painter.drawLine(QPointF(middle - half, row), QPointF(middle + half, row));
   }
-  painter.setPen(QPen(Look().readout_text, 1, Qt::DashLine));
+  painter.setPen(QPen(Look().readout_text, Unit(), Qt::DashLine));
   painter.drawLine(QPointF(middle + half, tip), QPointF(width(), tip));
 }
 

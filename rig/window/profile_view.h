@@ -20,6 +20,10 @@ class ProfileView : public QWidget {
   void Lay(const Ground& ground);
   /// Where the tip stands, m; draws only if a pixel changes.
   void SetDepth(double depth, double rod_length);
+  /// The colours or the sizes are others.
+  void DrawAnew();
+  /// The part of the view that shows the ground; the scales stand below it, over no curve.
+  QRect Picture() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -32,7 +36,10 @@ class ProfileView : public QWidget {
   void DrawDepths(QPainter& painter) const;
   void DrawLegend(QPainter& painter) const;
   void DrawRods(QPainter& painter) const;
-  int Row(double depth) const;
+  double Row(double depth) const;
+  int WholeRow(double depth) const;
+  /// A pixel of the window that the sizes were drawn for.
+  int Unit() const;
   /// Width of the part with the rods.
   int Hole() const;
 

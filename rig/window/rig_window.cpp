@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "platform/numbers.h"
-#include "platform/qt/look.h"
 #include "platform/qt/screen_room.h"
+#include "rig/window/rig_look.h"
 
 namespace penlog {
 
@@ -19,9 +19,7 @@ namespace {
 const QSize kDrawnFor(400, 760);
 constexpr std::size_t kFactsBesideThePicture = 6;
 constexpr int kAcross = 3;
-constexpr int kHintHeight = 45;  // 3 lines of 12 pixels
-constexpr int kToldHeight = 42;  // 3 lines of 11
-constexpr int kFirstWay = 2;     // 1 m of the ways
+constexpr int kFirstWay = 2;  // 1 m of the ways
 
 QString Text(const std::string& text) {
   return QString::fromStdString(text);
@@ -57,44 +55,15 @@ void SetRole(QWidget* widget, const char* role) {
   widget->setStyleSheet(widget->styleSheet());
 }
 
-QString Sheet(double scale) {
-  const auto px = [scale](int pixels) { return QString::number(Scaled(pixels, scale)) + "px"; };
-  const LookColours& look = Look();
-  QString sheet = StyleSheet(scale);
-  sheet += "QLabel { font-size: " + px(12) + "; }";
-  sheet += "QLabel[role=\"caption\"] { font-size: " + px(11) + "; }";
-  sheet += "QLabel[role=\"headline\"], QLabel[role=\"held\"] { font-size: " + px(20) +
-           "; font-weight: bold; padding: " + px(4) + "; }";
-  sheet += "QLabel[role=\"held\"] { background: " + look.alarm.name() +
-           "; color: " + look.on_alarm.name() + "; }";
-  sheet += "QLabel[role=\"depth\"] { font-size: " + px(30) + "; font-weight: bold; }";
-  sheet += "QLabel[role=\"hint\"] { background: " + look.panel.name() + "; padding: " + px(6) +
-           "; font-size: " + px(12) + "; }";
-  sheet += "QLabel[role=\"refused\"] { color: " + look.red_text.name() + "; font-size: " + px(11) +
-           "; font-weight: bold; }";
-  sheet += "QLabel#lblHint { min-height: " + px(kHintHeight) + "; max-height: " + px(kHintHeight) +
-           "; } QLabel#lblTold { min-height: " + px(kToldHeight) +
-           "; max-height: " + px(kToldHeight) + "; }";
-  sheet += "QPushButton { min-height: " + px(28) + "; min-width: 0; font-size: " + px(12) + "; }";
-  sheet += "QPushButton[role=\"fault\"], QPushButton[role=\"fault-on\"] { min-height: " + px(20) +
-           "; font-size: " + px(11) + "; font-weight: normal; padding: 0; }";
-  sheet += "QPushButton[role=\"fault-on\"] { background: " + look.lit.name() +
-           "; color: " + look.ground.name() + "; }";
-  sheet += "QComboBox { min-height: " + px(28) + "; font-size: " + px(12) + "; }";
-  sheet += "penlog--LineLamp { font-size: " + px(11) + "; }";
-  sheet += "penlog--ProfileView { font-size: " + px(11) + "; }";
-  return sheet;
-}
-
 /// Several lines in a room that stays the same whatever the text is: the style sheet gives it.
 void Wrap(QLabel* label) {
   label->setWordWrap(true);
   label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
-void Tighten(QLayout* layout) {
+void Tighten(QLayout* layout, int across = kRigCellGap, int down = kRigCellGap) {
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(4);
+  SetGaps(*layout, 0, across, down);
 }
 
 }  // namespace
@@ -104,11 +73,8 @@ RigWindow::RigWindow(const RigState& state, RigWindowHands hands) : hands_(std::
   auto* all = new QWidget(this);
   setCentralWidget(all);
   auto* column = new QVBoxLayout(all);
-  column->setContentsMargins(8, 8, 8, 8);
-  column->setSpacing(6);
-  headline_ = AddLabel("lblHeadline", "headline", all);
-  headline_->setAlignment(Qt::AlignCenter);
-  column->addWidget(headline_);
+  SetGaps(*column, kRigMargin, kRigGap, kRigGap);
+  column->addWidget(MakeHead());
   const auto facts = penlog::Facts(state);
   column->addWidget(MakePicture(state), 1);
   column->addWidget(MakeFacts(facts, kFactsBesideThePicture, facts.size()));
@@ -136,11 +102,23 @@ QLabel* RigWindow::AddLabel(const char* name, const char* role, QWidget* parent)
   return label;
 }
 
-QWidget* RigWindow::MakePicture(const RigState& state) {
+QWidget* RigWindow::MakeHead() {
   auto* area = new QWidget(centralWidget());
   auto* row = new QHBoxLayout(area);
   Tighten(row);
-  row->setSpacing(8);
+  headline_ = AddLabel("lblHeadline", "headline", area);
+  headline_->setAlignment(Qt::AlignCenter);
+  row->addWidget(headline_, 5);
+  QPushButton* look = MakeLookButton(area);
+  look->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  row->addWidget(look, 1);
+  return area;
+}
+
+QWidget* RigWindow::MakePicture(const RigState& state) {
+  auto* area = new QWidget(centralWidget());
+  auto* row = new QHBoxLayout(area);
+  Tighten(row, kRigMargin, kRigMargin);
   profile_ = new ProfileView(area);
   row->addWidget(profile_, 9);
   auto* side = new QWidget(area);
@@ -162,8 +140,7 @@ QWidget* RigWindow::MakeFacts(const std::vector<PanelFact>& facts, std::size_t f
                               std::size_t last) {
   auto* area = new QWidget(centralWidget());
   auto* grid = new QGridLayout(area);
-  Tighten(grid);
-  grid->setVerticalSpacing(2);
+  Tighten(grid, kRigCellGap, kRigLineGap);
   grid->setColumnStretch(1, 1);
   for (std::size_t i = first; i < last; ++i) {
     const int row = static_cast<int>(i - first);
@@ -227,6 +204,19 @@ std::vector<QPushButton*> RigWindow::MakeGroundButtons(QWidget* parent) {
   return {layered, file};
 }
 
+/// The colours of this window alone: the console has its own choice.
+QPushButton* RigWindow::MakeLookButton(QWidget* parent) {
+  night_ = new QPushButton(parent);
+  night_->setObjectName("cmdLook");
+  night_->setProperty("role", "small");
+  night_->setToolTip("the colours of this window, for the sun or for the dark");
+  connect(night_, &QPushButton::clicked, this, [this] {
+    ChooseLook(look_ == LookSet::Day ? LookSet::Night : LookSet::Day);
+    Follow(shown_);
+  });
+  return night_;
+}
+
 QWidget* RigWindow::MakeFaults(const RigState& state) {
   auto* area = new QWidget(centralWidget());
   auto* grid = new QGridLayout(area);
@@ -273,6 +263,7 @@ std::string RigWindow::Fact(const std::string& name) const {
 
 void RigWindow::Follow(const RigState& state) {
   shown_ = state;
+  if (look_ != ChosenLook()) Style();
   FollowHead(state);
   const auto facts = penlog::Facts(state);
   for (std::size_t i = 0; i < facts_.size(); ++i) {
@@ -348,7 +339,15 @@ void RigWindow::Rescale() {
   const double scale = std::max(0.5, std::floor(std::min(across, down) * 20) / 20);
   if (scale == scale_) return;
   scale_ = scale;
-  setStyleSheet(Sheet(scale));
+  Style();
+  ScaleGaps(*this, scale);
+}
+
+void RigWindow::Style() {
+  look_ = ChosenLook();
+  night_->setText(look_ == LookSet::Day ? "&NIGHT" : "&DAY");
+  setStyleSheet(RigSheet(scale_));
+  profile_->DrawAnew();
 }
 
 void RigWindow::resizeEvent(QResizeEvent* event) {

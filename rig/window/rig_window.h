@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/view.h"
 #include "rig/fault_rows.h"
 #include "rig/rig_panel.h"
 #include "rig/window/line_lamp.h"
@@ -68,15 +69,18 @@ class RigWindow : public QMainWindow {
   };
 
   QLabel* AddLabel(const char* name, const char* role, QWidget* parent);
+  QWidget* MakeHead();
   QWidget* MakePicture(const RigState& state);
   QWidget* MakeFacts(const std::vector<PanelFact>& facts, std::size_t first, std::size_t last);
   QWidget* MakeOrders(const RigState& state);
   QPushButton* MakeOrder(PanelButton kind, QWidget* parent);
   std::vector<QPushButton*> MakeGroundButtons(QWidget* parent);
   QWidget* MakeFaults(const RigState& state);
+  QPushButton* MakeLookButton(QWidget* parent);
   void AskForFile();
   double Way() const;
   void Rescale();
+  void Style();
 
   void FollowHead(const RigState& state);
   void FollowFaults(const RigState& state);
@@ -84,11 +88,13 @@ class RigWindow : public QMainWindow {
   RigWindowHands hands_;
   RigState shown_;
   double scale_ = 0.0;
+  LookSet look_ = LookSet::Day;
   QLabel* headline_ = nullptr;
   QLabel* depth_ = nullptr;
   QLabel* hint_ = nullptr;
   QLabel* told_ = nullptr;
   QComboBox* way_ = nullptr;
+  QPushButton* night_ = nullptr;
   ProfileView* profile_ = nullptr;
   std::vector<LineLamp*> lamps_;
   std::vector<FactLabels> facts_;

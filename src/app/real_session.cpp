@@ -89,25 +89,38 @@ void RealSession::MakeWires() {
     truck_wire_ = std::move(server);
     rig_->AttachTruck(*truck_wire_);
   }
-  for (int port = kFirstIdlePort; port < kFirstIdlePort + setup_.idle_ports; ++port) {
-    idle_wires_.push_back(std::make_unique<PtyWire>(machine_.clock().io(), IdleDevice(port)));
-  }
+  MakeIdleWires();
   rig_->on_renumber = [this](RigWire which, int number) {
     (which == RigWire::Cone ? setup_.cone_port : setup_.truck_port) = number;
     WritePortList();
   };
 }
 
-std::string RealSession::IdleDevice(int port) const {
-  return JoinPath(JoinPath(setup_.folder, "wires"), "idle" + std::to_string(port));
+void RealSession::MakeIdleWires() {
+  for (int port = kFirstIdlePort; port < kFirstIdlePort + setup_.idle_ports; ++port) {
+    if (setup_.idle_on_network) {
+      auto server = std::make_unique<Rfc2217Server>(machine_.clock());
+      idle_devices_.push_back(NetworkDevice(*server));
+      idle_wires_.push_back(std::move(server));
+    } else {
+      const std::string name = "wires/idle" + std::to_string(port);
+      idle_devices_.push_back(JoinPath(setup_.folder, name));
+      idle_wires_.push_back(std::make_unique<PtyWire>(machine_.clock().io(), idle_devices_.back()));
+    }
+  }
+}
+
+WireEnd& RealSession::IdleWire(int port) {
+  return *idle_wires_.at(static_cast<std::size_t>(port - kFirstIdlePort));
 }
 
 void RealSession::WritePortList() {
   std::string text = std::to_string(setup_.cone_port) + " " + cone_device_ + "\n";
   if (!truck_device_.empty())
     text += std::to_string(setup_.truck_port) + " " + truck_device_ + "\n";
-  for (int port = kFirstIdlePort; port < kFirstIdlePort + setup_.idle_ports; ++port) {
-    text += std::to_string(port) + " " + IdleDevice(port) + "\n";
+  int port = kFirstIdlePort;
+  for (const std::string& device : idle_devices_) {
+    text += std::to_string(port++) + " " + device + "\n";
   }
   ReplaceFile(JoinPath(DataFolder(), "Serial Ports.txt"), text);
 }

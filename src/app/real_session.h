@@ -26,7 +26,8 @@ struct RealSessionSetup {
   std::string folder;  ///< the data directory and the wires lie below it
   int cone_port = 3;   ///< COM number
   int truck_port = 4;
-  int idle_ports = 0;  ///< pseudo terminals on which nobody answers, COM 11 and up
+  int idle_ports = 0;            ///< ports on which nobody answers, COM 11 and up
+  bool idle_on_network = false;  ///< else on pseudo terminals
 };
 
 class RealSession {
@@ -43,6 +44,8 @@ class RealSession {
   View& Windows() { return mirror_; }
   /// The session's own.
   Rig& TheRig() { return *rig_; }
+  /// The far end of an idle port, by its COM number.
+  WireEnd& IdleWire(int port);
   /// "PENLOG(KQ)" below the folder.
   std::string DataFolder() const;
 
@@ -56,9 +59,9 @@ class RealSession {
 
   void MakeRig();
   void MakeWires();
+  void MakeIdleWires();
   void WritePortList();
   void CompleteHands(PlayerHands& hands);
-  std::string IdleDevice(int port) const;
   std::string Order(const std::string& words);
 
   RealSessionSetup setup_;
@@ -70,6 +73,7 @@ class RealSession {
   std::string cone_device_;
   std::string truck_device_;
   std::vector<std::unique_ptr<WireEnd>> idle_wires_;
+  std::vector<std::string> idle_devices_;
   std::unique_ptr<Rig> rig_;
 };
 

@@ -67,6 +67,12 @@ class RigWires {
 
   void Renumber(RigWire which, int number) {
     NumberedWire& wire = wires_.at(wires_.contains(which) ? which : RigWire::Cone);
+    // A number belongs to one adapter: another takes the one that falls free.
+    for (auto& [other_which, other] : wires_) {
+      if (&other == &wire || other.number != number) continue;
+      other.number = wire.number;
+      if (other.pty != nullptr) other.pty->SetLink(LinkName(other.number));
+    }
     wire.number = number;
     if (wire.pty != nullptr) wire.pty->SetLink(LinkName(number));
     Tell();

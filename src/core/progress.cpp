@@ -1,9 +1,11 @@
 #include "core/progress.h"
 
 #include <algorithm>
+#include <array>
 
 #include "forms/main_form.h"
 #include "forms/start_up_form.h"
+#include "forms/warning_form.h"
 
 namespace penlog {
 
@@ -18,6 +20,11 @@ Place FilledPart(int done, int of) {
           1.0 / kPlacesOfWanderer, 1};
 }
 
+/// On each screen that may be in front while long work goes on.
+std::array<Label*, 3> AllLabels() {
+  return {&StartUp.lblProgress, &Main.lblProgress, &frmWarning.lblProgress};
+}
+
 }  // namespace
 
 std::string ProgressText(const std::string& what, int done, int of) {
@@ -26,14 +33,13 @@ std::string ProgressText(const std::string& what, int done, int of) {
 }
 
 void ShowProgress(const std::string& what, int done, int of) {
-  StartUp.lblProgress.Caption = Main.lblProgress.Caption = ProgressText(what, done, of);
+  for (Label* label : AllLabels()) label->Caption = ProgressText(what, done, of);
   StartUp.shpProgress.Where = FilledPart(done, of);
   StartUp.shpProgressGround.Visible = true;
 }
 
 void EndProgress() {
-  StartUp.lblProgress.Caption.clear();
-  Main.lblProgress.Caption.clear();
+  for (Label* label : AllLabels()) label->Caption.clear();
   StartUp.shpProgressGround.Visible = false;
 }
 

@@ -2,7 +2,9 @@
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
+#include "display/enlarged_graph.h"
 #include "display/view_settings.h"
+#include "forms/enlarged_graph_form.h"
 #include "platform/host.h"
 #include "sounding/sounding_state.h"
 
@@ -30,8 +32,11 @@ int NewAlarms(const AlarmSet& before, const AlarmSet& now) {
 
 void FollowAlarms() {
   const AlarmSet now = StandingNow();
-  const int tones = view_settings.AlarmTone == 1 ? NewAlarms(alarms.On, now) : 0;
+  const int fresh = NewAlarms(alarms.On, now);
+  const int tones = view_settings.AlarmTone == 1 ? fresh : 0;
   alarms.On = now;
+  // Their notices stand on the console, below the enlarged graph.
+  if (fresh > 0 && EnlargedGraph.Visible) EnlargedGraph_Command1_Click();
   for (int i = 0; i < tones; ++i) TheHost().Tone(kToneHz, kToneMs);
 }
 

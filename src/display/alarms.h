@@ -1,4 +1,5 @@
-// A new alarm sounds one tone: a quit has latched, a link was lost, rows are held back.
+// A new alarm sounds one tone, and the enlarged graph makes way for it: a quit has latched, a link
+// was lost, rows are held back.
 #pragma once
 
 #include <array>

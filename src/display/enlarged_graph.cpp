@@ -1,6 +1,7 @@
 #include "display/enlarged_graph.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -22,6 +23,11 @@
 namespace penlog {
 
 namespace {
+
+// How much of the console's window stays in sight: the large depth and the values on the left; the
+// strip and the exact depth above, with the window manager's title.
+constexpr double kLeftOfConsole = 0.46;
+constexpr double kTopOfConsole = 0.22;
 
 int Graph() {
   return display.EnlargedGraphIndex;
@@ -68,6 +74,15 @@ void ShowKey() {
   TakeEntry(Main.lblKeyc(Graph()), EnlargedGraph.lblKeyc);
 }
 
+void StandBesideDepth() {
+  const WindowPlace& console = Main.Window;
+  if (console.width <= 0) return;  // not shown yet
+  const int left = static_cast<int>(std::lround(kLeftOfConsole * console.width));
+  const int top = static_cast<int>(std::lround(kTopOfConsole * console.height));
+  MoveWindow(EnlargedGraph,
+             {console.left + left, console.top + top, console.width - left, console.height - top});
+}
+
 /// The typed ends hold as they are; only their step and ticks come from the rule of the axes.
 void TakeTicksOfRange() {
   float max = display.GraphShownMax[At()];
@@ -85,6 +100,7 @@ void Main_pctGraph_Click(int g) {
   if (sounding.ConsoleMode != 2 || g > display.GraphCount) return;
   display.EnlargedGraphIndex = static_cast<std::int16_t>(g);
   Show(EnlargedGraph);
+  StandBesideDepth();
   EnlargedGraph_Graph();
 }
 

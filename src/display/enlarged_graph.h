@@ -5,6 +5,7 @@
 namespace penlog {
 
 /// A click on chart `g` (1 to 4) of the console: opens the enlarged graph, while rows are recorded.
+/// It stands beside the console's depth and values and below its strip.
 void Main_pctGraph_Click(int g);
 
 /// Draws the graph `EnlargedGraphIndex` on the enlarged screen.

@@ -1,5 +1,6 @@
 #include "display/graph_data.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <string>
@@ -30,25 +31,38 @@ int ChannelOf(int g) {
   return display.GraphChannel[At(g)];
 }
 
-/// A depth in m as the axis counts it.
-float OnAxis(float depth) {
-  return settings.DepthUnits == 1 ? depth * kFeetPerMetre : depth;
-}
-
 void ScaleDepthAxis() {
   ScaleAxis(display.GraphDepthMax, display.GraphDepthMin, display.GraphDepthStep,
             display.GraphDepthTicks, display.GraphDepthDivisions);
 }
 
+/// The end that the axis needs for a depth in m. In feet what lies below the start is multiplied
+/// and the start is not: with a start below 0 the row needs more than its own depth in feet.
+float AxisEndFor(float depth) {
+  if (settings.DepthUnits != 1) return depth;
+  const float start = display.GraphDepthMin;
+  return std::max(depth * kFeetPerMetre, start + (depth - start) * kFeetPerMetre);
+}
+
+/// Rounding may move the start out, and the row may then need more: the axis is rounded again.
+void HoldOnDepthAxis(float depth) {
+  float start = 0;
+  do {
+    start = display.GraphDepthMin;
+    display.GraphDepthMax = std::max(display.GraphDepthMax, AxisEndFor(depth));
+    ScaleDepthAxis();
+  } while (display.GraphDepthMin < start && display.GraphDepthMax < AxisEndFor(depth));
+}
+
 void FollowDepthAxis() {
   const float top = display.GraphDepthMin;
   const float bottom = display.GraphDepthMax;
+  float deepest = sounding.CurrentDepth;
   if (session.ResumeDepthStatus == 1.0F && sounding.ConsoleMode == 1) {
-    display.GraphDepthMax = OnAxis(session.ResumeTargetDepth);
+    display.GraphDepthMax = AxisEndFor(session.ResumeTargetDepth);
+    deepest = std::max(deepest, session.ResumeTargetDepth);
   }
-  const float depth = OnAxis(sounding.CurrentDepth);
-  if (depth > display.GraphDepthMax) display.GraphDepthMax = depth;
-  ScaleDepthAxis();
+  HoldOnDepthAxis(deepest);
   if (display.GraphDepthMin != top || display.GraphDepthMax != bottom) {
     display.GraphRedraw.fill(kTrue);
   }

@@ -1,5 +1,7 @@
 #include "forms/main_form.h"
 
+#include "forms/notice_colours.h"
+
 namespace penlog {
 
 namespace {
@@ -26,7 +28,8 @@ MainForm::MainForm() : Form("Main", "PENLOG") {
     button->AlwaysUsable = true;
   }
   for (MenuEntry* entry : {&mnuDay, &mnuNight, &mnuAlarmTone}) entry->AlwaysUsable = true;
-  for (Control* control : std::initializer_list<Control*>{&lblRowsHeldCaption,
+  for (Control* control : std::initializer_list<Control*>{&lblStepsSign,
+                                                          &lblRowsHeldCaption,
                                                           &lblRowsHeld,
                                                           &lblStopKey,
                                                           &Shape1,
@@ -81,7 +84,7 @@ void MainForm::ColourValues() {
                        &lblDissipationValue, &lblNumberOfPictures}) {
     AsReadout(*label);
   }
-  lblRowsHeld.BackColor = kRed;
+  lblRowsHeld.BackColor = lblStepsSign.BackColor = kAmber;
   for (Label* label : {&lblQuitWarning, &lblQuitStop, &lblQuitFor1, &lblQuitFor2, &lblCommError}) {
     label->ForeColor = kRed;
   }

@@ -21,6 +21,7 @@ struct MainForm : Form {
   Label Label7{*this, "Label7", "DEPTH"};
   Label lblDepth{*this, "lblDepth", "0.000 m"};
   Label lblDepthUnits{*this, "lblDepthUnits", "(m)"};
+  Label lblStepsSign{*this, "lblStepsSign", "STEPS MISSING?"};  ///< the depth is in doubt
   Label lblReboundCaption{*this, "lblReboundCaption", "REBOUND"};
   Label lblRebound{*this, "lblRebound", "0.000 m"};
   Label lblSpeedCaption{*this, "lblSpeedCaption", "SPEED"};

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/box_askers.h"
 #include "platform/boxes.h"
 #include "platform/clock.h"
 #include "platform/numbers.h"
@@ -134,6 +135,7 @@ void ActionTarget::Handle(const Event& event) {
 }
 
 void ActionTarget::Serve(const OperatorAction& action) {
+  const BoxAsker asker(action.form->Name());
   switch (action.kind) {
     case ActionKind::Click:
       Run(action.control->Click);

@@ -51,6 +51,7 @@ struct WarningForm : Form {
   /// Of the counting of depth: what may be missing in it.
   Frame frmSteps{*this, "frmSteps"};
   Label lblSteps{*this, "lblSteps"};
+  Label lblProgress{*this, "lblProgress"};  ///< of the search for a lost link: port n of how many
   Label Label6{*this, "Label6",
                "IF SERIAL CONNECTION WARNING DOES NOT DISAPPEAR 30 SECONDS AFTER RECONNECTING "
                "RESPECTIVE PORT, CLICK 'RESET COMMS'"};

@@ -1,5 +1,6 @@
 #include "platform/boxes.h"
 
+#include "platform/box_askers.h"
 #include "platform/clock.h"
 #include "platform/runtime_fault.h"
 #include "platform/texts.h"
@@ -40,10 +41,13 @@ class BoxTarget : public AnswerTarget {
   BoxTarget() : AnswerTarget("message box") {}
   void Handle(const Event& event) override {
     if (state.open.empty() || state.open.front().id != event.number) return;
+    const int id = state.open.front().id;
     const auto answer = static_cast<BoxAnswer>(event.lines);
     if (!Offers(state.open.front().buttons, answer)) return;
     const auto answered = std::move(state.open.front().answered);
     state.open.pop_front();
+    const BoxAsker asker(AskerOfBox(id));  // what follows from it is asked there too
+    ForgetAskerOfBox(id);
     if (answered) answered(answer);
   }
 };
@@ -53,6 +57,7 @@ class DialogTarget : public AnswerTarget {
   DialogTarget() : AnswerTarget("file dialog") {}
   void Handle(const Event& event) override {
     if (!state.dialog || state.dialog->id != event.number) return;
+    ForgetAskerOfBox(state.dialog->id);
     state.dialog.reset();
     state.dialog_answer = event.text;
   }
@@ -87,6 +92,7 @@ void PostBox(const std::string& text, BoxButtons buttons, std::function<void(Box
   std::string shown = Left(text, kLongestBoxText);
   if (shown.size() < text.size()) shown += " ...";
   state.open.push_back({++state.last_id, std::move(shown), buttons, std::move(answered)});
+  KeepAskerOfBox(state.last_id);
 }
 
 BoxAnswer MsgBox(const std::string& text, BoxButtons buttons) {
@@ -113,6 +119,7 @@ std::optional<std::string> AskFile(const std::string& title, const std::string& 
                                    const std::string& pattern, bool for_saving) {
   if (state.dialog) throw RuntimeFault("A file dialog is open already");
   state.dialog = FileDialog{++state.last_id, title, folder, pattern, for_saving};
+  KeepAskerOfBox(state.last_id);
   state.dialog_answer.reset();
   while (!state.dialog_answer) WaitYield("the answer of a file dialog");
   if (state.dialog_answer->empty()) return std::nullopt;
@@ -133,6 +140,7 @@ bool BoxIsOpen() {
 
 void ResetBoxes() {
   state = BoxState{};
+  ForgetAskers();
 }
 
 }  // namespace penlog

@@ -72,7 +72,7 @@ void SerialPort::Open() {
   if (PortOpen()) throw RuntimeFault(TargetName() + ": the port is open already");
   if (number_ < 1) throw RuntimeFault(TargetName() + ": no port number is set");
   gone_ = break_ = dtr_ = rts_ = edges_polled_ = lines_told_ = false;
-  edges_lost_ = edge_count_ = 0;
+  edge_count_ = 0;
   input_.clear();
   lines_ = {};
   driver_ = ThePorts().Open(number_, settings_, *this);

@@ -78,7 +78,7 @@ class SerialPort : public EventTarget, private PortSink {
   /// `CommEventCode`. It must not yield.
   std::function<void(int comm_event)> OnComm;
 
-  /// Edges that the adapter counted and no event told of, since the opening.
+  /// Edges that the adapter counted and no event told of, through all openings.
   std::int64_t EdgesLostCount() const { return edges_lost_; }
   /// The adapter gives no edge events: the lines are polled and edges may be missed.
   bool EdgesArePolled() const { return edges_polled_; }

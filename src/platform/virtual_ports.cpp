@@ -161,10 +161,11 @@ WireEnd& VirtualPorts::Wire(int number) {
 void VirtualPorts::Renumber(int from, int to) {
   Wire(from);
   auto wire = wires_[from];
+  const bool present = wire->Present();
   wire->SetPresent(false);
   wires_.erase(from);
   wires_[to] = wire;
-  wire->SetPresent(true);
+  wire->SetPresent(present);
 }
 
 void VirtualPorts::SetRefused(int number, bool refused) {

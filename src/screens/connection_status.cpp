@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "conelink/cone_state.h"
 #include "conelink/port_supervision.h"
@@ -24,8 +25,9 @@ constexpr int kWidth = 480;
 constexpr int kMenuHeight = 24;
 constexpr int kMargin = 6;
 constexpr int kGap = 5;
-constexpr int kPanelHeight = 84;
+constexpr int kPanelHeight = 79;
 constexpr int kStepsHeight = 78;
+constexpr int kProgressHeight = 20;
 constexpr int kFooterHeight = 32;
 constexpr double kShareOfDisplay = 0.9;  // as the other windows
 constexpr int kDesignWidth = 800;
@@ -64,8 +66,8 @@ class Stack {
 };
 
 int ContentHeight(std::size_t panels) {
-  return static_cast<int>(panels) * (kPanelHeight + kGap) + kStepsHeight + kGap + kFooterHeight +
-         2 * kMargin;
+  return static_cast<int>(panels) * (kPanelHeight + kGap) + kStepsHeight + kGap + kProgressHeight +
+         kGap + kFooterHeight + 2 * kMargin;
 }
 
 /// A frame grabber's board without a port keeps its place and shows nothing in it.
@@ -95,6 +97,7 @@ void LayOut() {
     ShowPanel(frames, needed && IsShown(frames.panel, setup));
   }
   frmWarning.frmSteps.Where = stack.Next(kStepsHeight);
+  frmWarning.lblProgress.Where = stack.Next(kProgressHeight);
   frmWarning.Label6.Where = stack.Next(kFooterHeight);
   frmWarning.DesignHeight = height + kMenuHeight;
   connection_status.LaidOut = setup;
@@ -120,13 +123,20 @@ void FollowPorts() {
   if (connection_status.Coupled == kTrue) SnapToMain();
 }
 
-/// Counts of a port that was opened again begin at 0.
+/// Edges that the port has lost since the last look.
+std::int64_t NewlyLost(const SerialPort& port, std::int64_t& seen) {
+  const std::int64_t now = port.EdgesLostCount();
+  return now - std::exchange(seen, now);
+}
+
+/// The cone's port counts as long as it is the truck interface's too; what it lost before is not
+/// the truck's.
 std::int64_t EdgesLostInAll() {
   ConnectionStatusState& state = connection_status;
-  const std::int64_t now = TruckPort().EdgesLostCount();
-  if (now < state.EdgesLostNow) state.EdgesLostBefore += state.EdgesLostNow;
-  state.EdgesLostNow = now;
-  return state.EdgesLostBefore + now;
+  state.EdgesLost += NewlyLost(Main.EncoderComm, state.SeenOnTruckPort);
+  const std::int64_t on_cones_port = NewlyLost(Main.ConeComm, state.SeenOnConePort);
+  if (TruckSharesConePort()) state.EdgesLost += on_cones_port;
+  return state.EdgesLost;
 }
 
 void ShowEdgeHealth() {
@@ -138,6 +148,7 @@ void ShowEdgeHealth() {
   const bool all_well = health.lost == 0 && !health.polled && !health.steps_may_be_missing;
   frmWarning.frmSteps.BackColor = all_well ? kGrey : kBlue;
   frmWarning.frmSteps.Caption = all_well ? "DEPTH STEPS: OK" : "DEPTH STEPS MAY BE MISSING";
+  Main.lblStepsSign.Visible = health.lost > 0 || health.steps_may_be_missing;
   frmWarning.lblSteps.Caption = EdgeHealthText(health, settings.DepthUnits, settings.DepthFormat);
 }
 

@@ -51,11 +51,12 @@ WindowPlace BesideMain(const WindowPlace& main, int width, int height, int displ
                        int display_height);
 
 struct ConnectionStatusState {
-  std::int16_t Coupled = -1;  ///< -1 the window follows the console's
-  WindowPlace MainPlace;      ///< of the console's window, as the status window followed it last
-  LinkSetup LaidOut;          ///< what the panels were laid out for
-  std::int64_t EdgesLostBefore = 0;  ///< of openings of the truck's port that are over
-  std::int64_t EdgesLostNow = 0;     ///< of the last one, as read last
+  std::int16_t Coupled = -1;   ///< -1 the window follows the console's
+  WindowPlace MainPlace;       ///< of the console's window, as the status window followed it last
+  LinkSetup LaidOut;           ///< what the panels were laid out for
+  std::int64_t EdgesLost = 0;  ///< of the truck interface, in all
+  std::int64_t SeenOnTruckPort = 0;  ///< edges lost on `EncoderComm` as of the last look
+  std::int64_t SeenOnConePort = 0;   ///< the same on `ConeComm`
 };
 inline ConnectionStatusState connection_status;
 

@@ -108,24 +108,29 @@ std::vector<std::string> OverlayWords() {
   return {settings.LumenProbePresent == 2 ? kSameAsTruck : kOff};
 }
 
-void FillLists() {
-  reset_comms.Ports = ExistingPorts();
-  FillList(TruckList().box, {kAutoDetect, kSameAsCone, kOff}, true);
-  FillList(ASCIIList().box, {kAutoDetect, kOff}, true);
-  FillList(OverlayList().box, OverlayWords(), OverlayHasPort());
-  for (const PortList& list : {TruckList(), ASCIIList(), OverlayList()}) ShowChosen(list);
-}
-
 std::string PortText(int port) {
   return port > 0 ? PlainNumber(port) : kOff;
 }
 
-std::string InUseText(int port, std::int16_t lost) {
-  return PortText(port) + (port > 0 && lost == kTrue ? ", LOST" : "");
-}
+// What runs.
 
 bool TruckIsOnConesPort() {
   return settings.TruckInterfaceSerialPort == settings.ConeSerialPort;
+}
+
+/// The list's entry of what runs; none for a truck interface whose number the cone has taken.
+std::string RunningTruck() {
+  if (ConeTookTheTrucksNumber()) return {};
+  return TruckIsOnConesPort() ? kSameAsCone : PortText(settings.TruckInterfaceSerialPort);
+}
+
+std::string RunningOverlay() {
+  if (OverlayHasPort()) return PortText(settings.VideoOverlaySerialPort);
+  return OverlayWords().front();
+}
+
+std::string InUseText(int port, std::int16_t lost) {
+  return PortText(port) + (port > 0 && lost == kTrue ? ", LOST" : "");
 }
 
 std::string OverlayInUseText() {
@@ -141,6 +146,28 @@ void ShowInUse() {
       InUseText(settings.TruckInterfaceSerialPort, cone.TruckPortLost);
   form.lblASCIIOutSerialPort.Caption = InUseText(settings.ASCIIOutSerialPort, cone.ASCIIPortLost);
   form.lblVideoOverlaySerialPort.Caption = OverlayInUseText();
+}
+
+/// Links move while the screen is open: what the operator has not chosen follows them. `asked` is
+/// the list whose new selection is still to be judged; none where it is a null pointer.
+void FollowLinks(const ComboBox* asked) {
+  const std::pair<PortList, std::string> links[] = {
+      {TruckList(), RunningTruck()},
+      {ASCIIList(), PortText(settings.ASCIIOutSerialPort)},
+      {OverlayList(), RunningOverlay()}};
+  for (const auto& [list, running] : links) {
+    if (!list.choice.Chosen) list.choice.Text = running;
+    if (&list.box != asked) ShowChosen(list);
+  }
+  ShowInUse();
+}
+
+void FillLists() {
+  reset_comms.Ports = ExistingPorts();
+  FillList(TruckList().box, {kAutoDetect, kSameAsCone, kOff}, true);
+  FillList(ASCIIList().box, {kAutoDetect, kOff}, true);
+  FillList(OverlayList().box, OverlayWords(), OverlayHasPort());
+  FollowLinks(nullptr);
 }
 
 void TellThatPortsHaveChanged() {
@@ -220,6 +247,7 @@ void AutoDetect(PortList (*of)(), int own) {
 /// What all lists have in common; true when the selection is dealt with.
 bool DealtWith(PortList (*of)(), int own) {
   const PortList list = of();
+  FollowLinks(&list.box);
   if (list.box.Text == kAutoDetect) {
     AutoDetect(of, own);
     return true;
@@ -250,9 +278,18 @@ void Request(PortRequest& request, const PortChoice& choice, int number) {
   request = {kTrue, static_cast<std::int16_t>(number)};
 }
 
-bool ChosenPortIsGone(const PortChoice& choice) {
+/// The chosen port has vanished, or the cone has come up on it meanwhile.
+bool IsOutOfDate(const PortChoice& choice) {
   const int port = NumberOf(choice.Text);
-  return choice.Chosen && port > 0 && !EnumSerPorts(port);
+  if (!choice.Chosen || port <= 0) return false;
+  const bool is_cones = port == settings.ConeSerialPort && choice.Text != kSameAsCone;
+  return is_cones || !EnumSerPorts(port);
+}
+
+/// Only a board on the truck interface's port keeps the number of a port of its own.
+int OverlayNumber() {
+  if (settings.LumenProbePresent == 2) return settings.VideoOverlaySerialPort;
+  return NumberOf(reset_comms.Overlay.Text);
 }
 
 void LeaveRequests() {
@@ -261,8 +298,7 @@ void LeaveRequests() {
   Request(sounding.TruckPortRequest, chosen.Truck,
           truck_off ? kNoTruckPort : NumberOf(chosen.Truck.Text));
   Request(sounding.ASCIIPortRequest, chosen.ASCIIOut, NumberOf(chosen.ASCIIOut.Text));
-  Request(sounding.VideoPortRequest, chosen.Overlay,
-          OverlayHasPort() ? NumberOf(chosen.Overlay.Text) : settings.VideoOverlaySerialPort);
+  Request(sounding.VideoPortRequest, chosen.Overlay, OverlayNumber());
 }
 
 /// The status window may have come to the front on the way here.
@@ -290,13 +326,7 @@ void OpenResetComms() {
 
 void frmResetComms_Load() {
   reset_comms = ResetCommsState{};
-  reset_comms.Truck.Text =
-      TruckIsOnConesPort() ? kSameAsCone : PortText(settings.TruckInterfaceSerialPort);
-  reset_comms.ASCIIOut.Text = PortText(settings.ASCIIOutSerialPort);
-  reset_comms.Overlay.Text =
-      OverlayHasPort() ? PortText(settings.VideoOverlaySerialPort) : OverlayWords().front();
   FillLists();
-  ShowInUse();
 }
 
 void frmResetComms_cmbTruckInterfaceSerialPort_Click() {
@@ -359,8 +389,8 @@ void frmResetComms_cmbVideoOverlaySerialPort_Click() {
 
 void frmResetComms_cmdOK_Click() {
   const ResetCommsState& chosen = reset_comms;
-  if (ChosenPortIsGone(chosen.Truck) || ChosenPortIsGone(chosen.ASCIIOut) ||
-      ChosenPortIsGone(chosen.Overlay)) {
+  if (IsOutOfDate(chosen.Truck) || IsOutOfDate(chosen.ASCIIOut) || IsOutOfDate(chosen.Overlay)) {
+    reset_comms = ResetCommsState{};  // one choice may stand on another: all are made again
     return TellThatPortsHaveChanged();
   }
   LeaveRequests();

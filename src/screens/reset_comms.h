@@ -40,8 +40,8 @@ void frmResetComms_Load();
 void frmResetComms_cmbTruckInterfaceSerialPort_Click();
 void frmResetComms_cmbASCIIOutSerialPort_Click();
 void frmResetComms_cmbVideoOverlaySerialPort_Click();
-/// Hands what was chosen to the main loop. A chosen port that is not there any more keeps the
-/// screen open.
+/// Hands what was chosen to the main loop. A chosen port that is not there any more, or on which
+/// the cone answers meanwhile, keeps the screen open, and the lists show again what runs.
 void frmResetComms_cmdOK_Click();
 void frmResetComms_cmdCancel_Click();
 

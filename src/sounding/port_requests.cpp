@@ -47,8 +47,9 @@ bool ServeOverlay() {
   if (request.Requested == 0) return false;
   request.Requested = 0;
   settings.VideoOverlaySerialPort = request.NewPort;
-  if (settings.LumenProbePresent != 2)
+  if (settings.LumenProbePresent == 1) {
     MovePort(Main.VideoOverlayComm, request.NewPort, "9600,N,8,1", cone.VideoPortLost);
+  }
   ResendOverlayScreen();
   return true;
 }

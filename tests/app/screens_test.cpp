@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
+#include <map>
+#include <sstream>
+#include <string>
 
 #include "forms/main_form.h"
 #include "forms/start_up_form.h"
@@ -30,6 +34,7 @@ struct RoomWatch {
       for (const QSize& display : kDisplays) {
         ExpectNothingCut(window, display);
         ExpectNoOverlap(window, display);
+        ExpectAllInReach(window, display);
       }
     }
     UseTranslation(nullptr);
@@ -47,13 +52,54 @@ SessionResult PlayWatched(const std::string& file, VirtualSession& session, Room
   return session.Play(ParseScript(file, ProjectFile("operator/scripts/" + file)), std::move(hands));
 }
 
-TEST(Screens, OfTheDemoCutNothingAtAnySize) {
-  VirtualSession session(MakeRigSetup("dcs"), {});
-  RoomWatch watch;
-  const SessionResult result = PlayWatched("demo.txt", session, watch);
-  EXPECT_EQ(result.exit_code, 0) << result.report;
-  EXPECT_GE(watch.looks, 13);
+struct PlayRow {
+  const char* name;
+  const char* file;
+  bool outputs;  ///< set up with ports for both outputs that are not there
+  int looks;
+};
+
+/// The settings that come with the program, but with the ports COM21 and COM22 for the outputs.
+void WriteOutputSettings() {
+  constexpr char kSettings[] = "System Setup Values.txt";
+  const std::string folder = VirtualSession::DataDirectory();
+  TheDisk().MakeFolder(folder);
+  const QDir data(QString(PENLOG_SOURCE_DIR) + "/data");
+  for (const QString& name : data.entryList({"*.txt", "*.asc"})) {
+    const std::string file = name.toStdString();
+    ReplaceFile(JoinPath(folder, file), ProjectFile("data/" + file));
+  }
+  const std::map<int, std::string> numbers = {
+      {22, "1"}, {41, "3"}, {42, "4"}, {55, "21"}, {56, "22"}};
+  std::string changed;
+  std::istringstream lines(ProjectFile(std::string("data/") + kSettings));
+  int number = 0;
+  for (std::string line; std::getline(lines, line);) {
+    const auto found = numbers.find(++number);
+    const auto digits = line.find_first_not_of("0123456789");
+    changed += (found == numbers.end() ? line : found->second + line.substr(digits)) + "\n";
+  }
+  ReplaceFile(JoinPath(folder, kSettings), changed);
 }
+
+class EachScript : public testing::TestWithParam<PlayRow> {};
+
+TEST_P(EachScript, CutsNothingAtAnySize) {
+  VirtualSession session(MakeRigSetup("dcs"), {});
+  if (GetParam().outputs) WriteOutputSettings();
+  RoomWatch watch;
+  const SessionResult result = PlayWatched(GetParam().file, session, watch);
+  EXPECT_EQ(result.exit_code, 0) << result.report;
+  EXPECT_EQ(watch.looks, GetParam().looks);
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, EachScript,
+                         testing::Values(PlayRow{"Demo", "demo.txt", false, 15},
+                                         PlayRow{"PortsPictures", "ports_pictures.txt", false, 6},
+                                         PlayRow{"MainPictures", "main_pictures.txt", false, 8},
+                                         PlayRow{"OutputPorts", "output_ports.txt", true, 2},
+                                         PlayRow{"Guide", "guide.txt", false, 14}),
+                         [](const testing::TestParamInfo<PlayRow>& row) { return row.param.name; });
 
 TEST(Screens, ChangingTheColoursLosesNoRow) {
   const auto rows_with = [](const std::string& lines) {

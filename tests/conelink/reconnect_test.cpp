@@ -466,6 +466,7 @@ TEST_F(Reconnect, ConeThatComesUnderTheNumberOfATruckPortThatIsGoneLeavesItLost)
   PostCall(Now() + kMillisecond, this, [this] {  // behind the look at the ports
     ends_.clear();
     world.ports.Renumber(5, 4);
+    world.ports.Wire(4).SetPresent(true);
     ConeAt(4);
   });
   ReconnectSerial();

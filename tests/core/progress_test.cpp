@@ -5,6 +5,7 @@
 
 #include "forms/main_form.h"
 #include "forms/start_up_form.h"
+#include "forms/warning_form.h"
 #include "support/world.h"
 
 namespace penlog {
@@ -34,8 +35,10 @@ TEST(Progress, GoesWithItsEnd) {
   World world;
   ShowProgress("PORT", 1, 2);
   EXPECT_EQ(Main.lblProgress.Caption, "PORT 1 OF 2");
+  EXPECT_EQ(frmWarning.lblProgress.Caption, "PORT 1 OF 2");
   EndProgress();
   EXPECT_EQ(Main.lblProgress.Caption, "");
+  EXPECT_EQ(frmWarning.lblProgress.Caption, "");
   EXPECT_EQ(StartUp.lblProgress.Caption, "");
   EXPECT_FALSE(StartUp.shpProgressGround.Visible);
 }

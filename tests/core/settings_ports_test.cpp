@@ -27,7 +27,7 @@ std::vector<std::string> SampleWithPorts() {
 }
 
 TEST(SavedPorts, ChangeTheirThreeLinesAndNothingElse) {
-  for (const std::size_t layout : {62, 61, 56}) {
+  for (const std::size_t layout : {62U, 61U, 56U}) {
     PortNumbers world;
     world.PutSetup(Lines(SampleValues(), layout));
     SavePortNumbers();

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "app/wiring.h"
+#include "conelink/cone_state.h"
+#include "display/alarms.h"
 #include "display/graph_world.h"
 #include "forms/enlarged_graph_form.h"
 #include "sounding/quits.h"
@@ -47,6 +49,22 @@ TEST(EnlargedGraphScreen, OpensByAClickWhileRowsAreRecorded) {
   EXPECT_EQ(EnlargedGraph.lblGraphYmax.Caption, "1");
   EXPECT_FALSE(EnlargedGraph.frmSetXAxis.Visible);
   EXPECT_EQ(EnlargedGraph.pctGraph.traces.at(0).points, Main.pctGraph(2).traces.at(0).points);
+}
+
+TEST(EnlargedGraphScreen, StandsBesideTheDepthAndBelowTheStrip) {
+  EnlargedWorld world;
+  const auto moves = EnlargedGraph.Moves();
+  world.Open();
+  EXPECT_EQ(EnlargedGraph.Moves(), moves) << "the console's place is not known yet";
+  Unload(EnlargedGraph);
+  Main.Window = {100, 50, 1000, 800};
+  world.Open();
+  EXPECT_EQ(EnlargedGraph.Window, (WindowPlace{560, 226, 540, 624}));
+  EXPECT_EQ(EnlargedGraph.Moves(), moves + 1);
+  Unload(EnlargedGraph);
+  EnlargedGraph.Window = {0, 0, 900, 700};  // put elsewhere by hand
+  world.Open();
+  EXPECT_EQ(EnlargedGraph.Window, (WindowPlace{560, 226, 540, 624}));
 }
 
 TEST(EnlargedGraphScreen, OpensInNoOtherMode) {
@@ -248,6 +266,31 @@ TEST(EnlargedGraphScreen, MakesWayForAQuitOnceAsItComesUp) {
   world.Open();
   CheckQuits();
   EXPECT_TRUE(EnlargedGraph.Visible);
+}
+
+TEST(EnlargedGraphScreen, MakesWayForANewAlarm) {
+  void (*const raised[])() = {
+      [] { cone.ConeLinkUp = kFalse; },
+      [] { cone.ConePortLost = kTrue; },
+      [] { cone.TruckPortLost = kTrue; },
+      [] { sounding.RowsHeldBack = 3; },
+  };
+  for (const auto raise : raised) {
+    EnlargedWorld world;
+    cone.ConeLinkUp = kTrue;
+    FollowAlarms();
+    world.Open();
+    world.SetRange("0", "50");
+    FollowAlarms();
+    EXPECT_TRUE(EnlargedGraph.Visible);
+    raise();
+    FollowAlarms();
+    EXPECT_FALSE(EnlargedGraph.Visible);
+    EXPECT_EQ(Main.lblGraphxMax(2).Caption, "50") << "the console's chart has taken it over";
+    world.Open();
+    FollowAlarms();
+    EXPECT_TRUE(EnlargedGraph.Visible) << "what stands on is not new";
+  }
 }
 
 }  // namespace

@@ -149,6 +149,17 @@ TEST(GraphData, RangeFollowsQtWhereItIsShown) {
   EXPECT_EQ(display.GraphShownMax[1], 9);
 }
 
+TEST(GraphData, ValueOnARoundNumberTakesTheNextStep) {
+  GraphWorld tip;
+  tip.Record(0.25F, {{1, 9}});
+  EXPECT_EQ(display.GraphShownMax[1], 10);
+  GraphWorld qt;
+  settings.TipPlotValues = 1;
+  qt.Record(0.25F, {{1, 4}}, 9);
+  EXPECT_EQ(display.GraphShownMax[1], 10);
+  EXPECT_EQ(Main.lblGraphxMax(1).Caption, "10");
+}
+
 TEST(GraphData, QtGetsASegmentWithEachRowAndTheOtherPorePressuresNone) {
   GraphWorld world({1, 3});
   settings.TipPlotValues = settings.CombinePPPlots = 1;
@@ -203,6 +214,49 @@ TEST(GraphDepthAxis, CountsInFeet) {
   EXPECT_EQ(display.GraphDepthMax, 2);
   EXPECT_EQ(Main.lblGraphYmax.Caption, "2");
   EXPECT_NEAR(world.Drawn(1, GraphSeries::Main).at(1).y, 0.5 * 3.281 / 2, 1e-5);
+}
+
+/// The required formula multiplies what lies below the start and not the start.
+TEST(GraphDepthAxis, InFeetHoldsEveryRowWhateverTheStart) {
+  struct Row {
+    float depth, top, bottom, place;
+  };
+  const std::pair<float, std::vector<Row>> soundings[] = {
+      {-12,
+       {{-11.5F, -12, -10, 0.5F * 3.281F / 2},
+        {-10, -12, -5, 2 * 3.281F / 7},
+        {-4, -15, 25, 11 * 3.281F / 40},  // 14.2 ft move the start out, and so ask for 21.1
+        {-2, -15, 30, 13 * 3.281F / 45}}},
+      {-0.5F, {{0, -1, 3, 3.281F / 4}, {1.5F, -1, 8, 2.5F * 3.281F / 9}}},
+      {3, {{3.25F, 3, 11, 0.25F * 3.281F / 8}, {5, 2, 18, 3 * 3.281F / 16}}},
+  };
+  for (const auto& [start, rows] : soundings) {
+    GraphWorld world;
+    settings.DepthUnits = 1;
+    session.StartDepth = start;
+    StartDepthAxis();
+    world.AddRow(start, {{1, 4.5F}});
+    for (const Row& row : rows) {
+      SCOPED_TRACE(testing::Message() << row.depth << " m from " << start);
+      world.Record(row.depth, {{1, 4.5F}});
+      EXPECT_EQ(display.GraphDepthMin, row.top);
+      EXPECT_EQ(display.GraphDepthMax, row.bottom);
+      EXPECT_NEAR(world.Drawn(1, GraphSeries::Main).back().y, row.place, 1e-5);
+    }
+  }
+}
+
+TEST(GraphDepthAxis, TargetOfAResumeInFeetIsHeldFromAStartBelowZero) {
+  GraphWorld world;
+  settings.DepthUnits = 1;
+  session.StartDepth = sounding.CurrentDepth = -3;
+  StartDepthAxis();
+  session.ResumeDepthStatus = 1;
+  session.ResumeTargetDepth = 1;
+  sounding.ConsoleMode = 1;
+  GraphData();
+  EXPECT_EQ(display.GraphDepthMin, -4);
+  EXPECT_EQ(display.GraphDepthMax, 14);  // 5 m below the axis' start are 16.4 ft
 }
 
 TEST(GraphDepthAxis, IsNegatedForElevations) {

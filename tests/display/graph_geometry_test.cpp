@@ -238,10 +238,21 @@ TEST(GraphAxes, HaveGreyLinesAcrossWithGridlines) {
   const auto lines = AxisLines(1);
   EXPECT_EQ(Count(lines, DrawStep::Kind::Line, Colour{200, 200, 200}), 4 + 5);
   EXPECT_EQ(Count(lines, DrawStep::Kind::Tick, kBlack), 2 * 4 + 2 * 5);
-  EXPECT_EQ(lines[0].x1, 0.25);
-  EXPECT_EQ(lines[0].x2, 0.25);
-  EXPECT_EQ(lines[0].y1, 0);
-  EXPECT_EQ(lines[0].y2, 1);
+  const auto expect_line = [](const DrawStep& line, double x1, double y1, double x2, double y2) {
+    EXPECT_EQ(line.kind, DrawStep::Kind::Line);
+    EXPECT_EQ(line.x1, x1);
+    EXPECT_EQ(line.y1, y1);
+    EXPECT_EQ(line.x2, x2);
+    EXPECT_EQ(line.y2, y2);
+  };
+  for (std::size_t i = 1; i <= 4; ++i) {
+    const double x = static_cast<double>(i) / 4;
+    expect_line(lines[i - 1], x, 0, x, 1);
+  }
+  for (std::size_t i = 1; i <= 5; ++i) {
+    const double y = static_cast<double>(i) / 5;
+    expect_line(lines[i + 3], 0, y, 1, y);
+  }
 }
 
 TEST(GraphAxes, ZeroLineStandsOnlyWhereTheAxisGoesBelow) {

@@ -55,6 +55,7 @@ TEST(Script, RefusesWhatItDoesNotKnow) {
       {"click b", "s:1: \"b\" is not SCREEN.CONTROL"},
       {"wait soon", "s:1: \"wait\" needs seconds"},
       {"wait -1", "s:1: \"wait\" needs seconds"},
+      {"disk perhaps", "s:1: \"disk\" is \"full\" or \"free\""},
       {"answer maybe \"x\"", "s:1: \"maybe\" is no answer"},
       {"type A.b \"open", "s:1: a quote is not closed"},
       {"expect A.b ~[", "s:1: \"~[\" is no pattern"},

@@ -4,9 +4,12 @@
 #include "forms/cone_settings_form.h"
 #include "forms/create_new_directory_form.h"
 #include "forms/main_form.h"
+#include "forms/reset_comms_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
+#include "forms/specify_ascii_out_form.h"
 #include "forms/specify_truck_interface_form.h"
+#include "forms/specify_video_overlay_form.h"
 #include "forms/start_up_form.h"
 #include "forms/warning_form.h"
 
@@ -113,6 +116,13 @@ inline void FillSetups() {
   frmSpecifyTruckInterface.cmbTruckInterfaceSerialPort.Beside = {"/dev/ttyUSB0", "/dev/ttyUSB1",
                                                                  "rfc2217://192.168.0.20:4000"};
   frmSpecifyTruckInterface.cmbTruckInterfaceSerialPort.ListIndex = 1;
+  for (ComboBox* box : {&frmSpecifyASCIIOut.cmbASCIIOutSerialPort,
+                        &frmSpecifyVideoOverlay.cmbVideoOverlaySerialPort,
+                        &frmResetComms.cmbTruckInterfaceSerialPort}) {
+    box->List = frmSpecifyTruckInterface.cmbTruckInterfaceSerialPort.List;
+    box->Beside = frmSpecifyTruckInterface.cmbTruckInterfaceSerialPort.Beside;
+    box->ListIndex = 2;
+  }
   frmSpecifyTruckInterface.lblConeSerialPort.Caption = "4";
   frmSpecifyTruckInterface.lblASCIIOutSerialPort.Caption = "0";
   frmSpecifyTruckInterface.lblVideoOverlaySerialPort.Caption = "0";

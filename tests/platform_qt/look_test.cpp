@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTextStream>
@@ -131,17 +132,18 @@ TEST(Look, ArrangementsKeepToItsGaps) {
   const QString folder = QString(PENLOG_SOURCE_DIR) + "/src/platform/qt/ui/";
   const QRegularExpression gap(
       "name=\"(\\w*(?:Margin|Spacing|spacing))\">\\s*<number>(\\d+)</number>");
-  for (const char* name : {"main", "start_up", "setup_sounding", "setup_display", "warning",
-                           "cone_settings", "restart", "create_new_directory"}) {
-    QFile file(folder + name + ".ui");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+  const QStringList files = QDir(folder).entryList({"*.ui"});
+  EXPECT_EQ(static_cast<std::size_t>(files.size()), AllForms().size());  // each screen has its own
+  for (const QString& name : files) {
+    QFile file(folder + name);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
     auto found = gap.globalMatch(QString::fromUtf8(file.readAll()));
-    EXPECT_TRUE(found.hasNext()) << name;
+    EXPECT_TRUE(found.hasNext()) << name.toStdString();
     while (found.hasNext()) {
       const int pixels = found.next().captured(2).toInt();
       const auto& gaps = LookGaps();
       EXPECT_NE(std::find(gaps.begin(), gaps.end(), pixels), gaps.end())
-          << name << ".ui: " << pixels;
+          << name.toStdString() << ": " << pixels;
     }
   }
 }

@@ -22,7 +22,8 @@ std::string Replaced(std::string text, std::string_view from, const std::string&
 
 Script ScriptOf(const SoundingPlan& plan, const std::string& folder) {
   const std::string text = ProjectFile("tests/real_time/" + plan.script);
-  return ParseScript(plan.script, Replaced(text, "@FOLDER@", folder));
+  const std::string whole = Replaced(text, "@BODY@", plan.body);
+  return ParseScript(plan.script, Replaced(whole, "@FOLDER@", folder));
 }
 
 std::string SettingsText(std::string_view first_run, const std::map<int, std::string>& settings) {
@@ -63,6 +64,20 @@ PlayerHands KeepingHands(Played& played, const std::string& data) {
   return hands;
 }
 
+/// Orders to the session's own rig, and to the test.
+std::function<std::string(const std::string&)> RigHand(const SoundingPlan& plan,
+                                                       RealSession& session) {
+  return [&plan, &session](const std::string& words) -> std::string {
+    if (plan.test && words.starts_with("test ")) {
+      plan.test(words.substr(5));
+      return {};
+    }
+    std::string reply;
+    if (session.TheRig().Command(words, reply)) return {};
+    return reply.empty() ? "refused" : reply;
+  };
+}
+
 void KeepFiles(Played& played, const std::string& data) {
   for (const auto& entry : TheDisk().List(played.folder)) {
     if (EndsWithNoCase(entry.name, ".cpt")) {
@@ -71,6 +86,7 @@ void KeepFiles(Played& played, const std::string& data) {
   }
   played.temporary_end = ContentOf(JoinPath(data, "TemporaryData.txt"));
   played.parameters = ContentOf(JoinPath(data, "Last Sounding Parameters.txt"));
+  played.settings = ContentOf(JoinPath(data, "System Setup Values.txt"));
 }
 
 }  // namespace
@@ -91,20 +107,22 @@ Played PlayVirtual(const SoundingPlan& plan) {
   return played;
 }
 
-Played PlayReal(const SoundingPlan& plan, bool cone_on_network) {
+Played PlayReal(const SoundingPlan& plan, bool on_network) {
   const TempFolder place;
   Played played;
   RealSessionSetup setup;
   setup.rig = plan.rig;
-  setup.cone_on_network = cone_on_network;
+  setup.cone_on_network = setup.idle_on_network = on_network;
   setup.folder = place.Path();
   setup.idle_ports = plan.idle_ports;
   RealSession session(setup);
   played.folder = place / "soundings";
   TheDisk().MakeFolder(played.folder);
   LayDownData(session.DataFolder(), plan);
-  played.exit_code = session.Play(ScriptOf(plan, played.folder),
-                                  KeepingHands(played, session.DataFolder()), played.report);
+  if (plan.begin) plan.begin(session);
+  PlayerHands hands = KeepingHands(played, session.DataFolder());
+  hands.rig = RigHand(plan, session);
+  played.exit_code = session.Play(ScriptOf(plan, played.folder), std::move(hands), played.report);
   KeepFiles(played, session.DataFolder());
   played.log = session.TheRig().log.Records();
   return played;

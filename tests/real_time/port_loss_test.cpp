@@ -1,42 +1,279 @@
-// Ports that are lost and come back in real time, on a pseudo terminal and over the network, among
-// eight that are present: the console is there again without a touch within 30 s of the return.
+// Links that are lost and come back in real time while rows are recorded, the cone and the outputs
+// on pseudo terminals or on the network, the truck interface on the network, among eight ports that
+// are present: the console is there again without a touch within 30 s of the return.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <set>
 
+#include "app/real_session.h"
+#include "fieldio/ascii_out.h"
+#include "forms/main_form.h"
 #include "platform/numbers.h"
+#include "real_time/loss_watch.h"
 #include "real_time/played.h"
 #include "real_time/sounding_lines.h"
+#include "sounding/sounding_state.h"
 
 namespace penlog {
 namespace {
 
-constexpr double kStep = 0.02;  // m
-constexpr int kIdlePorts = 6;   // with the cone's and the truck interface's: eight
+constexpr int kFirstIdlePort = 11;
+constexpr int kIdlePorts = 6;           // with the cone's and the truck interface's: eight
+constexpr double kCentimetre = 0.0051;  // m: the working copy gives depths in whole ones
+constexpr double kRounding = 0.06;      // steps
+constexpr std::size_t kASCIIPort = 54;  // line of the settings, from 0
 
-struct PortLossInRealTime : testing::TestWithParam<bool> {};
+const char* const kConeLost = R"(expect frmWarning.frmSerialWarning visible 10
+expect frmWarning.frmModuleWarning visible
+expect Main.lblState "LINK LOST"
+)";
+const char* const kConeWell = R"(expect frmWarning.frmSerialConnected visible
+expect frmWarning.frmSerialWarning hidden
+expect frmWarning.frmModulesConnected visible
+expect frmWarning.frmModuleWarning hidden
+expect Main.lblState "RECORDING"
+)";
+const char* const kTruckLost = "expect frmWarning.frmEncoderWarning visible 10\n";
+const char* const kTruckWell = R"(expect frmWarning.frmEncoderConnected visible
+expect frmWarning.frmEncoderWarning hidden
+expect frmWarning.frmSteps "DEPTH STEPS MAY BE MISSING"
+)";
 
-TEST_P(PortLossInRealTime, IsOverWithin30SecondsOfTheReturnAndRowsGoOn) {
-  SoundingPlan plan;
-  plan.script = "port_loss.txt";
-  plan.settings = {{41, "3"}, {42, "4"}};
-  plan.idle_ports = kIdlePorts;
-  const Played run = PlayReal(plan, GetParam());
-  ASSERT_EQ(run.exit_code, 0) << run.report;
-  const CptFile file = TakeApart(run.cpt);
-  ASSERT_GT(file.rows.size(), 8U);
-  int gaps = 0;
-  int off_the_grid = 0;
-  double before = 0;
-  for (const std::string& row : file.rows) {
-    const double steps = LeadingNumber(row) / kStep;
-    EXPECT_GT(steps, before + 0.2) << row;
-    if (steps > before + 1.5) ++gaps;
-    if (std::fabs(steps - std::round(steps)) > 0.06) ++off_the_grid;
-    before = steps;
+/// The script of one loss, over within 30 s of the return.
+std::string LossText(const std::string& name, const std::string& away, const std::string& back,
+                     const std::string& after, const char* how = "") {
+  return "rig test lost " + name + "\n" + away + back + "rig test back" + how +
+         "\nexpect LossWatch.lblOver \"" + name + "\" 30\n" + after;
+}
+
+struct PortLossInRealTime : testing::TestWithParam<bool> {
+  PortLossInRealTime() {
+    plan.script = "recording.txt";
+    plan.settings = {{41, "3"}, {42, "4"}};
+    plan.idle_ports = kIdlePorts;
+    plan.begin = [this](RealSession& its) { Begin(its); };
+    plan.test = [this](const std::string& words) { Test(words); };
   }
-  EXPECT_LE(gaps, 1) << "rows are missing where the cone was away alone";
-  EXPECT_LE(off_the_grid, 1) << "a row that was due in the loss is taken with the first reading";
+
+  void Begin(RealSession& its) {
+    session = &its;
+    for (int port = kFirstIdlePort; port < kFirstIdlePort + kIdlePorts; ++port) {
+      WireEnd& wire = its.IdleWire(port);
+      wire.OnBytes = [this, port](std::string_view bytes) { heard[port] += bytes; };
+      wire.OnOpened = [this, port](const PortSettings& settings) {
+        opened.insert(port);
+        bauds[port] = settings.baud;
+      };
+      wire.OnClosed = [this, port] { opened.erase(port); };
+    }
+  }
+
+  void Test(const std::string& words) {
+    if (watch.Take(words)) return;
+    const auto act = acts.find(words);
+    if (act == acts.end()) {
+      ADD_FAILURE() << "the test knows no \"" << words << "\"";
+    } else {
+      act->second();
+    }
+  }
+
+  void Plug(std::initializer_list<int> ports, bool present) {
+    for (const int port : ports) session->IdleWire(port).SetPresent(present);
+  }
+
+  /// Plays `body`, and judges the losses and the rows.
+  void Play(const std::string& body) {
+    plan.body = body;
+    run = PlayReal(plan, GetParam());
+    std::cout << watch.Table(GetParam() ? "network" : "pseudo terminal");
+    ASSERT_EQ(run.exit_code, 0) << run.report << "\n" << body;
+    for (const Loss& loss : watch.Losses()) EXPECT_GE(loss.over, loss.back) << loss.name;
+    file = TakeApart(run.cpt);
+    file.rows.push_back(file.last);  // no final baseline was taken
+    const auto taken = TemporaryRows(run.temporary);
+    ASSERT_GE(file.rows.size(), taken.size());
+    for (std::size_t row = 0; row < taken.size(); ++row) {
+      EXPECT_NEAR(LeadingNumber(file.rows[row]), LeadingNumber(taken[row]), kCentimetre)
+          << "row " << row + 1;
+    }
+    ExpectRows();
+  }
+
+  /// Each row stands between its depth on the grid and the next, and none is missing but where the
+  /// cone was away.
+  void ExpectRows() const {
+    int gaps = 0;
+    double before = 0;
+    for (std::size_t row = 0; row < file.rows.size(); ++row) {
+      EXPECT_EQ(FieldsOf(file.rows[row]).size(), file.channels.size()) << file.rows[row];
+      const double number = std::floor(LeadingNumber(file.rows[row]) / step + kRounding);
+      EXPECT_GE(number, before + 1) << "twice: " << file.rows[row];
+      if (!ConeWasAwayAt(row)) {
+        EXPECT_EQ(number, before + 1) << "above " << file.rows[row];
+      } else if (number > before + 1) {
+        ++gaps;
+      }
+      before = number;
+    }
+    int away = 0;
+    for (const Loss& loss : watch.Losses()) away += loss.cone_was_lost ? 1 : 0;
+    EXPECT_LE(gaps, away);
+  }
+
+  /// A row that was due in the loss is taken with the first reading behind it.
+  bool ConeWasAwayAt(std::size_t row) const {
+    const auto number = static_cast<std::int32_t>(row);
+    for (const Loss& loss : watch.Losses()) {
+      if (!loss.cone_was_lost) continue;
+      if (number >= loss.rows_at_loss && number <= loss.rows_at_return + 1) return true;
+    }
+    return false;
+  }
+
+  SoundingPlan plan;
+  double step = 0.02;  ///< m between rows
+  LossWatch watch;
+  std::map<std::string, std::function<void()>> acts;  ///< by their words
+  RealSession* session = nullptr;
+  std::map<int, std::string> heard;
+  std::map<int, int> bauds;
+  std::set<int> opened;
+  Played run;
+  CptFile file;
+};
+
+TEST_P(PortLossInRealTime, OfTheConeUnderAnotherNumberAndOfTheTruckInterface) {
+  Play("rig push 1\nwait 3\n" +
+       LossText("cone's port away, back as COM20",
+                std::string("rig unplug cone\n") + kConeLost + "wait 3\n",
+                "rig replug cone 20 0.1s\nwait 0.2\n", kConeWell) +
+       LossText("truck's port away, back",
+                std::string("rig unplug truck\n") + kTruckLost +
+                    "expect Main.lblState \"TRUCK LINK LOST\"\nwait 3\n",
+                "rig plug truck\n", kTruckWell));
+}
+
+TEST_P(PortLossInRealTime, OfConeAndTruckInterfaceAtOnceAndOfTheConeForTenSeconds) {
+  Play("rig push 1\nwait 3\n" +
+       LossText(
+           "cone's and truck's ports away, both back",
+           std::string("rig unplug cone\nrig unplug truck\n") + kConeLost + kTruckLost + "wait 3\n",
+           "rig plug truck\nrig plug cone\n", std::string(kConeWell) + kTruckWell) +
+       LossText("cone's port away for 10 s, back",
+                std::string("rig unplug cone\n") + kConeLost + "wait 10\n", "rig plug cone\n",
+                kConeWell));
+}
+
+TEST_P(PortLossInRealTime, OfAConeThatIsGoneForAMomentSilentFrozenOrGarbled) {
+  Play("rig push 1\nwait 3\n" +
+       LossText("cone's port away for a moment", "rig unplug cone\nwait 0.1\n", "rig plug cone\n",
+                kConeWell) +
+       LossText("cone silent",
+                "rig fault silent\nexpect Main.lblState \"LINK LOST\"\n"
+                "expect frmWarning.frmModuleWarning visible\nwait 3\n",
+                "rig fault silent off\n", kConeWell) +
+       LossText("cone frozen", "rig fault frozen\nwait 3\n", "rig fault frozen off\n", kConeWell) +
+       LossText("one reply garbled", "rig fault garbled 1\n", "wait 0.5\n", kConeWell));
+}
+
+// The rods go past the first metre, below which limits count, with a way up in place of a rod
+// break.
+TEST_P(PortLossInRealTime, OfTheTruckInterfaceUnderALatchedQuitHoldsTheRigAndCountsNothing) {
+  step = 0.1;
+  plan.settings[21] = "0.1";
+  float depth = 0;
+  acts["keep the depth"] = [&] { depth = sounding.CurrentDepth; };
+  acts["the depth is the same"] = [&] { EXPECT_EQ(sounding.CurrentDepth, depth); };
+  acts["the quit holds the rig"] = [&] {
+    EXPECT_EQ(sounding.QuitState, 1);
+    EXPECT_TRUE(session->TheRig().truck.Rts());
+  };
+  acts["nothing holds the rig"] = [&] { EXPECT_FALSE(session->TheRig().truck.Rts()); };
+  acts["a push waits"] = [&] { EXPECT_TRUE(session->TheRig().truck.Held()); };
+  Play(R"(rig speed 10
+rig push 0.6
+expect Main.lblDepth "0.600 m" 30
+rig lift 0.05
+expect Main.lblRebound "-0.050 m"
+rig push 0.9
+expect Main.lblDepth "~^1\.[1-9]" 30
+rig tilt 12 0
+expect Main.frmQuitWarning visible 20
+wait 1
+rig test the quit holds the rig
+rig stop
+rig test keep the depth
+)" +
+       LossText("truck's port away under a latched quit, back",
+                std::string("rig unplug truck\n") + kTruckLost +
+                    "rig test nothing holds the rig\nrig push 0.013\nwait 2\n",
+                "rig plug truck\n", kTruckWell, " held") +
+       R"(rig test the quit holds the rig
+rig test the depth is the same
+rig push 0.35
+wait 1
+rig test a push waits
+rig test the depth is the same
+expect Main.frmQuitWarning visible
+rig tilt 0 0
+wait 3
+press Main.cmdResetQuits
+wait 1
+rig test nothing holds the rig
+release Main.cmdResetQuits
+wait 4
+)");
+  ASSERT_EQ(watch.Losses().size(), 1U);
+  EXPECT_EQ(watch.Losses()[0].rows_at_return, watch.Losses()[0].rows_at_loss);
+  EXPECT_GE(static_cast<std::int32_t>(file.rows.size()), watch.Losses()[0].rows_at_loss + 2);
+}
+
+// On the network a port is remembered for five seconds after its server has gone.
+TEST_P(PortLossInRealTime, OfTheASCIIPortThatWasMovedAndWithNoPortFree) {
+  plan.settings.insert({{22, "1"}, {55, "11"}, {56, "12"}});
+  acts["a line goes out"] = [&] { Main.ASCIIOutComm.Output(ASCIIOutTestLine()); };
+  acts["pull the ASCII port"] = [&] { Plug({16}, false); };
+  acts["pull the free ports"] = [&] { Plug({11, 13, 14, 15}, false); };
+  acts["plug the ASCII port"] = [&] { Plug({16}, true); };
+  acts["only the new port is open"] = [&] {
+    EXPECT_EQ(opened, (std::set<int>{12, 16}));
+    EXPECT_EQ(bauds[16], 19200);
+  };
+  const std::string well =
+      "expect frmWarning.frmASCIISerialConnected visible\n"
+      "expect frmWarning.frmASCIIOutWarning hidden\nrig test a line goes out\n";
+  Play("rig push 1\nwait 3\nrig test a line goes out\n" +
+       LossText("ASCII port moved by the operator", R"(click Main.cmdResetPorts
+screen frmResetComms
+expect frmResetComms.lblASCIIOutSerialPort "11"
+select frmResetComms.cmbASCIIOutSerialPort 16
+click frmResetComms.cmdOK
+)",
+                "", well) +
+       "wait 0.5\nrig test only the new port is open\n" +
+       LossText("ASCII port away with no port free, back", R"(rig test pull the ASCII port
+rig test pull the free ports
+expect frmWarning.frmASCIIOutWarning visible 15
+wait 7
+click Main.cmdResetPorts
+screen frmResetComms
+expect frmResetComms.lblASCIIOutSerialPort "16, LOST"
+select frmResetComms.cmbASCIIOutSerialPort 12
+answer yes "Port 12 is currently being used for the video overlay output."
+answer ok "No free ports. Cannot assign video overlay output port"
+click frmResetComms.cmdOK
+)",
+                "rig test plug the ASCII port\n", well) +
+       "wait 0.5\n");
+  EXPECT_EQ(heard[11], ASCIIOutTestLine());
+  EXPECT_EQ(heard[16], ASCIIOutTestLine() + ASCIIOutTestLine());
+  EXPECT_EQ(heard[13] + heard[14] + heard[15], "");
+  EXPECT_EQ(LinesOf(run.settings)[kASCIIPort], "16") << "for the next start";
 }
 
 INSTANTIATE_TEST_SUITE_P(Cone, PortLossInRealTime, testing::Bool(), [](const auto& info) {

@@ -149,6 +149,25 @@ TEST(Replugged, ComesBackUnderItsNewNumber) {
   EXPECT_FALSE(EnumSerPorts(7));
 }
 
+TEST(Replugged, TheOtherAdapterTakesTheNumberThatFallsFree) {
+  RigWorld rig("dcs");
+  rig.Do("unplug truck");
+  rig.Do("replug cone 4 0s");
+  World::RunFor(kMillisecond);
+  EXPECT_TRUE(EnumSerPorts(4));
+  EXPECT_FALSE(EnumSerPorts(3)) << "the truck's adapter is still away";
+  rig.cone.Close();
+  RigWorld::OpenAt(rig.cone, 4);
+  Yield();
+  EXPECT_EQ(rig.Exchange("X"), "READY\r\n");
+  rig.Do("plug truck");
+  EXPECT_TRUE(EnumSerPorts(3));
+  rig.Do("replug truck 9 0s");
+  World::RunFor(kMillisecond);
+  EXPECT_TRUE(EnumSerPorts(9));
+  EXPECT_FALSE(EnumSerPorts(3));
+}
+
 TEST(Replugged, SharedPortTakesTheTruckAlong) {
   RigWorld rig("dcs-shared");
   rig.Do("replug truck 9 1s");

@@ -1,16 +1,24 @@
 // The rig's window on a rig in virtual time: what a hand does there, and what the eye finds.
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QImage>
 #include <QMouseEvent>
+#include <QRegularExpression>
 #include <QScreen>
+#include <QTreeView>
+#include <algorithm>
 #include <memory>
 #include <set>
 
 #include "platform/files.h"
+#include "platform/qt/look.h"
+#include "platform/qt/mnemonics.h"
 #include "platform/qt/screen_room.h"
 #include "rig/rig_world.h"
 #include "rig/window/rig_desk.h"
+#include "rig/window/rig_look.h"
 
 namespace penlog {
 namespace {
@@ -211,6 +219,18 @@ TEST(RigWindow, GroundComesFromAFileOfTheDialog) {
   EXPECT_EQ(world.Window().Fact("Ground"), "layered");
 }
 
+TEST(RigWindow, TheDialogForAFileFollowsTheNight) {
+  DeskWorld world;
+  world.Press("cmdLook");
+  world.Press("cmdFile");
+  auto* files = world.Window().Dialog()->findChild<QTreeView*>();
+  ASSERT_NE(files, nullptr);
+  const QImage shown = files->viewport()->grab().toImage();
+  EXPECT_EQ(shown.pixelColor(shown.width() - 3, shown.height() - 3), Look().field);
+  EXPECT_EQ(files->palette().color(QPalette::Text), Look().text);
+  ChooseLook(LookSet::Day);
+}
+
 TEST(RigWindow, BadFileIsToldAndTheGroundStays) {
   DeskWorld world;
   world.Press("cmdFile");
@@ -264,6 +284,100 @@ TEST(RigWindow, ClosingItAsksForTheEndAndKeepsItOpen) {
   EXPECT_TRUE(EndUnderWay());
   EXPECT_THROW(Yield(), ProgramEnd);
   ForgetEnd();
+}
+
+/// The grounds of the picture: those of the soils and that of what is none.
+std::vector<std::string> Grounds() {
+  std::vector<std::string> words = KnownSoils();
+  words.push_back("");
+  return words;
+}
+
+TEST(RigLook, TracesAndTextsStandOutFromEveryGround) {
+  const struct {
+    const char* name;
+    QColor LookColours::*mark;
+  } rows[] = {{"tip", &LookColours::lit},
+              {"sleeve", &LookColours::good},
+              {"pore pressure", &LookColours::blue_mark},
+              {"depths and rods", &LookColours::caption},
+              {"soils and cone", &LookColours::readout_text}};
+  for (const LookSet set : {LookSet::Day, LookSet::Night}) {
+    ChooseLook(set);
+    for (const std::string& word : Grounds()) {
+      for (const auto& row : rows) {
+        EXPECT_GE(Contrast(Look().*row.mark, SoilColour(word)), kLeastContrast)
+            << (set == LookSet::Day ? "day: " : "night: ") << row.name << " on " << word;
+      }
+    }
+    EXPECT_GE(Contrast(Look().ground, Look().lit), kLeastContrast) << "text of a fault";
+    EXPECT_GE(Contrast(Look().readout_ground, Look().caption), kLeastContrast) << "joints";
+  }
+  ChooseLook(LookSet::Day);
+}
+
+TEST(RigLook, EverySoilOfTheGroundIsKnown) {
+  const std::vector<std::string>& known = KnownSoils();
+  for (double qc = 50.0; qc < 60000.0; qc *= 1.2) {
+    for (double ratio = 0.001; ratio < 0.2; ratio *= 1.2) {
+      GroundValues values;
+      values.qc = qc;
+      values.fs = qc * ratio;
+      const std::string word = SoilWord(values);
+      EXPECT_TRUE(std::find(known.begin(), known.end(), word) != known.end()) << word;
+    }
+  }
+}
+
+TEST(RigLook, GapsAreStepsOfTheLook) {
+  for (const int gap : {kRigMargin, kRigGap, kRigCellGap, kRigLineGap}) {
+    EXPECT_TRUE(std::find(LookGaps().begin(), LookGaps().end(), gap) != LookGaps().end()) << gap;
+  }
+}
+
+TEST(RigLook, NoOtherFileOfTheWindowNamesAColourOrASize) {
+  const QDir folder(QString(PENLOG_SOURCE_DIR) + "/rig/window");
+  const QRegularExpression own(
+      "QColor\\(|Qt::(?:black|white|red|green|blue)|#[0-9a-f]{6}|"
+      "font-size|setSpacing\\(|setPixelSize\\(");
+  const QStringList files = folder.entryList({"*.cpp", "*.h"});
+  EXPECT_GE(files.size(), 8);
+  for (const QString& name : files) {
+    if (name.startsWith("rig_look.")) continue;
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const auto found = own.match(QString::fromUtf8(file.readAll()));
+    EXPECT_FALSE(found.hasMatch()) << name.toStdString() << ": " << found.captured().toStdString();
+  }
+}
+
+TEST(RigWindow, NightAndDayAreOneButton) {
+  DeskWorld world;
+  const auto ground = [&world] {
+    DeskWorld::Settle();
+    return world.Window().grab().toImage().pixelColor(1, world.Window().height() - 2);
+  };
+  EXPECT_EQ(ground(), LookOf(LookSet::Day).ground);
+  world.Press("cmdLook");
+  EXPECT_EQ(ground(), LookOf(LookSet::Night).ground);
+  EXPECT_EQ(world.Window().findChild<QPushButton*>("cmdLook")->text(), "&DAY");
+  const QImage picture = world.Window().findChild<ProfileView*>()->grab().toImage();
+  EXPECT_EQ(picture.pixelColor(0, picture.height() - 1), LookOf(LookSet::Night).readout_ground);
+  world.Press("cmdLook");
+  EXPECT_EQ(ground(), LookOf(LookSet::Day).ground);
+  EXPECT_EQ(world.Ordered(), Orders{});
+}
+
+TEST(RigWindow, EveryButtonOfTheTruckHasALetterOfItsOwn) {
+  DeskWorld world("dse");
+  std::set<QChar> letters;
+  for (const QPushButton* button : world.Window().findChildren<QPushButton*>()) {
+    if (button->property("role").toString() == "fault") continue;
+    const QChar letter = MnemonicOf(button->text());
+    EXPECT_FALSE(letter.isNull()) << button->text().toStdString();
+    EXPECT_TRUE(letters.insert(letter).second) << button->text().toStdString();
+  }
+  EXPECT_GE(letters.size(), 10U);
 }
 
 struct SizeRow {
@@ -361,6 +475,7 @@ TEST_P(EachRigSize, CutsNoTextAndCoversNoButton) {
   }
   const auto* profile = world.Window().findChild<ProfileView*>();
   EXPECT_GE(profile->height(), world.Window().height() / 5);
+  EXPECT_GE(profile->Picture().height(), 3 * profile->height() / 4);
 }
 
 INSTANTIATE_TEST_SUITE_P(RigWindow, EachRigSize,

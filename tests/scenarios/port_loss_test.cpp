@@ -3,6 +3,8 @@
 
 #include <cmath>
 #include <ostream>
+#include <set>
+#include <string>
 
 #include "conelink/cone_state.h"
 #include "core/settings.h"
@@ -120,9 +122,10 @@ struct TruckLoss : PortScenario {
     At("look", [this] {
       rts.push_back(rig.truck.Rts());
       panels.push_back(frmWarning.frmEncoderWarning.Visible ? "lost" : "well");
+      rows.push_back(sounding.RowCount);
     });
   }
-  void Play(const std::string& before) {
+  void Play(const std::string& before, const std::string& after) {
     Scenario::Play(ScriptToRecording() + before + R"(rig push 0.6
 wait 10
 rig test look
@@ -137,29 +140,40 @@ expect frmWarning.frmEncoderWarning hidden
 rig test look
 expect frmWarning.frmSteps "DEPTH STEPS MAY BE MISSING"
 expect frmWarning.lblSteps "~THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT 0\..* m\."
-wait 25
-)" + ScriptToEnd());
+)" + after + "wait 30\n" +
+                   ScriptToEnd());
   }
   std::vector<bool> rts;
   std::vector<std::string> panels;
+  std::vector<int> rows;
 };
 
 TEST(TruckPort, LostAndBackCountsOnAndTellsWhere) {
   TruckLoss scenario;
-  scenario.Play("");
+  scenario.Play("", "");
   EXPECT_EQ(scenario.panels, (std::vector<std::string>{"well", "lost", "well"}));
   EXPECT_EQ(scenario.rts, (std::vector<bool>{false, false, false}));
   const auto depths = RowDepths(scenario);
   ASSERT_GT(depths.size(), 15U);
   ASSERT_LT(depths.size(), 30U) << "five seconds of depth were not counted";
   ExpectAllRows(scenario, depths.size());
+  EXPECT_EQ(scenario.rows[2], scenario.rows[1]) << "none was made up while the port was away";
 }
 
 TEST(TruckPort, LostAndBackUnderALatchedQuitHoldsTheRigBeforeItsPanelChanges) {
   TruckLoss scenario;
-  scenario.Play("rig test latch a quit\n");
-  EXPECT_EQ(scenario.panels, (std::vector<std::string>{"well", "lost", "well"}));
-  EXPECT_EQ(scenario.rts, (std::vector<bool>{true, false, true}));
+  scenario.Play("rig test latch a quit\n", R"(wait 5
+rig test look
+press Main.cmdResetQuits
+release Main.cmdResetQuits
+)");
+  EXPECT_EQ(scenario.panels, (std::vector<std::string>{"well", "lost", "well", "well"}));
+  EXPECT_EQ(scenario.rts, (std::vector<bool>{true, false, true, true}));
+  EXPECT_EQ(scenario.rows, (std::vector<int>{0, 0, 0, 0})) << "the rig stood, or was not seen";
+  const auto depths = RowDepths(scenario);
+  ASSERT_GT(depths.size(), 15U) << "the override lets the rig go";
+  ASSERT_LT(depths.size(), 30U) << "what it moved without its stop line was not counted";
+  ExpectAllRows(scenario, depths.size());
 }
 
 TEST(TruckPort, BackUnderAnotherNumberIsGivenItOnTheResetScreen) {
@@ -183,6 +197,33 @@ wait 35
   ASSERT_GT(depths.size(), 25U);
   ExpectAllRows(scenario, depths.size());
   EXPECT_EQ(LinesOf(scenario.DataFile("System Setup Values.txt"))[41], "9") << "for the next start";
+}
+
+TEST(TruckPort, WhoseNumberTheConeTookStaysLostUntilItIsGivenItsNewOne) {
+  PortScenario scenario;
+  scenario.Play(ScriptToRecording() + R"(rig push 0.9
+wait 5
+rig replug truck 9 1s
+wait 3
+rig replug cone 4 2s
+expect frmWarning.frmSerialWarning visible 5
+expect frmWarning.frmSerialConnected visible 60
+expect frmWarning.frmEncoderWarning visible
+expect frmWarning.frmEncoderConnected hidden
+wait 5
+click Main.cmdResetPorts
+expect frmResetComms.lblConeSerialPort "4"
+expect frmResetComms.lblTruckInterfaceSerialPort "4, LOST"
+expect frmResetComms.cmbTruckInterfaceSerialPort ""
+select frmResetComms.cmbTruckInterfaceSerialPort 9
+click frmResetComms.cmdOK
+expect frmWarning.frmEncoderConnected visible 5
+expect frmWarning.frmEncoderWarning hidden
+wait 40
+)" + ScriptToEnd());
+  const auto depths = RowDepths(scenario);
+  ASSERT_GT(depths.size(), 15U);
+  ExpectAllRows(scenario, depths.size());
 }
 
 TEST(TruckPort, SwitchedOffIsNotSupervisedAndItsPanelGoes) {
@@ -324,29 +365,77 @@ struct OpenQuestion {
   const char* entry;
   const char* text;
   const char* answer;
-  const char* before;  ///< what happens behind the opening of the screen
+  const char* before = "";  ///< what happens behind the opening of the screen
+  std::set<int> gone = {};  ///< COM numbers that are not there
+  const char* asked = "";   ///< a question that is answered with a yes before
+  const char* rig = "dcs";
 };
 
 void PrintTo(const OpenQuestion& question, std::ostream* out) {
   *out << question.text;
 }
 
+/// The panels that are shown, as the status window's controls are named.
+std::set<std::string> ShownPanels() {
+  const auto& form = frmWarning;
+  std::set<std::string> shown;
+  for (const Frame* panel :
+       {&form.frmEncoderConnected, &form.frmEncoderWarning, &form.frmSerialConnected,
+        &form.frmSerialWarning, &form.frmModulesConnected, &form.frmModuleWarning,
+        &form.frmASCIISerialConnected, &form.frmASCIIOutWarning, &form.frmFrameGrabberConnected,
+        &form.frmSensorayWarning}) {
+    if (panel->Visible) shown.insert(panel->Name());
+  }
+  return shown;
+}
+
+/// With the ASCII output's port lost where it is gone. The overlay's is looked for with a scan
+/// alone, and none comes here.
+std::set<std::string> PanelsOf(const OpenQuestion& question) {
+  const bool ascii_lost = question.gone.contains(5);
+  std::set<std::string> panels = {"frmSerialConnected", "frmModulesConnected",
+                                  "frmFrameGrabberConnected",
+                                  ascii_lost ? "frmASCIIOutWarning" : "frmASCIISerialConnected"};
+  if (question.rig == std::string("dcs")) panels.insert("frmEncoderConnected");
+  return panels;
+}
+
+std::string Quoted(const char* text) {
+  return " \"" + std::string(text) + "\"\n";
+}
+
+std::string ScriptOf(const OpenQuestion& question) {
+  std::string script = ScriptToRecording() +
+                       "rig test ports go\nrig push 1.2\nclick Main.cmdResetPorts\n"
+                       "screen frmResetComms\n" +
+                       question.before + "select frmResetComms." + question.list +
+                       Quoted(question.entry);
+  if (*question.asked != '\0') script += "answer yes" + Quoted(question.asked);
+  script += "expect Main.lblDepth \"1.200 m\" 200\nwait 2\nrig test look\nanswer ";
+  return script + question.answer + Quoted(question.text) + "click frmResetComms.cmdCancel\n" +
+         ScriptToEnd();
+}
+
 class OpenQuestions : public testing::TestWithParam<OpenQuestion> {};
 
 TEST_P(OpenQuestions, StopNoRowForAMinuteOfPush) {
   const OpenQuestion& question = GetParam();
-  PortScenario scenario;
+  ScenarioSetup setup = WithOutputs();
+  setup.rig = question.rig;
+  PortScenario scenario(setup);
   scenario.At("a port goes", [&] { scenario.session.ports.Wire(7).SetPresent(false); });
+  scenario.At("ports go", [&] {
+    for (const int port : question.gone) scenario.session.ports.Wire(port).SetPresent(false);
+  });
   bool open_at_the_end = false;
+  std::set<std::string> panels;
   scenario.At("look", [&] {
     open_at_the_end = FrontBox() != nullptr && FrontBox()->text.starts_with(question.text);
+    panels = ShownPanels();
   });
-  scenario.Play(
-      ScriptToRecording() + "rig push 1.2\nclick Main.cmdResetPorts\n" + "screen frmResetComms\n" +
-      question.before + "select frmResetComms." + question.list + " " + question.entry +
-      "\nexpect Main.lblDepth \"1.200 m\" 200\nwait 2\nrig test look\nanswer " + question.answer +
-      " \"" + question.text + "\"\nclick frmResetComms.cmdCancel\n" + ScriptToEnd());
+  scenario.Play(ScriptOf(question));
   EXPECT_TRUE(open_at_the_end) << "it stood open all the time";
+  EXPECT_EQ(panels, PanelsOf(question));
   ExpectAllRows(scenario, 60);
 }
 
@@ -354,25 +443,76 @@ INSTANTIATE_TEST_SUITE_P(
     OfTheResetScreen, OpenQuestions,
     testing::Values(
         OpenQuestion{"cmbTruckInterfaceSerialPort", "N/A",
-                     "THIS WILL DISABLE THE TRUCK INTERFACE. CONTINUE?", "no", ""},
+                     "THIS WILL DISABLE THE TRUCK INTERFACE. CONTINUE?", "no"},
         OpenQuestion{"cmbASCIIOutSerialPort", "N/A", "This will disable ASCII output.  Continue?",
-                     "no", ""},
+                     "no"},
         OpenQuestion{"cmbVideoOverlaySerialPort", "N/A",
-                     "This will disable video overlay.  Continue?", "no", ""},
+                     "This will disable video overlay.  Continue?", "no"},
         OpenQuestion{"cmbTruckInterfaceSerialPort", "6",
-                     "PORT 6 IS CURRENTLY BEING USED FOR VIDEO OVERLAY.", "no", ""},
+                     "PORT 6 IS CURRENTLY BEING USED FOR VIDEO OVERLAY.", "no"},
         OpenQuestion{"cmbTruckInterfaceSerialPort", "5",
-                     "PORT 5 IS CURRENTLY BEING USED FOR ASCII OUTPUT.", "no", ""},
+                     "PORT 5 IS CURRENTLY BEING USED FOR ASCII OUTPUT.", "no"},
         OpenQuestion{"cmbASCIIOutSerialPort", "4",
-                     "PORT 4 IS CURRENTLY BEING USED FOR THE TRUCK INTERFACE.", "ok", ""},
+                     "PORT 4 IS CURRENTLY BEING USED FOR THE TRUCK INTERFACE.", "ok"},
+        OpenQuestion{"cmbASCIIOutSerialPort", "3",
+                     "PORT 3 IS CURRENTLY BEING USED FOR THE CONE. CANNOT CONTINUE", "ok"},
         OpenQuestion{"cmbASCIIOutSerialPort", "6",
-                     "Port 6 is currently being used for the video overlay output.", "yes", ""},
+                     "Port 6 is currently being used for the video overlay output.", "yes"},
         OpenQuestion{"cmbVideoOverlaySerialPort", "4",
-                     "Port 4 is currently being used for the truck interface.", "ok", ""},
+                     "Port 4 is currently being used for the truck interface.", "ok"},
+        OpenQuestion{"cmbVideoOverlaySerialPort", "3",
+                     "Port 3 is currently being used for the cone. Cannot continue", "ok"},
         OpenQuestion{"cmbVideoOverlaySerialPort", "5",
-                     "Port 5 is currently being used for the ASCII output.", "yes", ""},
+                     "Port 5 is currently being used for the ASCII output.", "yes"},
         OpenQuestion{"cmbASCIIOutSerialPort", "7", "SERIAL PORT VALUES HAVE CHANGED.", "ok",
                      "rig test a port goes\n"}));
+
+// On the truck's list no port is free only where the truck interface rides on the cone's port: one
+// of its own that still counts is free for the others as soon as it is left.
+INSTANTIATE_TEST_SUITE_P(
+    WithNoPortFree, OpenQuestions,
+    testing::Values(OpenQuestion{"cmbTruckInterfaceSerialPort",
+                                 "6",
+                                 "No free ports. Cannot assign video overlay output port",
+                                 "ok",
+                                 "",
+                                 {7},
+                                 "PORT 6 IS CURRENTLY BEING USED FOR VIDEO OVERLAY.",
+                                 "dcs-shared"},
+                    OpenQuestion{"cmbTruckInterfaceSerialPort",
+                                 "5",
+                                 "NO FREE PORTS. CANNOT ASSIGN ASCII OUT PORT",
+                                 "ok",
+                                 "",
+                                 {7},
+                                 "PORT 5 IS CURRENTLY BEING USED FOR ASCII OUTPUT.",
+                                 "dcs-shared"},
+                    OpenQuestion{"cmbASCIIOutSerialPort",
+                                 "6",
+                                 "No free ports. Cannot assign video overlay output port",
+                                 "ok",
+                                 "",
+                                 {5, 7},
+                                 "Port 6 is currently being used for the video overlay output."},
+                    OpenQuestion{"cmbVideoOverlaySerialPort",
+                                 "5",
+                                 "No free ports. Cannot assign ASCII output port",
+                                 "ok",
+                                 "",
+                                 {6, 7},
+                                 "Port 5 is currently being used for the ASCII output."},
+                    OpenQuestion{"cmbASCIIOutSerialPort",
+                                 "AUTO-DETECT",
+                                 "NO FREE PORTS. CANNOT ASSIGN ASCII OUT PORT",
+                                 "ok",
+                                 "",
+                                 {5, 7}},
+                    OpenQuestion{"cmbVideoOverlaySerialPort",
+                                 "AUTO-DETECT",
+                                 "No free ports. Cannot assign video overlay output port",
+                                 "ok",
+                                 "",
+                                 {6, 7}}));
 
 }  // namespace
 }  // namespace penlog

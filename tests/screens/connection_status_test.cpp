@@ -64,6 +64,53 @@ std::string ShownPanels() {
   return shown;
 }
 
+TEST_F(ConnectionStatus, CaptionsAndTextsStandAsQuoted) {
+  const char* const grabber_lost =
+      "FRAME GRABBER CONNECTION HAS BEEN LOST.  DO NOT CONTINUE PUSH! CHECK USB AND POWER "
+      "CONNECTIONS.  THE PROGRAM WILL AUTOMATICALLY CONTINUE ONCE COMMUNICATION HAS BEEN "
+      "RE-ESTABLISHED.";
+  const auto& form = frmWarning;
+  const struct {
+    const Frame& frame;
+    const Label& label;
+    const char* caption;
+    const char* text;
+  } rows[] = {
+      {form.frmSerialConnected, form.lblSerialConnected, "SERIAL PORT CONNECTION: OK",
+       "SERIAL PORT IS FUNCTIONING PROPERLY"},
+      {form.frmEncoderConnected, form.lblEncoderConnected, "TRUCK INTERFACE CONNECTION: OK",
+       "TRUCK INTERFACE (ENCODER) IS FUNCTIONING PROPERLY"},
+      {form.frmASCIISerialConnected, form.lblASCIISerialConnected,
+       "ASCII OUT SERIAL PORT CONNECTION: OK", "ASCII OUT SERIAL PORT IS FUNCTIONING PROPERLY"},
+      {form.frmFrameGrabberConnected, form.lblFrameGrabberConnected, "FRAME GRABBER CONNECTION: OK",
+       "FRAME GRABBER IS FUNCTIONING PROPERLY"},
+      {form.frmModulesConnected, form.lblModulesConnected, "MODULE CONNECTION(S): OK", ""},
+      {form.frmSerialWarning, form.lblSerialWarning, "WARNING: SERIAL PORT DISCONNECTED",
+       "SERIAL PORT CONNECTION HAS BEEN LOST.  CHECK THE USB AND POWER CONNECTIONS.  THE PROGRAM "
+       "WILL AUTOMATICALLY CONTINUE ONCE COMMUNICATION HAS BEEN RE-ESTABLISHED."},
+      {form.frmEncoderWarning, form.lblEncoderWarning,
+       "WARNING: TRUCK INTERFACE SERIAL PORT DISCONNECTED",
+       "TRUCK INTERFACE CONNECTION HAS BEEN LOST.  DO NOT CONTINUE PUSH!  CHECK USB AND POWER "
+       "CONNECTIONS.  THE PROGRAM WILL AUTOMATICALLY CONTINUE ONCE COMMUNICATION HAS BEEN "
+       "RE-ESTABLISHED."},
+      {form.frmASCIIOutWarning, form.lblASCIIOutWarning,
+       "WARNING: ASCII OUT SERIAL PORT DISCONNECTED", grabber_lost},
+      {form.frmSensorayWarning, form.lblSensorayWarning, "WARNING: FRAME GRABBER DISCONNECTED",
+       grabber_lost},
+      {form.frmModuleWarning, form.lblModuleWarning, "WARNING: MODULE DISCONNECTED",
+       "CHECK CABLE CONNECTION TO DAS. THE PROGRAM WILL AUTOMATICALLY RECONNECT THE MODULE(S) "
+       "ONCE COMMUNICATION HAS BEEN RE-ESTABLISHED."},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.frame.Caption, row.caption) << row.frame.Name();
+    EXPECT_EQ(row.label.Caption, row.text) << row.label.Name();
+  }
+  EXPECT_EQ(form.Caption, "CONNECTION STATUS");
+  EXPECT_EQ(form.Label6.Caption,
+            "IF SERIAL CONNECTION WARNING DOES NOT DISAPPEAR 30 SECONDS AFTER RECONNECTING "
+            "RESPECTIVE PORT, CLICK 'RESET COMMS'");
+}
+
 TEST_F(ConnectionStatus, TruckPanelStaysWhileTheConeSitsOnTheTrucksNumber) {
   settings.TruckInterfaceSerialPort = settings.ConeSerialPort = 4;
   session.StartConePort = 3;
@@ -347,6 +394,43 @@ TEST_F(ConnectionStatus, CountsLostEdgesThroughTheOpeningsOfThePort) {
   World::RunFor(250 * kMillisecond);
   lose();
   EXPECT_EQ(frmWarning.lblSteps.Caption, "3 EDGES OF THE TRUCK INTERFACE WERE LOST.");
+}
+
+TEST_F(ConnectionStatus, CountsLostEdgesOfAPortThatIsOpenedAgainBetweenTwoLooks) {
+  WireEnd& wire = world.ports.Wire(4);
+  Show(frmWarning);
+  const auto lose = [&wire] {
+    wire.LoseNextEdge();
+    wire.SetLines({!wire.Lines().cts, false, false});
+    Yield();
+  };
+  OpenTruckPort("19200,N,8,1");
+  lose();
+  World::RunFor(250 * kMillisecond);
+  EXPECT_EQ(frmWarning.lblSteps.Caption, "1 EDGE OF THE TRUCK INTERFACE WAS LOST.");
+  lose();
+  Main.EncoderComm.Close();
+  OpenTruckPort("19200,N,8,1");
+  for (int edge = 0; edge < 3; ++edge) lose();
+  World::RunFor(250 * kMillisecond);
+  EXPECT_EQ(frmWarning.lblSteps.Caption, "5 EDGES OF THE TRUCK INTERFACE WERE LOST.");
+}
+
+TEST_F(ConnectionStatus, LostEdgesOfTheConesPortCountWhileTheTruckInterfaceSharesIt) {
+  WireEnd& wire = world.ports.Wire(3);
+  Main.ConeComm.SetCommPort(3);
+  Main.ConeComm.Open();
+  Show(frmWarning);
+  const auto lose = [&wire] {
+    wire.LoseNextEdge();
+    wire.SetLines({!wire.Lines().cts, false, false});
+    World::RunFor(250 * kMillisecond);
+  };
+  lose();
+  EXPECT_EQ(frmWarning.frmSteps.Caption, "DEPTH STEPS: OK") << "not the truck interface's";
+  settings.TruckInterfaceSerialPort = 3;
+  lose();
+  EXPECT_EQ(frmWarning.lblSteps.Caption, "1 EDGE OF THE TRUCK INTERFACE WAS LOST.");
 }
 
 TEST_F(ConnectionStatus, TellsTheReturnOfTheTruckInterface) {

@@ -22,6 +22,21 @@ TEST_F(ResetCommsTest, ListsTheExistingPortsByNumberAndItsWords) {
   EXPECT_EQ(ascii.Beside[2], "wire 3");
 }
 
+TEST_F(ResetCommsTest, ItsWordsStandAsQuoted) {
+  const std::pair<const char*, std::string> rows[] = {
+      {"Reset Comm Ports", form.Caption},
+      {"CONE SERIAL PORT:", form.lblConeSerialPortCaption.Caption},
+      {"TRUCK INTERFACE SERIAL PORT:", form.lblTruckInterfaceSerialPortCaption.Caption},
+      {"ASCII OUT SERIAL PORT:", form.lblASCIIOutSerialPortCaption.Caption},
+      {"VIDEO OVERLAY SERIAL PORT:", form.lblVideoOverlaySerialPortCaption.Caption},
+      {"NEW PORT", form.lblNewPort.Caption},
+      {"IN USE", form.lblInUse.Caption},
+      {"OK", form.cmdOK.Caption},
+      {"CANCEL", form.cmdCancel.Caption},
+  };
+  for (const auto& [quoted, shown] : rows) EXPECT_EQ(shown, quoted);
+}
+
 TEST_F(ResetCommsTest, OverlayListFollowsTheKindOfBoard) {
   const struct {
     std::int16_t lumen_probe;
@@ -63,6 +78,57 @@ TEST_F(ResetCommsTest, TellsALostPortAndHasNoEntryForIt) {
   EXPECT_EQ(form.lblTruckInterfaceSerialPort.Caption, "4, LOST");
   EXPECT_EQ(truck.ListIndex, -1);
   EXPECT_EQ(form.lblASCIIOutSerialPort.Caption, "5");
+}
+
+/// Its own port was 4, on which the cone answers now.
+TEST_F(ResetCommsTest, ATruckWhoseNumberTheConeTookIsShownLostAndOnNoPort) {
+  settings.ConeSerialPort = 4;
+  session.StartConePort = 3;
+  session.StartTruckPort = 4;
+  cone.TruckPortLost = -1;
+  Open();
+  EXPECT_EQ(form.lblConeSerialPort.Caption, "4");
+  EXPECT_EQ(form.lblTruckInterfaceSerialPort.Caption, "4, LOST");
+  EXPECT_EQ(truck.Text, "");
+  EXPECT_EQ(truck.ListIndex, -1);
+  Choose(ascii, "4");
+  EXPECT_EQ(Question(), "PORT 4 IS CURRENTLY BEING USED FOR THE CONE. CANNOT CONTINUE");
+  Answer(BoxAnswer::Ok);
+  Choose(truck, "N/A");
+  Answer(BoxAnswer::No);
+  EXPECT_EQ(truck.ListIndex, -1) << "a refused choice goes back to none";
+  Press(form, form.cmdOK);
+  EXPECT_EQ(Requests(), (Numbers{kNothing, kNothing, kNothing}));
+}
+
+TEST_F(ResetCommsTest, WhatIsInUseIsToldAnewWithEachChange) {
+  Open();
+  cone.ASCIIPortLost = -1;
+  Choose(truck, "7");
+  EXPECT_EQ(form.lblASCIIOutSerialPort.Caption, "5, LOST");
+  world.ports.Wire(4).SetPresent(false);
+  cone.TruckPortLost = -1;
+  Choose(ascii, "4");
+  EXPECT_EQ(Question(), kChanged);
+  EXPECT_EQ(form.lblTruckInterfaceSerialPort.Caption, "4, LOST") << "the lists are made anew";
+  Answer(BoxAnswer::Ok);
+  cone.ASCIIPortLost = 0;
+  Choose(overlay, "AUTO-DETECT");
+  EXPECT_EQ(form.lblASCIIOutSerialPort.Caption, "5");
+}
+
+TEST_F(ResetCommsTest, AListInWhichNothingWasChosenFollowsItsLink) {
+  settings.TruckInterfaceSerialPort = 3;
+  Open();
+  Choose(ascii, "7");
+  settings.TruckInterfaceSerialPort = 4;
+  settings.ASCIIOutSerialPort = 0;
+  Choose(overlay, "6");
+  EXPECT_EQ(truck.Text, "4");
+  EXPECT_EQ(truck.ListIndex, 4);
+  EXPECT_EQ(ascii.Text, "7") << "what was chosen stands";
+  Press(form, form.cmdOK);
+  EXPECT_EQ(Requests(), (Numbers{kNothing, 7, 6}));
 }
 
 TEST_F(ResetCommsTest, AFreePortIsTakenWithoutAQuestion) {
@@ -257,6 +323,52 @@ TEST_F(ResetCommsTest, APortThatVanishesBeforeOKKeepsTheScreen) {
   EXPECT_EQ(Requests(), (Numbers{kNothing, kNothing, kNothing}));
 }
 
+TEST_F(ResetCommsTest, APortOnWhichTheConeAnswersMeanwhileIsGivenToNobody) {
+  for (ComboBox* list : {&truck, &ascii, &overlay}) {
+    settings.ConeSerialPort = 3;
+    Open();
+    const std::string before = list->Text;
+    Choose(*list, "7");
+    settings.ConeSerialPort = 7;
+    Press(form, form.cmdOK);
+    EXPECT_EQ(Question(), kChanged) << list->Name();
+    EXPECT_TRUE(form.Visible);
+    EXPECT_EQ(list->Text, before) << "it shows again what runs";
+    EXPECT_EQ(form.lblConeSerialPort.Caption, "7");
+    Answer(BoxAnswer::Ok);
+    Press(form, form.cmdOK);
+    EXPECT_FALSE(form.Visible);
+    EXPECT_EQ(Requests(), (Numbers{kNothing, kNothing, kNothing})) << list->Name();
+  }
+}
+
+/// The overlay gave its port away for a free one; without that one it would have to keep its own.
+TEST_F(ResetCommsTest, OfTwoOutputsThatMoveNoneMovesAlone) {
+  settings.ASCIIOutSerialPort = 0;
+  world.ports.Wire(5).SetPresent(false);
+  Open();
+  Choose(ascii, "6");
+  Answer(BoxAnswer::Yes);
+  EXPECT_EQ(overlay.Text, "7");
+  world.ports.Wire(7).SetPresent(false);
+  Press(form, form.cmdOK);
+  EXPECT_EQ(Question(), kChanged);
+  Answer(BoxAnswer::Ok);
+  EXPECT_EQ(ascii.Text, "N/A");
+  EXPECT_EQ(overlay.Text, "6");
+  Press(form, form.cmdOK);
+  EXPECT_EQ(Requests(), (Numbers{kNothing, kNothing, kNothing}));
+}
+
+TEST_F(ResetCommsTest, SameAsConeIsTheNumberThatTheConeHasAtTheOK) {
+  Open();
+  Choose(truck, "SAME AS CONE");
+  settings.ConeSerialPort = 7;
+  Press(form, form.cmdOK);
+  EXPECT_EQ(Question(), "");
+  EXPECT_EQ(Requests(), (Numbers{7, kNothing, kNothing}));
+}
+
 TEST_F(ResetCommsTest, SameAsConeTakesTheConesNumber) {
   Open();
   Choose(truck, "SAME AS CONE");
@@ -296,6 +408,18 @@ TEST_F(ResetCommsTest, SameAsTruckInterfaceAsksForTheScreenAnew) {
   Choose(overlay, "SAME AS TRUCK INT");
   Press(form, form.cmdOK);
   EXPECT_EQ(Requests(), (Numbers{kNothing, kNothing, 6})) << "its number stays";
+}
+
+TEST_F(ResetCommsTest, OffForAnOverlayWithoutABoardIsNumberZero) {
+  for (const std::int16_t board : {std::int16_t{0}, std::int16_t{3}, std::int16_t{5}}) {
+    settings.LumenProbePresent = board;
+    Open();
+    Choose(overlay, "N/A");
+    EXPECT_EQ(Question(), "This will disable video overlay.  Continue?");
+    Answer(BoxAnswer::Yes);
+    Press(form, form.cmdOK);
+    EXPECT_EQ(Requests(), (Numbers{kNothing, kNothing, 0})) << board;
+  }
 }
 
 TEST_F(ResetCommsTest, AutoDetectTakesTheOwnPortThatIsThere) {

@@ -77,6 +77,62 @@ TEST_F(SpecifyPortsTest, ListsExistingPortsByNumberWithTheirDevices) {
   EXPECT_EQ(frmSpecifyTruckInterface.lblASCIIOutSerialPort.Caption, "N/A");
 }
 
+TEST_F(SpecifyPortsTest, TheirWordsStandAsQuoted) {
+  const auto& truck = frmSpecifyTruckInterface;
+  const auto& ascii = frmSpecifyASCIIOut;
+  const auto& overlay = frmSpecifyVideoOverlay;
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
+      {"SPECIFY TRUCK INTERFACE PORT", {truck.Caption}},
+      {"SPECIFY ASCII OUT PORT", {ascii.Caption}},
+      {"SPECIFY VIDEO OVERLAY PORT", {overlay.Caption}},
+      {"CONE SERIAL PORT:",
+       {truck.lblConeSerialPortCaption.Caption, ascii.lblConeSerialPortCaption.Caption,
+        overlay.lblConeSerialPortCaption.Caption}},
+      {"TRUCK INTERFACE SERIAL PORT:",
+       {truck.lblChoose.Caption, ascii.lblTruckInterfaceSerialPortCaption.Caption,
+        overlay.lblTruckInterfaceSerialPortCaption.Caption}},
+      {"ASCII OUT SERIAL PORT:",
+       {truck.lblASCIIOutSerialPortCaption.Caption, ascii.lblChoose.Caption,
+        overlay.lblASCIIOutSerialPortCaption.Caption}},
+      {"VIDEO OVERLAY SERIAL PORT:",
+       {truck.lblVideoOverlaySerialPortCaption.Caption,
+        ascii.lblVideoOverlaySerialPortCaption.Caption, overlay.lblChoose.Caption}},
+      {"TEST PORT", {ascii.cmdTestPort.Caption, overlay.cmdTestPort.Caption}},
+      {"SAVE PORT",
+       {truck.cmdSavePort.Caption, ascii.cmdSavePort.Caption, overlay.cmdSavePort.Caption}},
+      {"CANCEL", {truck.cmdCancel.Caption, ascii.cmdCancel.Caption, overlay.cmdCancel.Caption}},
+      {"SELECT A PORT FROM THE DROPDOWN LIST. TO TEST THE PORT, CLICK THE 'TEST PORT' BUTTON. IF "
+       "AN OVERLAY APPEARS ON THE VIDEO SCREEN, THE PROPER PORT HAS BEEN SELECTED",
+       {overlay.lblHint.Caption}},
+  };
+  for (const auto& [quoted, shown] : rows) {
+    for (const std::string& text : shown) EXPECT_EQ(text, quoted);
+  }
+}
+
+TEST_F(SpecifyPortsTest, EachShowsThePortsOfTheOthers) {
+  settings.ASCIIOutSerialPort = 5;
+  settings.VideoOverlaySerialPort = 6;
+  While(SpecifyTruckInterface, [] { frmSpecifyTruckInterface_cmdCancel_Click(); });
+  While(SpecifyASCIIOut, [] { frmSpecifyASCIIOut_cmdCancel_Click(); });
+  While(SpecifyVideoOverlay, [] { frmSpecifyVideoOverlay_cmdCancel_Click(); });
+  const auto& truck = frmSpecifyTruckInterface;
+  const auto& ascii = frmSpecifyASCIIOut;
+  const auto& overlay = frmSpecifyVideoOverlay;
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
+      {"3",
+       {truck.lblConeSerialPort.Caption, ascii.lblConeSerialPort.Caption,
+        overlay.lblConeSerialPort.Caption}},
+      {"4",
+       {ascii.lblTruckInterfaceSerialPort.Caption, overlay.lblTruckInterfaceSerialPort.Caption}},
+      {"5", {truck.lblASCIIOutSerialPort.Caption, overlay.lblASCIIOutSerialPort.Caption}},
+      {"6", {truck.lblVideoOverlaySerialPort.Caption, ascii.lblVideoOverlaySerialPort.Caption}},
+  };
+  for (const auto& [port, shown] : rows) {
+    for (const std::string& text : shown) EXPECT_EQ(text, port);
+  }
+}
+
 TEST_F(SpecifyPortsTest, SavesTheChosenPort) {
   auto& form = frmSpecifyASCIIOut;
   While(SpecifyASCIIOut, [&] {

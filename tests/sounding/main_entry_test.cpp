@@ -294,6 +294,7 @@ TEST(PortRequests, AreServedInEachCombination) {
   };
   for (const auto& row : cases) {
     Entry entry;
+    settings.LumenProbePresent = 1;
     EnterMainloop();
     settings.ASCIIOutSerialPort = 9;
     settings.VideoOverlaySerialPort = 9;
@@ -338,6 +339,7 @@ TEST(PortRequests, CloseAnOpenOutputAndOpenItsNewNumberWithItsOwnSettings) {
 
 TEST(PortRequests, OutputsGetTheirSettingsWhateverThePortHadBefore) {
   Entry entry;
+  settings.LumenProbePresent = 1;
   EnterMainloop();
   for (SerialPort* port : {&Main.ASCIIOutComm, &Main.VideoOverlayComm}) {
     port->SetSettings("300,E,7,2");
@@ -363,6 +365,7 @@ TEST(PortRequests, ForTheTruckLeaveNoLineRaisedOnTheSharedPort) {
 
 TEST(PortRequests, APortThatDoesNotOpenCountsAsLost) {
   Entry entry;
+  settings.LumenProbePresent = 1;
   EnterMainloop();
   Request(sounding.TruckPortRequest, 77);
   Request(sounding.ASCIIPortRequest, 78);

@@ -83,6 +83,23 @@ TEST(MovedPorts, ABoardOnTheTruckInterfacesPortGetsItsScreenThere) {
   EXPECT_EQ(world.heard[6], "");
 }
 
+TEST(MovedPorts, TheOverlaysPortIsOpenedForABoardOfItsOwnAlone) {
+  const std::pair<std::int16_t, bool> rows[] = {{std::int16_t{0}, false},
+                                                {std::int16_t{1}, true},
+                                                {std::int16_t{2}, false},
+                                                {std::int16_t{3}, false},
+                                                {std::int16_t{5}, false}};
+  for (const auto& [board, opened] : rows) {
+    Requests world;
+    settings.LumenProbePresent = board;
+    world.Ask(sounding.VideoPortRequest, 7);
+    ServePortRequests();
+    EXPECT_EQ(Main.VideoOverlayComm.PortOpen(), opened) << board;
+    EXPECT_EQ(settings.VideoOverlaySerialPort, 7);
+    EXPECT_EQ(cone.VideoPortLost, 0);
+  }
+}
+
 TEST(MovedPorts, AnASCIIPortAloneLeavesTheOverlayAlone) {
   Requests world;
   world.Ask(sounding.ASCIIPortRequest, 7);

@@ -3,11 +3,13 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScreen>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <algorithm>
 
-#include "platform/qt/form_window.h"
+#include "platform/box_askers.h"
 #include "platform/qt/look.h"
 #include "platform/qt/mnemonics.h"
 #include "platform/qt/widget_inputs.h"
@@ -41,29 +43,51 @@ QString BoxText(const std::string& text) {
   return shown.replace("\r\n", "\n").replace('\r', '\n');  // a line may end in either way
 }
 
-/// What no box may hide: the depth of the console, large and exact.
-QRect DepthOn(const QWidget& over) {
-  QRect kept;
-  for (const char* name : {"lblBigDepth", "lblDepth"}) {
-    const auto* depth = over.findChild<QWidget*>(name);
-    if (depth == nullptr) continue;
-    kept |= QRect(depth->mapTo(&over, QPoint()), depth->size());
+/// The window of the screen that asked. Where that is gone, or nobody asked, as for what the
+/// recording itself tells, the console: the one with what is always in sight.
+FormWindow* WindowFor(int id, const std::vector<FormWindow*>& shown) {
+  if (shown.empty()) return nullptr;
+  const std::string asker = AskerOfBox(id);
+  FormWindow* console = nullptr;
+  for (FormWindow* window : shown) {
+    if (window->Mirrored().Name() == asker) return window;
+    if (!AlwaysInSight(*window).empty()) console = window;
   }
-  return kept;
+  return console != nullptr ? console : shown.back();
 }
 
-/// Room for a box below the depth.
-QSize RoomOn(const QWidget& over) {
-  constexpr int kTitle = 40;  // of the frame that the window manager adds
-  const int top = DepthOn(over).isEmpty() ? 0 : DepthOn(over).bottom() + 1;
-  return {over.width(), std::max(1, over.height() - top - kTitle)};
+BoxGround GroundFor(const FormWindow& over, const std::vector<FormWindow*>& shown) {
+  BoxGround ground;
+  ground.window = QRect(over.mapToGlobal(QPoint()), over.size());
+  ground.display = over.screen()->availableGeometry();
+  for (const FormWindow* window : shown) {
+    const std::vector<QRect> kept = AlwaysInSight(*window);
+    ground.kept.insert(ground.kept.end(), kept.begin(), kept.end());
+  }
+  return ground;
 }
 
-void PlaceOn(QWidget& window, const QWidget* over) {
-  if (over == nullptr) return;
-  const QSize size = window.size().boundedTo(RoomOn(*over));
-  if (size != window.size()) window.resize(size);
-  window.move(over->mapToGlobal(QPoint()) + BoxPlace(size, over->size(), DepthOn(*over)).topLeft());
+/// With the frame that the window manager adds above.
+QSize Framed(const QSize& size) {
+  return size + QSize(0, kLookBox.title);
+}
+
+void PlaceDialog(QWidget& dialog, const BoxGround& ground) {
+  for (const QRect& room : {ground.window, ground.window.united(ground.display)}) {
+    const auto place = BoxPlace(Framed(dialog.size()), room, ground.kept);
+    if (!place) continue;
+    dialog.move(place->topLeft());
+    return;
+  }
+  const QRect free = LargestFree(ground.window, ground.kept);
+  dialog.resize(dialog.size().boundedTo(free.size() - Framed(QSize(0, 0))));
+  dialog.move(free.topLeft());
+}
+
+/// The window manager keeps it above the one that it belongs to.
+void JoinTo(const QWidget& window, const QWidget* over) {
+  if (window.windowHandle() == nullptr) return;
+  window.windowHandle()->setTransientParent(over == nullptr ? nullptr : over->windowHandle());
 }
 
 /// A window above its like. One that comes up while the override is held down leaves the focus
@@ -98,12 +122,6 @@ std::unique_ptr<QFileDialog> MakeDialog(const FileDialog& asked) {
 
 }  // namespace
 
-QRect BoxPlace(const QSize& box, const QSize& window, const QRect& kept) {
-  const int top = kept.isEmpty() ? 0 : kept.bottom() + 1;
-  const int left = std::max(0, (window.width() - box.width()) / 2);
-  return {QPoint(left, top + std::max(0, (window.height() - top - box.height()) / 2)), box};
-}
-
 BoxWindow::BoxWindow(const MessageBox& box, QWidget* over)
     : id_(box.id), buttons_(box.buttons), scale_(ScaleOf(over)) {
   const double scale = scale_;
@@ -111,9 +129,9 @@ BoxWindow::BoxWindow(const MessageBox& box, QWidget* over)
   setWindowTitle("PENLOG");
   setStyleSheet(StyleSheet(scale));
   auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(Scaled(20, scale), Scaled(20, scale), Scaled(20, scale),
-                             Scaled(16, scale));
-  column->setSpacing(Scaled(18, scale));
+  const int margin = Scaled(kLookBox.margin, scale);
+  column->setContentsMargins(margin, margin, margin, margin);
+  column->setSpacing(Scaled(kLookBox.gap, scale));
   auto* text = new QLabel(BoxText(box.text), this);
   text->setObjectName("lblBoxText");
   text->setProperty("role", "question");
@@ -130,33 +148,53 @@ BoxWindow::BoxWindow(const MessageBox& box, QWidget* over)
   auto* row = new QWidget(this);
   auto* places = new QHBoxLayout(row);
   places->setContentsMargins(0, 0, 0, 0);
-  places->setSpacing(Scaled(14, scale));
+  places->setSpacing(Scaled(kLookBox.between, scale));
   places->addStretch();
   for (const BoxAnswer answer : {BoxAnswer::Ok, BoxAnswer::Yes, BoxAnswer::No, BoxAnswer::Cancel}) {
     if (Offers(buttons_, answer)) AddButton(answer, *row);
   }
   column->addWidget(row);
-  StandIn(Scaled(440, scale), over == nullptr ? QSize() : RoomOn(*over));
-}
-
-/// As high as the text needs at that width, or as the room allows; then wider first.
-void BoxWindow::StandIn(int width, const QSize& room) {
-  auto* text = findChild<QLabel*>("lblBoxText");
-  const QMargins margins = layout()->contentsMargins();
-  const auto height_at = [&](int wide) {
-    const int text_width = wide - margins.left() - margins.right();
-    const int buttons = Scaled(44, scale_) + layout()->spacing();
-    return text->heightForWidth(text_width) + buttons + margins.top() + margins.bottom() + 2;
-  };
   text->ensurePolished();
-  if (!room.isEmpty() && height_at(width) > room.height()) width = room.width() * 9 / 10;
-  const int height = height_at(width);
-  resize(width, room.isEmpty() ? height : std::min(height, room.height()));
+  resize(SizeAt(Scaled(kLookBox.width, scale)));
 }
 
-void BoxWindow::StandOver(const QWidget& over) {
-  StandIn(Scaled(440, scale_), RoomOn(over));
-  PlaceOn(*this, &over);
+/// As high as the text needs at that width.
+QSize BoxWindow::SizeAt(int width) const {
+  const auto* text = findChild<QLabel*>("lblBoxText");
+  const QMargins margins = layout()->contentsMargins();
+  const int text_height = text->heightForWidth(width - margins.left() - margins.right());
+  const int buttons = Scaled(kLookBox.button, scale_) + layout()->spacing();
+  return {width, text_height + buttons + margins.top() + margins.bottom() + 2};
+}
+
+/// In its own width, else as wide as the room allows.
+bool BoxWindow::StandIn(const QRect& room, const std::vector<QRect>& kept) {
+  for (const int width : {Scaled(kLookBox.width, scale_), room.width() * 9 / 10}) {
+    const QSize size = SizeAt(width);
+    const auto place = BoxPlace(Framed(size), room, kept);
+    if (!place) continue;
+    resize(size);
+    move(place->topLeft());
+    return true;
+  }
+  return false;
+}
+
+void BoxWindow::StandScrolled(const QRect& free) {
+  const int width = free.width() * 9 / 10;
+  resize(QSize(width, SizeAt(width).height()).boundedTo(free.size() - Framed(QSize(0, 0))));
+  move(free.left() + (free.width() - width) / 2, free.top());
+}
+
+/// A small window has no room for a box beside what is kept: then the display has.
+void BoxWindow::Stand(const BoxGround& ground) {
+  if (StandIn(ground.window, ground.kept)) return;
+  const QRect free = LargestFree(ground.window, ground.kept);
+  const QSize least(Scaled(kLookBox.width, scale_), 3 * Scaled(kLookBox.button, scale_));
+  const bool has_room = free.width() >= least.width() && free.height() >= Framed(least).height();
+  const QRect all = ground.window.united(ground.display);
+  if (!has_room && StandIn(all, ground.kept)) return;
+  StandScrolled(has_room ? free : LargestFree(all, ground.kept));
 }
 
 void BoxWindow::AddButton(BoxAnswer answer, QWidget& row) {
@@ -186,55 +224,62 @@ void BoxWindow::reject() {
   }
 }
 
-void BoxWindows::Follow(QWidget* over) {
-  FollowBox(over);
-  FollowDialog(over);
+void BoxWindows::Follow(const std::vector<FormWindow*>& shown) {
+  concerned_ = nullptr;
+  FollowDialog(shown);
+  FollowBox(shown);
 }
 
-void BoxWindows::FollowBox(QWidget* over) {
+void BoxWindows::FollowBox(const std::vector<FormWindow*>& shown) {
   const MessageBox* front = FrontBox();
+  FormWindow* over = front == nullptr ? nullptr : WindowFor(front->id, shown);
+  if (front != nullptr) concerned_ = over;
   if (box_ != nullptr && front != nullptr && box_->Id() == front->id &&
       box_->Scale() == ScaleOf(over) && look_ == ChosenLook()) {
-    FollowPlace(over);
+    FollowPlace(shown);
     return;
   }
   box_.reset();
   if (front == nullptr) return;
   box_ = std::make_unique<BoxWindow>(*front, over);
   look_ = ChosenLook();
-  over_ = {};
-  FollowPlace(over);
+  ground_ = {};
+  FollowPlace(shown);
   box_->show();
-  over_ = {};  // once more in the next frame, when its texts have their sizes
+  JoinTo(*box_, over);
+  ground_ = {};  // once more in the next frame, when its texts have their sizes
   if (QGuiApplication::platformName() != "offscreen") box_->raise();
 }
 
 /// The box goes with its window.
-void BoxWindows::FollowPlace(QWidget* over) {
-  if (over == nullptr) return;
-  const QRect kept = DepthOn(*over).translated(over->mapToGlobal(QPoint()));
-  if (over->geometry() == over_ && kept == kept_) return;  // it may have been dragged away
-  over_ = over->geometry();
-  kept_ = kept;
-  box_->StandOver(*over);
+void BoxWindows::FollowPlace(const std::vector<FormWindow*>& shown) {
+  if (concerned_ == nullptr) return;
+  const BoxGround ground = GroundFor(*concerned_, shown);
+  if (ground == ground_) return;  // it may have been dragged away
+  ground_ = ground;
+  box_->Stand(ground);
+  JoinTo(*box_, concerned_);
 }
 
 QRect BoxWindows::PlaceOver(const QWidget& over) const {
   const QWidget* front = Front();
   if (front == nullptr) return {};
-  return BoxPlace(front->size(), over.size(), DepthOn(over));
+  return {front->mapToGlobal(QPoint()) - over.mapToGlobal(QPoint()), front->size()};
 }
 
-void BoxWindows::FollowDialog(QWidget* over) {
+void BoxWindows::FollowDialog(const std::vector<FormWindow*>& shown) {
   const FileDialog* asked = OpenFileDialog();
+  FormWindow* over = asked == nullptr ? nullptr : WindowFor(asked->id, shown);
+  if (asked != nullptr) concerned_ = over;
   if (dialog_ != nullptr && asked != nullptr && dialog_id_ == asked->id) return;
   if (dialog_ != nullptr) dialog_->disconnect();
   dialog_.reset();
   if (asked == nullptr) return;
   dialog_ = MakeDialog(*asked);
   dialog_id_ = asked->id;
-  PlaceOn(*dialog_, over);
+  if (over != nullptr) PlaceDialog(*dialog_, GroundFor(*over, shown));
   dialog_->show();
+  JoinTo(*dialog_, over);
   if (QGuiApplication::platformName() != "offscreen") dialog_->raise();
 }
 

@@ -9,16 +9,14 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/boxes.h"
+#include "platform/qt/box_place.h"
+#include "platform/qt/form_window.h"
 #include "platform/view.h"
 
 namespace penlog {
-
-/// Where a box of that size stands on a window of that size: in the middle of what lies below
-/// `kept` (the depth; empty: nothing), and never higher. A box that is too large for the room has
-/// been made smaller before.
-QRect BoxPlace(const QSize& box, const QSize& window, const QRect& kept);
 
 /// A message box. It is gone when its answer has been served, not when it was pressed.
 class BoxWindow : public QDialog {
@@ -28,8 +26,8 @@ class BoxWindow : public QDialog {
   BoxWindow(const MessageBox& box, QWidget* over);
   int Id() const { return id_; }
   double Scale() const { return scale_; }
-  /// Takes its place over the window; a text that is too long for the room there can be scrolled.
-  void StandOver(const QWidget& over);
+  /// Takes its place; a text that is too long for the room there can be scrolled.
+  void Stand(const BoxGround& ground);
   /// The button for that answer; null if the box has none.
   QPushButton* ButtonFor(BoxAnswer answer) const;
 
@@ -40,7 +38,9 @@ class BoxWindow : public QDialog {
 
  private:
   void AddButton(BoxAnswer answer, QWidget& row);
-  void StandIn(int width, const QSize& room);
+  QSize SizeAt(int width) const;
+  bool StandIn(const QRect& room, const std::vector<QRect>& kept);
+  void StandScrolled(const QRect& free);
 
   int id_;
   BoxButtons buttons_;
@@ -50,25 +50,28 @@ class BoxWindow : public QDialog {
 
 class BoxWindows {
  public:
-  /// Brings the windows to the box and the dialog that are open now, over the window `over`.
-  void Follow(QWidget* over);
+  /// Brings the windows to the box and the dialog that are open now, each over the window of the
+  /// screen that asked for it. `shown` are the windows in sight, the front one last.
+  void Follow(const std::vector<FormWindow*>& shown);
   /// The window in front; null when nothing is open.
   QWidget* Front() const;
-  /// Where it stands on the window that it concerns.
+  /// The window that it concerns; null when nothing is open.
+  FormWindow* Over() const { return concerned_; }
+  /// Where it stands on that window.
   QRect PlaceOver(const QWidget& over) const;
   /// Presses a button of the box in front.
   bool Press(BoxAnswer answer, std::string& why);
 
  private:
-  void FollowBox(QWidget* over);
-  void FollowDialog(QWidget* over);
-  void FollowPlace(QWidget* over);
+  void FollowBox(const std::vector<FormWindow*>& shown);
+  void FollowDialog(const std::vector<FormWindow*>& shown);
+  void FollowPlace(const std::vector<FormWindow*>& shown);
 
   std::unique_ptr<BoxWindow> box_;
   std::unique_ptr<QFileDialog> dialog_;
   int dialog_id_ = 0;
-  QRect over_;  // the window and its depth as the box was placed
-  QRect kept_;
+  FormWindow* concerned_ = nullptr;
+  BoxGround ground_;  // as the box was placed
   LookSet look_ = LookSet::Day;
 };
 

@@ -7,6 +7,7 @@
 #include <QVariant>
 #include <algorithm>
 
+#include "platform/qt/look.h"
 #include "platform/qt/widget_values.h"
 
 namespace penlog {
@@ -61,7 +62,7 @@ bool FitText(QWidget& widget) {
     widget.setProperty(kOwnPixels, widget.font().pixelSize());
   }
   const int own = widget.property(kOwnPixels).toInt();
-  const int least = std::max(6, static_cast<int>(own * kLeastShare));
+  const int least = std::max(kLeastTextPixels, static_cast<int>(own * kLeastShare));
   int pixels = own;
   while (pixels > least && !Fits(widget, pixels)) --pixels;
   const int fitted = pixels == own ? 0 : pixels;

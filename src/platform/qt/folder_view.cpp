@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+#include "platform/qt/look.h"
+
 namespace penlog {
 
 FolderView::FolderView(QWidget* parent)
@@ -12,7 +14,7 @@ FolderView::FolderView(QWidget* parent)
   setFocusProxy(folders_);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(2);
+  column->setSpacing(kLookJoint);
   column->addWidget(path_);
   column->addWidget(folders_, 1);
 }

@@ -11,14 +11,12 @@ namespace penlog {
 
 namespace {
 
-constexpr double kRadius = 6;
-
 /// Smaller where the text is longer than its room, as a translation's may be: never cut.
 QFont Fitted(QFont font, const QString& text, int room) {
   const int needed = QFontMetrics(font).horizontalAdvance(text);
   if (needed > room && needed > 0) {
     const int size = QFontInfo(font).pixelSize() * room / needed;
-    font.setPixelSize(std::max(size, 1));
+    font.setPixelSize(std::max(size, kLeastTextPixels));
   }
   return font;
 }
@@ -44,7 +42,7 @@ QFont FrameView::HeadFont() const {
   const int wide = QFontMetrics(bold).horizontalAdvance(caption_);
   const double share = static_cast<double>(HeadRect().width()) / std::max(1, wide);
   if (share < 1 && bold.pixelSize() > 0) {
-    bold.setPixelSize(std::max(6, static_cast<int>(bold.pixelSize() * share)));
+    bold.setPixelSize(std::max(kLeastTextPixels, static_cast<int>(bold.pixelSize() * share)));
   }
   return bold;
 }
@@ -80,7 +78,7 @@ void FrameView::paintEvent(QPaintEvent*) {
   const bool toned = tone_ != kGrey;
   const QColor border = toned ? GroundColour(tone_) : Look().line;
   QPainterPath outline;
-  outline.addRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+  outline.addRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kLookRadius, kLookRadius);
   painter.fillPath(outline, tone_ == kRed ? border : Look().panel);
   if (!caption_.isEmpty()) PaintHead(painter, outline, toned ? border : Look().raised);
   painter.setPen(QPen(border, toned ? 2 : 1));

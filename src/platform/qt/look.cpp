@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "forms/notice_colours.h"
+
 namespace penlog {
 
 namespace {
@@ -30,6 +32,7 @@ LookColours Day() {
   look.good = QColor(0x0a, 0x68, 0x33);
   look.on_good = QColor(0xff, 0xff, 0xff);
   look.lit = QColor(0x82, 0x4d, 0x00);
+  look.on_lit = QColor(0xff, 0xff, 0xff);
   look.blue_mark = QColor(0x0a, 0x4f, 0xb8);
   look.cyan_mark = QColor(0x00, 0x64, 0x75);
   return look;
@@ -57,6 +60,7 @@ LookColours Night() {
   look.good = QColor(0x35, 0xc4, 0x77);
   look.on_good = QColor(0x03, 0x12, 0x0a);
   look.lit = QColor(0xf0, 0xb4, 0x3c);
+  look.on_lit = QColor(0x14, 0x0c, 0x00);
   look.blue_mark = QColor(0x6d, 0xb3, 0xff);
   look.cyan_mark = QColor(0x4f, 0xd6, 0xe0);
   return look;
@@ -119,7 +123,7 @@ QColor Shown(Colour colour) {
   const std::pair<Colour, QColor> known[] = {
       {kBlack, look.readout_text}, {kWhite, look.readout_text}, {kRed, look.red_mark},
       {kGreen, look.good},         {kBlue, look.blue_mark},     {kCyan, look.cyan_mark},
-      {kGrey, look.caption}};
+      {kGrey, look.caption},       {kAmber, look.lit}};
   return Mapped(colour, known);
 }
 
@@ -136,8 +140,8 @@ QColor TextColour(Colour colour) {
 QColor GroundColour(Colour colour) {
   const LookColours& look = Look();
   const std::pair<Colour, QColor> known[] = {
-      {kBlack, look.readout_ground}, {kWhite, look.field}, {kRed, look.alarm},
-      {kGreen, look.good},           {kBlue, look.accent}, {kGrey, look.panel}};
+      {kBlack, look.readout_ground}, {kWhite, look.field}, {kRed, look.alarm}, {kGreen, look.good},
+      {kBlue, look.accent},          {kGrey, look.panel},  {kAmber, look.lit}};
   for (const auto& [named, shown] : known) {
     if (named == colour) return shown;
   }
@@ -148,6 +152,7 @@ QColor TextOn(Colour ground, Colour colour) {
   if (ground == kRed) return Look().on_alarm;
   if (ground == kGreen) return Look().on_good;
   if (ground == kBlue) return Look().on_accent;
+  if (ground == kAmber) return Look().on_lit;
   if (ground == kBlack || ground == kWhite || ground == kGrey) return TextColour(colour);
   return StandingOut(TextColour(colour), GroundColour(ground));
 }

@@ -32,7 +32,8 @@ struct LookColours {
   QColor red_mark;   ///< a red trace, bar or lamp: another red than the alarm's
   QColor good;       ///< links that work, rods going down, the way on
   QColor on_good;    ///< texts on it
-  QColor lit;        ///< a lamp that is on
+  QColor lit;        ///< a lamp that is on; a filled area: a notice that is no alarm
+  QColor on_lit;     ///< texts on it
   QColor blue_mark;
   QColor cyan_mark;
 };
@@ -65,8 +66,31 @@ QColor TextOn(Colour ground, Colour colour);
 /// "note", "question"; buttons "main", "stop", "halt".
 QString StyleSheet(double scale);
 
+/// `sheet` with each `{pixels}` scaled and each `@role` as that colour of the set chosen now.
+QString FilledSheet(const QString& sheet, double scale);
+
 /// Width of a border or a gap of `pixels` at that scale, at least 1.
 int Scaled(double pixels, double scale);
+
+/// A text is never drawn with fewer pixels.
+constexpr int kLeastTextPixels = 6;
+/// Of the corners of frames and readouts, in pixels.
+constexpr double kLookRadius = 6;
+/// Between the parts of one widget, in pixels.
+constexpr int kLookJoint = 2;
+/// Lines of rings and of borders that are to stand out, in pixels.
+constexpr double kFirmLine = 1.5;
+
+/// Of a message box, in pixels at scale 1.
+struct LookBox {
+  int width = 440;   ///< where the text fits
+  int margin = 16;   ///< around it all
+  int gap = 16;      ///< between the text and the buttons
+  int between = 14;  ///< two buttons
+  int button = 44;   ///< height
+  int title = 40;    ///< of the frame that the window manager adds; not scaled
+};
+inline constexpr LookBox kLookBox;
 
 /// The steps that margins and gaps of the arrangements keep to, in pixels at scale 1.
 const std::vector<int>& LookGaps();

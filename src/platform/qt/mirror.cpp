@@ -55,7 +55,7 @@ void WindowMirror::Follow() {
     if (form->Visible || (known && !WindowOf(*form).isHidden())) WindowOf(*form).Follow();
   }
   FollowOrder();
-  boxes_.Follow(FrontWindow());
+  boxes_.Follow(ShownWindows());
 }
 
 void WindowMirror::FollowOrder() {
@@ -70,6 +70,12 @@ FormWindow* WindowMirror::FrontWindow() {
   return ShownForms().empty() ? nullptr : &WindowOf(*ShownForms().back());
 }
 
+std::vector<FormWindow*> WindowMirror::ShownWindows() {
+  std::vector<FormWindow*> shown;
+  for (Form* form : ShownForms()) shown.push_back(&WindowOf(*form));
+  return shown;
+}
+
 bool WindowMirror::Shot(const std::string& form_name, const std::string& file, int width,
                         int height) {
   Follow();
@@ -80,10 +86,13 @@ bool WindowMirror::Shot(const std::string& form_name, const std::string& file, i
   const QSize before = window.size();
   window.StandForPicture(true);
   if (width > 0 && height > 0) window.resize(window.SizeOn({width, height}));
+  for (int round = 0; round < 2; ++round) {
+    Settle();
+    Follow();  // places in fractions follow the new size, and a box its texts
+  }
   Settle();
-  Follow();  // places in fractions follow the new size
   QPixmap picture = window.grab();
-  QWidget* box = form == ShownForms().back() ? boxes_.Front() : nullptr;
+  QWidget* box = &window == boxes_.Over() ? boxes_.Front() : nullptr;
   if (box != nullptr) LayOver(picture, *box, boxes_.PlaceOver(window));
   window.resize(before);
   window.StandForPicture(false);

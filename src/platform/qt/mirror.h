@@ -38,6 +38,7 @@ class WindowMirror : public View {
  private:
   void FollowOrder();
   FormWindow* FrontWindow();
+  std::vector<FormWindow*> ShownWindows();
 
   std::map<std::string, std::unique_ptr<FormWindow>> windows_;
   std::vector<Form*> order_;  // of the shown windows, the front one last

@@ -154,11 +154,20 @@ void PictureCanvas::DrawSteps(const Picture& picture, const QFont& font) {
 
 PixelRows PictureCanvas::DrawTrace(const Trace& trace, DrawnTrace& drawn) {
   PixelRows changed;
-  for (drawn.points = std::max<std::size_t>(drawn.points, 1); drawn.points < trace.points.size();
-       ++drawn.points) {
-    const TracePoint& from = trace.points[drawn.points - 1];
-    changed.Include(AddSegment(from, trace.points[drawn.points], drawn));
+  const double width = image_.width();
+  const double height = image_.height();
+  const auto place = [&](const TracePoint& point) {
+    return QPointF(static_cast<double>(point.x) * width, static_cast<double>(point.y) * height);
+  };
+  std::size_t next = std::max<std::size_t>(drawn.points, 1);
+  if (next >= trace.points.size()) return changed;
+  QPointF from = place(trace.points[next - 1]);
+  for (; next < trace.points.size(); ++next) {
+    const QPointF to = place(trace.points[next]);
+    changed.Include(AddSegment(from, to, drawn));
+    from = to;
   }
+  drawn.points = next;
   return changed;
 }
 
@@ -167,17 +176,13 @@ void PictureCanvas::AddPart(DrawnTrace& drawn) const {
 }
 
 /// A segment that goes up is one part, what follows it another.
-PixelRows PictureCanvas::AddSegment(const TracePoint& from, const TracePoint& to,
-                                    DrawnTrace& drawn) {
-  const QPointF begin(static_cast<double>(from.x) * image_.width(),
-                      static_cast<double>(from.y) * image_.height());
-  const QPointF end(static_cast<double>(to.x) * image_.width(),
-                    static_cast<double>(to.y) * image_.height());
-  const bool up = end.y() < begin.y();
+PixelRows PictureCanvas::AddSegment(const QPointF& from, const QPointF& to,
+                                    DrawnTrace& drawn) const {
+  const bool up = to.y() < from.y();
   if (drawn.parts.empty() || up) AddPart(drawn);
   TraceCover& part = drawn.parts.back();
-  const PixelRows rows =
-      up ? part.Add(end, begin, image_.height()) : part.Add(begin, end, image_.height());
+  const int height = image_.height();
+  const PixelRows rows = up ? part.Add(to, from, height) : part.Add(from, to, height);
   if (up) AddPart(drawn);
   return rows;
 }

@@ -45,7 +45,7 @@ class PictureCanvas {
   void DrawSteps(const Picture& picture, const QFont& font);
   PixelRows DrawTrace(const Trace& trace, DrawnTrace& drawn);
   void AddPart(DrawnTrace& drawn) const;
-  PixelRows AddSegment(const TracePoint& from, const TracePoint& to, DrawnTrace& drawn);
+  PixelRows AddSegment(const QPointF& from, const QPointF& to, DrawnTrace& drawn) const;
   void Compose(const Picture& picture, const PixelRows& rows);
 
   bool antialiased_;

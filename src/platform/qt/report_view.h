@@ -22,13 +22,14 @@ class ReportView : public QWidget {
 
   /// The columns of one line.
   static QStringList Columns(const QString& line);
+  const std::vector<QStringList>& Lines() const { return lines_; }
+  /// Left edges of the columns of lines with `count` columns, for a page `width` wide.
+  std::vector<int> LeftEdges(qsizetype count, int width) const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  /// Left edges of the columns of lines with `count` columns, for a page `width` wide.
-  std::vector<int> LeftEdges(qsizetype count, int width) const;
   bool IsHeading(const QString& line) const;
 
   QString text_;

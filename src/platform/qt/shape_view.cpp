@@ -56,7 +56,7 @@ QFont ShapeView::WordFont() const {
   const int wide = WidestWord(bold);
   const double share = static_cast<double>(WordRect().width()) / std::max(1, wide);
   if (share < 1 && bold.pixelSize() > 0) {
-    bold.setPixelSize(std::max(6, static_cast<int>(bold.pixelSize() * share)));
+    bold.setPixelSize(std::max(kLeastTextPixels, static_cast<int>(bold.pixelSize() * share)));
   }
   return bold;
 }
@@ -78,7 +78,7 @@ QColor ShapeView::FillColour() const {
 /// Off is a ring. Red is a ring with a small dot, no filled area: that is the alarm's.
 void ShapeView::PaintLamp(QPainter& painter) const {
   const QRectF circle = Circle(*this);
-  const double border = std::max(1.5, circle.width() / 10);
+  const double border = std::max(kFirmLine, circle.width() / 10);
   const bool full = IsSolid() && colour_ != kRed;
   painter.setPen(QPen(IsSolid() ? FillColour() : Look().caption, border));
   painter.setBrush(full ? FillColour() : Look().readout_ground);
@@ -102,7 +102,7 @@ void ShapeView::PaintKey(QPainter& painter) const {
 
 void ShapeView::PaintLevel(QPainter& painter) const {
   const QRectF ring = rect().adjusted(1, 1, -1, -1);
-  painter.setPen(QPen(Look().caption, 1.5));
+  painter.setPen(QPen(Look().caption, kFirmLine));
   painter.setBrush(Look().readout_ground);
   painter.drawEllipse(ring);
   painter.setPen(QPen(Look().line, 1));
@@ -121,7 +121,7 @@ void ShapeView::PaintBubble(QPainter& painter) const {
 void ShapeView::PaintGround(QPainter& painter) const {
   painter.setPen(QPen(Look().line, 1));
   painter.setBrush(Look().readout_ground);
-  painter.drawRoundedRect(rect().adjusted(0, 0, -1, -1), 6, 6);
+  painter.drawRoundedRect(rect().adjusted(0, 0, -1, -1), kLookRadius, kLookRadius);
 }
 
 void ShapeView::paintEvent(QPaintEvent*) {

@@ -71,6 +71,7 @@ constexpr char kTexts[] = R"(
   penlog--TextView[role="value"] { font-size: {20}; font-weight: bold; }
   penlog--TextView[role="small"] { font-size: {13}; }
   penlog--TextView[role="strip"] { font-size: {15}; font-weight: bold; }
+  penlog--TextView[role="sign"] { font-size: {13}; font-weight: bold; }
   penlog--TextView[role="state"] { font-size: {16}; font-weight: bold; }
   penlog--TextView[role="caption"] { color: @caption; font-size: {13}; }
   penlog--FrameView#frmGraphArea penlog--TextView { font-size: {11}; }
@@ -99,6 +100,8 @@ constexpr char kButtons[] = R"(
   QPushButton[role="halt"]:pressed { background: @text; color: @ground; }
   QPushButton[role="stop"]:disabled, QPushButton[role="halt"]:disabled {
     background: @ground; color: @faint; border: {1} dashed @line; }
+  QMainWindow#StartUp QPushButton { font-size: {19}; }
+  QMainWindow#StartUp QLabel#lblProgress { font-size: {15}; }
   QCheckBox, QRadioButton { spacing: {8}; min-height: {26}; }
   QCheckBox:disabled, QRadioButton:disabled { color: @faint; }
   QCheckBox::indicator, QRadioButton::indicator { width: {20}; height: {20};
@@ -128,6 +131,8 @@ constexpr char kFields[] = R"(
   QListWidget::item:selected { background: @accent; color: @on_accent; }
   QScrollArea { border: {1} solid @line; background: @panel; }
   QScrollArea > QWidget > QWidget { background: @panel; }
+  QScrollArea#areaBoxText, QScrollArea#areaBoxText > QWidget > QWidget { border: 0;
+    background: @ground; }
   QScrollBar:vertical { background: @ground; width: {18}; }
   QScrollBar:horizontal { background: @ground; height: {18}; }
   QScrollBar::handle { background: @line; border-radius: {4}; min-height: {30};
@@ -145,7 +150,10 @@ constexpr char kFields[] = R"(
 
 QString StyleSheet(double scale) {
   AddLookResource();
-  const QString sheet = QString(kTexts) + kButtons + kFields;
+  return FilledSheet(QString(kTexts) + kButtons + kFields, scale);
+}
+
+QString FilledSheet(const QString& sheet, double scale) {
   return WithColours(WithSizes(sheet, scale), Look());
 }
 

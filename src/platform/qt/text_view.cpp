@@ -35,7 +35,7 @@ void TextView::SetFilled(bool filled) {
 }
 
 int TextView::Gap() const {
-  return plain_ ? 0 : std::max(2, fontMetrics().height() / 4);
+  return plain_ && !filled_ ? 0 : std::max(2, fontMetrics().height() / 4);
 }
 
 int TextView::Alignment() const {
@@ -60,7 +60,7 @@ QFont TextView::FittingFont() const {
       static_cast<double>(room.width()) / std::max(1, metrics.horizontalAdvance(longest));
   const double high = static_cast<double>(room.height() & ~1) / std::max(1, metrics.height());
   const double share = std::min({wide, high, 1.0});
-  fitting.setPixelSize(std::max(6, static_cast<int>(pixels * share)));
+  fitting.setPixelSize(std::max(kLeastTextPixels, static_cast<int>(pixels * share)));
   return fitting;
 }
 
@@ -96,7 +96,7 @@ void TextView::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground_colour_);
-    const double radius = std::min(6.0, height() / 6.0);
+    const double radius = std::min(kLookRadius, height() / kLookRadius);
     painter.drawRoundedRect(rect(), radius, radius);
   }
   painter.setFont(FittingFont());

@@ -14,9 +14,25 @@ int Mixed(int below, int above, int share) {
   return (below * (kFull - share) + above * share + kFull / 2) / kFull;
 }
 
+/// Of a number not below -1, without a call.
+int Floor(double number) {
+  const int whole = static_cast<int>(number);
+  return number < whole ? whole - 1 : whole;
+}
+
+int Ceiling(double number) {
+  const int whole = static_cast<int>(number);
+  return number > whole ? whole + 1 : whole;
+}
+
+/// Each of the four bytes by itself.
 QRgb Mixed(QRgb below, QRgb above, int share) {
-  return qRgb(Mixed(qRed(below), qRed(above), share), Mixed(qGreen(below), qGreen(above), share),
-              Mixed(qBlue(below), qBlue(above), share));
+  QRgb mixed = 0;
+  for (int shift = 0; shift < 32; shift += 8) {
+    const auto part = [shift](QRgb pixel) { return static_cast<int>(pixel >> shift & 0xFFU); };
+    mixed |= static_cast<QRgb>(Mixed(part(below), part(above), share)) << shift;
+  }
+  return mixed;
 }
 
 }  // namespace
@@ -77,10 +93,8 @@ void PixelRows::Include(const PixelRows& other) {
 }
 
 PixelRows TraceCover::Add(const QPointF& from, const QPointF& to, int height) {
-  const double top = std::clamp((from.y() - radius_) * lines_ - 0.5, -1.0, 1e6);
-  const double bottom = std::clamp((to.y() + radius_) * lines_ - 0.5, -1.0, 1e6);
-  const int first = std::max(0, static_cast<int>(std::ceil(top)));
-  const int last = std::min(height * lines_, static_cast<int>(std::floor(bottom)) + 1);
+  const int first = std::max(0, LineAbove(from.y() - radius_));
+  const int last = std::min(height * lines_, LineBelow(to.y() + radius_));
   if (first >= last) return {};
   if (covered_.empty()) first_line_ = first;
   const int begin = std::max(first, first_line_);
@@ -88,36 +102,43 @@ PixelRows TraceCover::Add(const QPointF& from, const QPointF& to, int height) {
   if (covered_.size() < needed) covered_.resize(needed);
   if (from != stands_at_) AddDisc(from, begin, last);
   stands_at_ = to;
-  AddBody(from, to, begin, last);
-  AddDisc(to, begin, last);
+  if (to.y() > from.y()) {
+    AddSweep(from, to, begin, last);
+  } else {
+    AddDisc(to, begin, last);  // level: the discs at its ends reach as far
+  }
   return {first / lines_, (last - 1) / lines_ + 1};
+}
+
+/// The first scan line at or below a height, and the one behind the last at or above it.
+int TraceCover::LineAbove(double height) const {
+  return Ceiling(std::clamp(height * lines_ - 0.5, -1.0, 1e6));
+}
+int TraceCover::LineBelow(double height) const {
+  return Floor(std::clamp(height * lines_ - 0.5, -1.0, 1e6)) + 1;
 }
 
 /// The pen where it stands at an end of the segment.
 void TraceCover::AddDisc(const QPointF& centre, int first, int last) {
-  const double least = (centre.y() - radius_) * lines_ - 0.5;
-  const double most = (centre.y() + radius_) * lines_ - 0.5;
-  first = std::max(first, static_cast<int>(std::floor(std::clamp(least, -1.0, 1e6))));
-  last = std::min(last, static_cast<int>(std::ceil(std::clamp(most, -1.0, 1e6))) + 1);
   Interval* at = From(first);
   for (int line = first; line < last; ++line) {
-    Interval& interval = *at++;
-    // Inside what is covered already: most of a dense trace is.
-    if (interval.left <= centre.x() - radius_ && interval.right >= centre.x() + radius_) continue;
-    const double off = HeightOf(line) - centre.y();
-    const double inside = radius_ * radius_ - off * off;
-    if (inside < 0) continue;
-    const double half = std::sqrt(inside);
-    interval.left = std::min(interval.left, centre.x() - half);
-    interval.right = std::max(interval.right, centre.x() + half);
+    CoverDisc(centre, HeightOf(line), *at++);
   }
 }
 
-/// The straight sides between the two ends.
-void TraceCover::AddBody(const QPointF& from, const QPointF& to, int first, int last) {
+inline void TraceCover::CoverDisc(const QPointF& centre, double y, Interval& interval) const {
+  const double off = y - centre.y();
+  const double inside = radius_ * radius_ - off * off;
+  if (inside < 0) return;
+  const double half = std::sqrt(inside);
+  interval.left = std::min(interval.left, centre.x() - half);
+  interval.right = std::max(interval.right, centre.x() + half);
+}
+
+/// The straight sides between the two ends, and the pen at the lower end.
+void TraceCover::AddSweep(const QPointF& from, const QPointF& to, int first, int last) {
   const double across = to.x() - from.x();
   const double down = to.y() - from.y();
-  if (!(down > 0)) return;  // level: the discs at its ends reach as far
   const double length = std::sqrt(across * across + down * down);
   const QPointF side(radius_ * down / length, -radius_ * across / length);
   const double slope = across / down;
@@ -126,6 +147,7 @@ void TraceCover::AddBody(const QPointF& from, const QPointF& to, int first, int 
   Interval* at = From(first);
   for (int line = first; line < last; ++line) {
     Interval& interval = *at++;
+    // Most of a dense trace lies inside what is covered already.
     if (interval.left <= least && interval.right >= most) continue;
     const double y = HeightOf(line);
     const double right = y - (from.y() + side.y());
@@ -140,6 +162,7 @@ void TraceCover::AddBody(const QPointF& from, const QPointF& to, int first, int 
       interval.left = std::min(interval.left, x);
       interval.right = std::max(interval.right, x);
     }
+    CoverDisc(to, y, interval);
   }
 }
 

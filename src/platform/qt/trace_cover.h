@@ -47,7 +47,10 @@ class TraceCover {
   double HeightOf(int line) const { return (line + 0.5) * apart_; }
   Interval* From(int line) { return covered_.data() + (line - first_line_); }
   void AddDisc(const QPointF& centre, int first, int last);
-  void AddBody(const QPointF& from, const QPointF& to, int first, int last);
+  void AddSweep(const QPointF& from, const QPointF& to, int first, int last);
+  void CoverDisc(const QPointF& centre, double y, Interval& interval) const;
+  int LineAbove(double height) const;
+  int LineBelow(double height) const;
   class RowShares;
   void AddShares(int row, RowShares& shares) const;
 

@@ -10,6 +10,7 @@
 #include <QVariant>
 #include <algorithm>
 
+#include "forms/notice_colours.h"
 #include "platform/qt/folder_view.h"
 #include "platform/qt/frame_view.h"
 #include "platform/qt/look.h"
@@ -109,7 +110,7 @@ void ShowReadout(TextView& view, const Control& control) {
   const bool key = ground == kGrey && control.ForeColor != kBlack;
   view.SetColours(key ? Shown(control.ForeColor) : TextOn(ground, control.ForeColor),
                   GroundColour(ground));
-  view.SetFilled(ground == kRed || ground == kGreen || ground == kBlue);
+  view.SetFilled(ground == kRed || ground == kGreen || ground == kBlue || ground == kAmber);
   view.SetBold(control.Bold);
 }
 

@@ -1,0 +1,88 @@
+#include "real_time/loss_watch.h"
+
+#include "conelink/cone_state.h"
+#include "core/channels.h"
+#include "platform/clock.h"
+#include "platform/numbers.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr Micros kEvery = 20 * kMillisecond;
+constexpr Micros kSteady = kSecond;
+
+bool ConeIsLost() {
+  return cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue;
+}
+
+bool LinksAreUp() {
+  return !ConeIsLost() && cone.TruckPortLost != kTrue && cone.ASCIIPortLost != kTrue &&
+         cone.VideoPortLost != kTrue;
+}
+
+}  // namespace
+
+LossWatch::~LossWatch() {
+  DropCalls(this);
+}
+
+bool LossWatch::Take(const std::string& words) {
+  if (words.starts_with("lost ")) {
+    Loss loss;
+    loss.name = words.substr(5);
+    loss.rows_at_loss = sounding.RowCount;
+    losses_.push_back(loss);
+    DropCalls(this);
+    Look();
+    return true;
+  }
+  if (words != "back" && words != "back held") return false;
+  losses_.back().back = Now();
+  losses_.back().rows_at_return = rows_before_ = sounding.RowCount;
+  reading_ = sounding.Readings(1);
+  held_ = words == "back held";
+  return true;
+}
+
+void LossWatch::Look() {
+  Loss& loss = losses_.back();
+  loss.cone_was_lost = loss.cone_was_lost || ConeIsLost();
+  if (loss.back >= 0 && IsOver()) {
+    lblOver.Caption = loss.name;
+    return;
+  }
+  PostCall(
+      Now() + kEvery, this, [this] { Look(); }, EventKind::RepeatingCall);
+}
+
+/// A second row, or a second without a loss, shows that the end is none that is soon taken back.
+bool LossWatch::IsOver() {
+  Loss& loss = losses_.back();
+  if (!LinksAreUp()) {
+    loss.over = -1;
+    rows_before_ = sounding.RowCount;
+    return false;
+  }
+  const bool well = held_ || (sounding.RowCount > rows_before_ && sounding.Readings(1) != reading_);
+  if (well && loss.over < 0) {
+    loss.over = Now();
+    first_row_ = sounding.RowCount;
+  }
+  if (loss.over < 0) return false;
+  return held_ ? Now() - loss.over >= kSteady : sounding.RowCount > first_row_;
+}
+
+std::string LossWatch::Table(const std::string& wires) const {
+  std::string table;
+  for (const Loss& loss : losses_) {
+    const bool over = loss.over >= 0 && loss.back >= 0;
+    const double seconds = static_cast<double>(loss.over - loss.back) / 1e6;
+    table += "| " + loss.name + " | " + wires + " | " +
+             (over ? Format(seconds, "#0.0") + " s" : "not over") + " |\n";
+  }
+  return table;
+}
+
+}  // namespace penlog

@@ -1,0 +1,53 @@
+// What is lost under a recording console and comes back, and how long it takes from the return
+// until the console records again. The limits are the test's, not the watch's.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "forms/control.h"
+#include "forms/form.h"
+#include "platform/event_queue.h"
+
+namespace penlog {
+
+struct Loss {
+  std::string name;
+  Micros back = -1;  ///< time of the return
+  Micros over = -1;  ///< and of the first row behind it, with all links up from then on
+  std::int32_t rows_at_loss = 0;
+  std::int32_t rows_at_return = 0;
+  bool cone_was_lost = false;
+};
+
+/// A screen that is never shown, so that a script can tell it what happens and wait for the end:
+///
+///     rig test lost NAME
+///     rig test back                     or `back held`: a quit holds the rig, no row will come
+///     expect LossWatch.lblOver NAME 30
+class LossWatch : public Form {
+ public:
+  LossWatch() : Form("LossWatch", "") { KeepFirstValues(); }
+  ~LossWatch() override;
+
+  /// Takes `words` behind `rig test`; false if they are none of the watch's.
+  bool Take(const std::string& words);
+  const std::vector<Loss>& Losses() const { return losses_; }
+  /// A line of a table for each loss: its name, the wires and the seconds from its return.
+  std::string Table(const std::string& wires) const;
+
+  Label lblOver{*this, "lblOver"};
+
+ private:
+  void Look();
+  bool IsOver();
+
+  std::vector<Loss> losses_;
+  bool held_ = false;
+  std::int32_t rows_before_ = 0;  // rows that say nothing of the return
+  std::int32_t first_row_ = 0;    // behind it
+  float reading_ = 0;             // of before it
+};
+
+}  // namespace penlog
