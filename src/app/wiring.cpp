@@ -1,6 +1,7 @@
 #include "app/wiring.h"
 
 #include "conelink/cone_settings_report.h"
+#include "core/resume.h"
 #include "core/start_up.h"
 #include "core/start_up_load.h"
 #include "display/enlarged_graph.h"
@@ -12,6 +13,7 @@
 #include "forms/main_form.h"
 #include "forms/reset_comms_form.h"
 #include "forms/restart_form.h"
+#include "forms/resume_depth_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
 #include "forms/specify_ascii_out_form.h"
@@ -30,6 +32,7 @@
 #include "sounding/main_load.h"
 #include "sounding/main_loop.h"
 #include "sounding/quits.h"
+#include "sounding/resume_depth.h"
 #include "sounding/sounding_end.h"
 #include "sounding/sounding_start.h"
 #include "sounding/stop_dialog.h"
@@ -42,6 +45,10 @@ namespace {
 void WireStartUp() {
   StartUp.Load = StartUp_Load;
   StartUp.cmdStart.Click = StartUp_cmdStart_Click;
+  StartUp.cmdResume.Click = StartUp_cmdResume_Click;
+  StartUp.cmdResumeAtLastDepth.Click = StartUp_cmdResumeAtLastDepth_Click;
+  StartUp.cmdResumeAtSurface.Click = StartUp_cmdResumeAtSurface_Click;
+  StartUp.cmdCancel.Click = StartUp_cmdCancel_Click;
   StartUp.cmdCalibrate.Click = StartUp_cmdCalibrate_Click;
   StartUp.cmdExit.Click = StartUp_cmdExit_Click;
   StartUp.Timer1.OnTick = StartUp_Timer1_Timer;
@@ -169,6 +176,7 @@ void WireSmallScreens() {
   frmWarning.mnuUncoupleWarningScreen.Click = frmWarning_mnuUncoupleWarningScreen_Click;
   frmWarning.mnuCoupleWarningScreen.Click = frmWarning_mnuCoupleWarningScreen_Click;
   frmWarning.mnuResetComms.Click = OpenResetComms;
+  frmResumeDepthStatus.lblDepthReached.Click = frmResumeDepthStatus_lblDepthReached_Click;
   frmZOLRestart.cmdYes.Click = frmZOLRestart_cmdYes_Click;
   frmZOLRestart.cmdNo.Click = frmZOLRestart_cmdNo_Click;
   frmZOLRestart.QueryUnload = frmZOLRestart_cmdNo_Click;

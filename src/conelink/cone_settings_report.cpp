@@ -3,13 +3,17 @@
 #include "conelink/cone_settings_text.h"
 #include "conelink/cone_state.h"
 #include "core/channels.h"
+#include "core/message.h"
 #include "core/session.h"
 #include "forms/cone_settings_form.h"
 #include "forms/main_form.h"
 #include "forms/setup_sounding_form.h"
 #include "forms/start_up_form.h"
 #include "platform/boxes.h"
+#include "platform/runtime_fault.h"
+#include "platform/texts.h"
 #include "platform/yield.h"
+#include "sounding/resumed_files.h"
 
 namespace penlog {
 
@@ -23,10 +27,21 @@ void GoToConsole() {
   frmConeSettings.RunMainloop();
 }
 
+/// Its files are made whole before the console opens; what can't be is told, and the page stays.
+bool IsTakenUp() {
+  try {
+    TakeUpSounding();
+    return true;
+  } catch (const RuntimeFault& fault) {
+    Tell(std::string("THE LAST SOUNDING CANNOT BE RESUMED.  ") + fault.what());
+    return false;
+  }
+}
+
 }  // namespace
 
 void ConeSettingsOpen() {
-  if (!session.ResumeConeId.empty() && session.ResumeConeId != cone.ConeId) {
+  if (!session.ResumeConeId.empty() && Trim(session.ResumeConeId) != Trim(cone.ConeId)) {
     MsgBox("Cone #" + session.ResumeConeId +
            " is required to resume the last sounding.  Please attach it and restart the program.");
     EndProgram();
@@ -35,6 +50,7 @@ void ConeSettingsOpen() {
 }
 
 void frmConeSettings_cmdClose_Click() {
+  if (!session.ResumeConeId.empty() && !IsTakenUp()) return;
   Unload(frmConeSettings);
   if (session.CalibrationMode == kTrue || !session.ResumeConeId.empty()) {
     GoToConsole();

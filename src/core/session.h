@@ -46,9 +46,13 @@ struct SessionState {
   std::array<std::string, 7> SoundingFiles;
 
   // Resume of an unfinished sounding.
-  std::string ResumeConeId;     ///< empty: a new sounding
-  float ResumeDepthStatus = 0;  ///< 0 resume at once, 1.0 wait for the resume depth
-  float ResumeTargetDepth = 0;  ///< m
+  std::string ResumeConeId;             ///< empty: a new sounding
+  float ResumeDepthStatus = 0;          ///< 0 resume at once, 1.0 wait for the resume depth
+  float ResumeTargetDepth = 0;          ///< m; the depth at which to carry on
+  std::string ResumeCompanyName;        ///< as in the header of the sounding to resume
+  float DepthStepOfSettings = 0;        ///< m; while a resume goes on with another step, else 0
+  std::int16_t HasDissipationFile = 0;  ///< -1 the sounding has a `.dis` file already
+  std::int16_t HasSeismicFile = 0;      ///< -1 the sounding has a `.smc` file already
 };
 
 inline SessionState session;

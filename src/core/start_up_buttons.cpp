@@ -19,7 +19,7 @@ void SetEveryButton(bool enabled) {
 }  // namespace
 
 void BeginStatus(const std::string& status) {
-  SetEveryButton(false);
+  DisableEveryButton();
   StartUp.lblLoad.Caption = status;
   StartUp.lblStatusIndicator.Caption.clear();
   StartUp.frLoad.Visible = true;
@@ -32,6 +32,10 @@ void EndStatus() {
   EndProgress();
 }
 
+void DisableEveryButton() {
+  SetEveryButton(false);
+}
+
 void EnableEveryButton() {
   SetEveryButton(true);
 }
@@ -41,12 +45,14 @@ void OfferSetupOrExit() {
   StartUp.cmdSystemSetup.Enabled = true;
   StartUp.cmdExit.Enabled = true;
   StartUp.cmdStart.Enabled = true;
+  StartUp.cmdResume.Enabled = true;
 }
 
 void OfferAnotherTry() {
   EndStatus();
   StartUp.cmdExit.Enabled = true;
   StartUp.cmdStart.Enabled = true;
+  StartUp.cmdResume.Enabled = true;
   StartUp.cmdCalibrate.Enabled = true;
 }
 

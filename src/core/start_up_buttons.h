@@ -11,6 +11,7 @@ void BeginStatus(const std::string& status);
 /// Stops the timer and hides the panel; the buttons stay as they are.
 void EndStatus();
 
+void DisableEveryButton();
 void EnableEveryButton();
 /// After a failure that needs other settings. The settings screen isn't built yet, so START leads
 /// on in its place.

@@ -5,6 +5,7 @@
 #include "conelink/cone_state.h"
 #include "conelink/identification.h"
 #include "conelink/plain_exchange.h"
+#include "conelink/reconnect.h"
 #include "conelink/reply_order.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
@@ -95,7 +96,21 @@ bool FollowConePort(int old_port, bool shared) {
   return ProveTruckPort(settings.ConeSerialPort != old_port, changed);
 }
 
-bool SearchAllPorts() {
+/// A resume goes on without end: its cone may be plugged in yet, and the console itself finds the
+/// truck interface again.
+bool SearchForLastCone() {
+  const int port = ReconnectKQSerial();
+  if (port == 0 || port == settings.ConeSerialPort) return true;
+  const bool shared = settings.TruckInterfaceSerialPort == settings.ConeSerialPort;
+  settings.ConeSerialPort = static_cast<std::int16_t>(port);
+  if (shared) settings.TruckInterfaceSerialPort = settings.ConeSerialPort;
+  SaveKQSettings();
+  KeepStartPorts();
+  return true;
+}
+
+bool SearchAllPorts(bool resumes) {
+  if (resumes) return SearchForLastCone();
   const int old_port = settings.ConeSerialPort;
   const bool shared = settings.TruckInterfaceSerialPort == old_port;
   if (!FindConePort() || !FollowConePort(old_port, shared)) return false;
@@ -113,16 +128,20 @@ void BreakLink() {
 }  // namespace
 
 void LookForCone() {
+  const bool resumes = !session.ResumeConeId.empty();
+  const auto given_up = [resumes] { return resumes && session.ResumeConeId.empty(); };
   std::string fault;
   for (int attempt = 1;; ++attempt) {
     AskCone(attempt, fault);
+    if (given_up()) return;
     const bool found = cone.ConeLinkUp == kTrue;
     if (!found && session.CalibrationMode == kTrue) return GoOnWithPlaybackOnly();
     if (found && cone.ChannelCount == 0) return RefuseCone("Its memory lists no channel.");
     if (found) return ShowReport();
     if (sounding.ConsoleMode == 1) return RefuseCone(fault);
     BreakLink();
-    if (attempt % kAttemptsBetweenScans == 0 && !SearchAllPorts()) return;
+    if (attempt % kAttemptsBetweenScans == 0 && !SearchAllPorts(resumes)) return;
+    if (given_up()) return;
   }
 }
 

@@ -12,8 +12,7 @@ StartUpForm::StartUpForm() : Form("StartUp", "PENLOG") {
                    &lblLastSoundingDepth, &lblDistanceDrilledCaption, &txtDistanceDrilled,
                    &cmdResumeAtLastDepth, &cmdResumeAtSurface, &cmdCancel});
   lblTitle.Bold = true;
-  for (Control* control :
-       std::initializer_list<Control*>{&cmdResume, &cmdSystemSetup, &frLoad, &frmResume}) {
+  for (Control* control : std::initializer_list<Control*>{&cmdSystemSetup, &frLoad, &frmResume}) {
     control->Visible = false;
   }
   ClosingEnds = true;

@@ -24,13 +24,12 @@ bool HasRecordChoice(int channel) {
 }
 
 void TakeRecordChoices(bool (*ticked)(int channel)) {
-  cone.DelayRows = 0;
   for (int channel = 1; channel <= kChannels; ++channel) {
     if (!HasRecordChoice(channel)) continue;
     auto& mode = channels.RecordMode(channel);
     if (mode != 2) mode = ticked(channel) ? 1 : 0;
-    if (mode > 0) cone.DelayRows = std::max(cone.DelayRows, channels.ChannelDelayRows(channel));
   }
+  FormDelayRows();
 }
 
 constexpr std::int16_t kNoChoice = -1;
@@ -57,6 +56,14 @@ void ReadChoices(ValueReader& reader) {
 }
 
 }  // namespace
+
+void FormDelayRows() {
+  cone.DelayRows = 0;
+  for (int channel = 1; channel <= kChannels; ++channel) {
+    if (!HasRecordChoice(channel) || channels.RecordMode(channel) <= 0) continue;
+    cone.DelayRows = std::max(cone.DelayRows, channels.ChannelDelayRows(channel));
+  }
+}
 
 std::string LastSoundingParametersPath() {
   return JoinPath(session.DataDirectory, kFileName);

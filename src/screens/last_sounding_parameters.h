@@ -14,6 +14,9 @@ std::string LastSoundingParametersPath();
 /// choices stand also when the file can't be written: then a `RuntimeFault` follows.
 void SaveLastSoundingParameters(bool (*ticked)(int channel));
 
+/// `DelayRows` becomes the largest delay of the recorded channels.
+void FormDelayRows();
+
 /// Reads the file into the global state; the record choices and graph slots only for the cone that
 /// is attached. A choice that is no number leaves the channel's mode as it is, a graph that is none
 /// is 0. Raises a `RuntimeFault` where the file ends early or can't be read; what was read before

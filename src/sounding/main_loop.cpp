@@ -19,6 +19,7 @@
 #include "sounding/port_requests.h"
 #include "sounding/reading_cycle.h"
 #include "sounding/recording_pass.h"
+#include "sounding/resume_depth.h"
 #include "sounding/sounding_start.h"
 #include "sounding/sounding_state.h"
 #include "sounding/tell_once.h"
@@ -26,8 +27,6 @@
 namespace penlog {
 
 namespace {
-
-constexpr std::int32_t kMsOfDay = 86'400'000;
 
 void TakeTime() {
   sounding.ElapsedMs = ElapsedSince(sounding.TimeOriginMs, TimeToMillisecond());
@@ -53,7 +52,7 @@ void WaitingPass() {
   // In calibration mode the calibrator is read beside the cone here once its screen stands.
   GetConeData();
   TakeAskedBaseline();
-  // While a resume waits for its depth, the screen that shows the way there is kept up here.
+  FollowResumeDepth();
 }
 
 void WorkOfMode(bool link_was_lost) {
@@ -71,15 +70,6 @@ void WorkOfMode(bool link_was_lost) {
 }
 
 }  // namespace
-
-std::int32_t TimeToMillisecond() {
-  const WallTime wall = TheClock().Wall();
-  return wall.hour * 3'600'000 + wall.minute * 60'000 + wall.second * 1000 + wall.millisecond;
-}
-
-std::int32_t ElapsedSince(std::int32_t origin, std::int32_t now) {
-  return now < origin ? kMsOfDay - origin + now : now - origin;
-}
 
 void Main_Timer1_Timer() {
   ++sounding.TicksSinceStep;

@@ -1,7 +1,7 @@
 // The heartbeat of the console: one pass after another, each doing what the console's mode says.
 #pragma once
 
-#include <cstdint>
+#include "sounding/time_of_day.h"
 
 namespace penlog {
 
@@ -15,12 +15,5 @@ void MainloopPass();
 
 /// The console's 55 ms timer: ticks, seconds and the pauses of the cone link.
 void Main_Timer1_Timer();
-
-/// Local time of day in ms.
-std::int32_t TimeToMillisecond();
-
-/// Milliseconds from `origin` to `now`, both times of day; an earlier time is of the next day. A
-/// second midnight is not told.
-std::int32_t ElapsedSince(std::int32_t origin, std::int32_t now);
 
 }  // namespace penlog

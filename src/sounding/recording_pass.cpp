@@ -19,6 +19,7 @@
 #include "platform/runtime_fault.h"
 #include "sounding/quits.h"
 #include "sounding/reading_cycle.h"
+#include "sounding/record_grid.h"
 #include "sounding/sounding_files.h"
 #include "sounding/sounding_state.h"
 #include "sounding/tell_once.h"
@@ -60,7 +61,10 @@ void TakeLinkDown() {
 void TakeDueRow() {
   if (sounding.RecordPending != kTrue || sounding.RestartTestActive != 0) return;
   if (sounding.ReadingsFresh != kTrue) return;  // of before a loss: it waits for the next reading
-  sounding.RecordPending = 0;                   // first: a row that fails must not be taken twice
+  // A resume whose averages could not be filled: a row would hold a part of the truth.
+  const bool resumed = !session.ResumeConeId.empty();
+  if (resumed && sounding.ReadingsTaken < session.ReadingsAveraged) return;
+  sounding.RecordPending = 0;  // first: a row that fails must not be taken twice
   if (sounding.RowCount >= kMostRows) {
     sounding.TableFull = kTrue;
     TellOnce(
@@ -104,11 +108,6 @@ void RecordingPass() {
   if (ReadingsAreStale()) TakeLinkDown();
   Step(GetConeData);
   Step(WriteDistancePushed);
-}
-
-std::int32_t NextRecordOnGrid(float counts, std::int32_t step, std::int32_t next) {
-  const std::int32_t nearest = ToInteger32(static_cast<double>(counts) / step) * step;
-  return counts < static_cast<float>(nearest) ? next : nearest + step;
 }
 
 void LostLinkPass() {

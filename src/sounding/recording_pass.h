@@ -2,8 +2,6 @@
 // keep the others from their work: above all a due row is taken.
 #pragma once
 
-#include <cstdint>
-
 namespace penlog {
 
 /// With the link up: quits, a due row, the stale test, a reading, the distance pushed.
@@ -24,9 +22,5 @@ bool ReadingsAreStale();
 /// Writes the distance pushed (m over the cone's life) into the cone, if that is pending. What
 /// three characters can't hold is not written, and the operator is told.
 void WriteDistancePushed();
-
-/// The count at which the next row is due after a loss of the link: the next step of the grid, or
-/// `next` where the step nearest to `counts` lies ahead. `step` counts a row, at least 1.
-std::int32_t NextRecordOnGrid(float counts, std::int32_t step, std::int32_t next);
 
 }  // namespace penlog

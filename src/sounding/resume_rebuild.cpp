@@ -5,13 +5,16 @@
 #include "core/session.h"
 #include "core/settings.h"
 #include "display/graph_data.h"
+#include "display/status_strip.h"
 #include "forms/main_form.h"
 #include "platform/numbers.h"
 #include "sounding/depth_count.h"
 #include "sounding/reading_cycle.h"
 #include "sounding/reading_values.h"
+#include "sounding/resume_depth.h"
 #include "sounding/sounding_state.h"
 #include "sounding/tell_once.h"
+#include "sounding/time_of_day.h"
 
 namespace penlog {
 
@@ -38,9 +41,17 @@ void PlaceDepth() {
     sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
   } else {
     sounding.ConsoleMode = 1;
-    // The screen with the depth to be reached is shown here once it stands.
+    ShowResumeDepth();
   }
   ShowDepth();
+}
+
+/// Speeds are taken from here on, and rows of before have no age.
+void SetTimes() {
+  sounding.TimeOriginMs = TimeToMillisecond();
+  sounding.ElapsedMs = 0;
+  sounding.LastStepSeconds = 0;
+  status_strip.RowsSeen = sounding.RowCount;
 }
 
 void SetButtons() {
@@ -52,6 +63,7 @@ void SetButtons() {
   Main.cmdStart.Enabled = true;
   Main.cmdStart.AlwaysUsable = true;
   Main.lblBigDepth.Visible = true;
+  Main.Shape1.Visible = true;
   // The seismic buttons follow channel 8 here once the seismic test stands.
 }
 
@@ -94,10 +106,14 @@ void RebuildQt() {
   for (std::int32_t row = 1; row <= sounding.RowCount; ++row) sounding.RowQt(row) = QtOfRow(row);
 }
 
+void MarkComputedChannels() {
+  if (!IsPresent(1) || !IsPresent(2)) return;
+  for (const int channel : {20, 21, 22}) channels.ChannelPresent(channel) = kTrue;
+}
+
 void RebuildResumedSounding() {
-  if (IsPresent(1) && IsPresent(2)) {
-    for (const int channel : {20, 21, 22}) channels.ChannelPresent(channel) = kTrue;
-  }
+  MarkComputedChannels();
+  SetTimes();
   PlaceDepth();
   // The dissipation's start depth is set here once it stands.
   SetButtons();

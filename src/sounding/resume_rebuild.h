@@ -4,6 +4,9 @@
 
 namespace penlog {
 
+/// Channels 20, 21 and 22 are there wherever 1 and 2 are.
+void MarkComputedChannels();
+
 /// The step of the main loop's entry for a resume. Yields: ten readings fill the averages.
 void RebuildResumedSounding();
 

@@ -4,6 +4,7 @@
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "core/temporary_data.h"
 #include "display/display_state.h"
 #include "platform/numbers.h"
 #include "platform/value_writer.h"
@@ -15,12 +16,12 @@ namespace {
 
 constexpr int kColumn = 20;             ///< characters of a channel's column
 constexpr float kCameraOffset = 0.75f;  ///< m from the tip to the camera
-constexpr int kNotReached = -32768;     ///< a sensor that has not yet come to this depth
 const std::string kLineEnd = "\r\n";
 const std::string kHead(13, ' ');  ///< depth and speed take 13 characters
 
 bool IsListed(int channel) {
-  return channels.RecordMode(channel) > 0 && channels.ChannelPresent(channel) == kTrue;
+  return channels.RecordMode(channel) > 0 &&
+         (channels.ChannelPresent(channel) == kTrue || sounding.KeptColumn(channel) == kTrue);
 }
 
 bool IsInclinationOrRatio(int channel) {
@@ -38,7 +39,12 @@ std::string Value(float raw) {
   return RightField(Format(raw, "####0.00000"), kColumn);
 }
 
+std::string NotReached() {
+  return RightField(PlainNumber(kNotReached), kColumn);
+}
+
 bool IsNewForm() {
+  if (sounding.RowForm != CptForm::OfSettings) return sounding.RowForm == CptForm::New;
   return settings.DepthSignificantDigits > 2;
 }
 
@@ -63,19 +69,17 @@ std::string OneLine(std::string text) {
   return text;
 }
 
-std::string ColumnTitle(int channel) {
-  const std::string& label = channels.ChannelLabel(0, channel);
-  if (channel != 1 || settings.TipConfiguration != 1) return label;
-  return label + " BALL D mm " + RightField(PlainNumber(int{settings.TipDiameter}), 3);
-}
-
 std::string NumberLine() {
   return HeaderColumns([](int channel) { return PlainNumber(channel); });
 }
 
+/// After a resume the zeros that the sounding was begun with, not those of the cone's record.
+float FirstBaseline(int channel) {
+  return session.ResumeConeId.empty() ? channels.Baselines(channel) : sounding.Rows(0, channel);
+}
+
 std::string BaselineLine() {
-  return HeaderColumns(
-      [](int channel) { return Format(channels.Baselines(channel), "####0.00000"); });
+  return HeaderColumns([](int channel) { return Format(FirstBaseline(channel), "####0.00000"); });
 }
 
 std::string FullScaleText(int channel) {
@@ -96,10 +100,12 @@ void PrintTexts(ValueWriter& file, std::initializer_list<const std::string*> tex
 
 /// What both headers tell of the sounding, up to its water table.
 void PrintSounding(ValueWriter& file) {
-  PrintTexts(file, {&settings.CompanyName, &session.OperatorName, &cone.ConeId,
-                    &session.SoundingLocation, &session.JobNumber, &session.HoleNumber,
-                    &session.SoundingDateTime, &session.HeaderNote, &session.FooterNote1,
-                    &session.FooterNote2, &session.GPSPosition});
+  const bool resumed = !session.ResumeConeId.empty();
+  PrintTexts(file,
+             {resumed ? &session.ResumeCompanyName : &settings.CompanyName, &session.OperatorName,
+              &cone.ConeId, &session.SoundingLocation, &session.JobNumber, &session.HoleNumber,
+              &session.SoundingDateTime, &session.HeaderNote, &session.FooterNote1,
+              &session.FooterNote2, &session.GPSPosition});
   file.PrintNumberLine(session.WaterTable);
 }
 
@@ -132,6 +138,18 @@ std::vector<int> FlushChannels(bool with_derived) {
     if (IsListed(channel) && channels.RecordMode(channel) != 3) list.push_back(channel);
   }
   return list;
+}
+
+std::string ColumnTitle(int channel) {
+  const std::string& label = channels.ChannelLabel(0, channel);
+  if (channel != 1 || settings.TipConfiguration != 1) return label;
+  return label + " BALL D mm " + RightField(PlainNumber(int{settings.TipDiameter}), 3);
+}
+
+std::string RowValue(std::int32_t row, int channel) {
+  const float raw = sounding.Rows(row, channel);
+  const bool lacks = sounding.KeptColumn(channel) == kTrue && raw == kNotReached;
+  return lacks ? NotReached() : Value(raw);
 }
 
 std::string CptHeader() {
@@ -173,7 +191,7 @@ std::string AlignedRow(std::int32_t newest) {
   const std::int32_t row = newest - cone.DelayRows;
   std::string line = DepthAndSpeed(CptDepth(row), sounding.RowSpeed(newest - 1));
   for (const int channel : RowChannels()) {
-    line += Value(sounding.Rows(row + channels.ChannelDelayRows(channel), channel));
+    line += RowValue(row + channels.ChannelDelayRows(channel), channel);
   }
   return line + kLineEnd;
 }
@@ -182,24 +200,36 @@ std::string FlushRow(std::int32_t row, std::int32_t newest) {
   std::string line = DepthAndSpeed(CptDepth(row), sounding.RowSpeed(row - 1));
   if (row == 19 || row == 20) return line + kLineEnd;
   for (const int channel : FlushChannels(true)) {
-    line += row <= newest - channels.ChannelDelayRows(channel)
-                ? Value(sounding.Rows(row, channel))
-                : RightField(PlainNumber(kNotReached), kColumn);
+    line +=
+        row <= newest - channels.ChannelDelayRows(channel) ? RowValue(row, channel) : NotReached();
   }
   return line + kLineEnd;
 }
 
 std::string FinalBaselineLine() {
   std::string line = kHead;
-  for (const int channel : FlushChannels(false)) line += Value(sounding.Readings(channel));
+  for (const int channel : FlushChannels(false)) {
+    line +=
+        sounding.KeptColumn(channel) == kTrue ? NotReached() : Value(sounding.Readings(channel));
+  }
   return line + kLineEnd;
 }
 
 std::string TemporaryRow(std::int32_t row) {
   std::string line = RightField(Format(sounding.Rows(row, 0), "##0.00"), 6) +
                      RightField(Format(sounding.RowSpeed(row - 1), "##0.00"), 7);
-  for (const int channel : RowChannels()) line += Value(sounding.Rows(row, channel));
+  for (const int channel : RowChannels()) line += RowValue(row, channel);
   return Quoted(line) + kLineEnd;
+}
+
+std::string GapRow() {
+  std::string line(kGapMark);
+  for (int channel = 1; channel <= kChannels; ++channel) {
+    const bool is_recorded =
+        channels.RecordMode(channel) > 0 && channels.ChannelPresent(channel) == kTrue;
+    if (is_recorded) line += std::string(kColumn, '*');
+  }
+  return line + kLineEnd;
 }
 
 std::string PictureMarkLine(float depth, float seconds) {

@@ -12,13 +12,18 @@
 
 namespace penlog {
 
-/// Header columns: 1 to 30 but 19 and 20, present, with a `RecordMode` above 0.
+/// Header columns: 1 to 30 but 19 and 20, present or kept by a resume, with a `RecordMode` above 0.
 std::vector<int> HeaderChannels();
 /// Columns of rows: 1 to 30 but 19 to 22, present, with a `RecordMode` above 0 and not 3.
 std::vector<int> RowChannels();
 /// Columns of flush rows and of the final baseline: as the rows, with 21 and 22, and with 19 and 20
 /// where `with_derived`.
 std::vector<int> FlushChannels(bool with_derived);
+
+/// The short label; with a ball tip that of channel 1 holds the ball's diameter in mm.
+std::string ColumnTitle(int channel);
+/// The field of a channel in a row, raw, 20 characters; -32768 for one that a resume lacks.
+std::string RowValue(std::int32_t row, int channel);
 
 /// The first lines of the `.cpt` file; `DepthSignificantDigits` above 2 selects the new form.
 std::string CptHeader();
@@ -37,6 +42,9 @@ std::string FlushRow(std::int32_t row, std::int32_t newest);
 std::string FinalBaselineLine();
 /// A row as it was read, in double quotes, for "TemporaryData.txt".
 std::string TemporaryRow(std::int32_t row);
+/// The mark of a drilled gap for "TemporaryData.txt": without quotes, a field of asterisks for each
+/// channel that is there and recorded, the computed ones too.
+std::string GapRow();
 /// A mark of the camera, 0.75 m behind the tip: `depth` of the tip in metres.
 std::string PictureMarkLine(float depth, float seconds);
 

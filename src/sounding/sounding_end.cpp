@@ -2,6 +2,9 @@
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
+#include "core/data_directory.h"
+#include "core/error_trap.h"
+#include "core/instance_lock.h"
 #include "core/message.h"
 #include "forms/main_form.h"
 #include "forms/restart_form.h"
@@ -9,11 +12,13 @@
 #include "forms/setup_sounding_form.h"
 #include "forms/warning_form.h"
 #include "platform/boxes.h"
+#include "platform/disk.h"
 #include "platform/host.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "sounding/held_rows.h"
+#include "sounding/resume_depth.h"
 #include "sounding/sounding_files.h"
 #include "sounding/sounding_state.h"
 
@@ -27,6 +32,22 @@ bool TellNotClosed(const std::string& reason) {
       "ROOM ON THE DISK AND PRESS TAKE BASELINE OR NO BASELINE AGAIN.  " +
       reason);
   return false;
+}
+
+/// A program "DoAgain" in the data directory, whose work it is to start the console again.
+bool StartHelper() {
+  for (const char* name : {"DoAgain.exe", "DoAgain"}) {
+    const std::string path = DataPath(name);
+    if (TheDisk().FileExists(path) && TheHost().StartProgram(path, {})) return true;
+  }
+  return false;
+}
+
+void CloseMainPorts() {
+  for (SerialPort* port : {&Main.ConeComm, &Main.EncoderComm, &Main.ASCIIOutComm,
+                           &Main.VideoOverlayComm, &Main.CalibratorComm}) {
+    Trapped([port] { port->Close(); });
+  }
 }
 
 }  // namespace
@@ -63,13 +84,18 @@ void ExitProgram() {
                      static_cast<Form*>(&SetupSounding), static_cast<Form*>(&frmZOLRestart)}) {
     Unload(*form);
   }
+  CloseResumeDepth();
   Show(frmZOLRestart);
   frmZOLRestart.Modal = true;  // the console behind it has nothing left to do
   sounding.ExitUnderWay = kTrue;
 }
 
 void StartAgain() {
-  if (!TheHost().StartSelf()) Tell("PENLOG COULD NOT BE STARTED AGAIN.  START IT BY HAND.");
+  // The new console takes the data directory and the ports while this one is still ending.
+  Trapped(ReleaseInstanceLock);
+  CloseMainPorts();
+  if (!StartHelper() && !TheHost().StartSelf())
+    Tell("PENLOG COULD NOT BE STARTED AGAIN.  START IT BY HAND.");
   EndProgram();
 }
 

@@ -52,10 +52,6 @@ void TakeBack(const NewFile& made) {
   ForgetFile(made.file);
 }
 
-bool HasTimFile() {
-  return settings.LumenProbePresent == 1 || settings.LumenProbePresent == 2;
-}
-
 std::string HeaderOf(SoundingFile file) {
   if (file == kCptFile) return CptHeader();
   if (file == kTemporaryFile) return TemporaryHeader(PathOf(kCptFile));
@@ -77,6 +73,8 @@ void TakeRow(std::int32_t row) {
   for (int channel = 1; channel <= kChannels; ++channel) {
     if (channels.ChannelPresent(channel) == kTrue) {
       sounding.Rows(row, channel) = sounding.Readings(channel);
+    } else if (sounding.KeptColumn(channel) == kTrue) {
+      sounding.Rows(row, channel) = kNotReached;
     }
   }
   sounding.Rows(row, 0) = sounding.CurrentDepth;
@@ -105,6 +103,10 @@ std::string ClosingText() {
 }
 
 }  // namespace
+
+bool HasTimFile() {
+  return settings.LumenProbePresent == 1 || settings.LumenProbePresent == 2;
+}
 
 bool IsMarkedDone(const std::string& path) {
   if (!TheDisk().FileExists(path)) return false;

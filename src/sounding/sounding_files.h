@@ -24,6 +24,9 @@ bool WriteClosingRows();
 /// "TemporaryData.txt" becomes the one line "DONE". Raises a `RuntimeFault`.
 void MarkSoundingDone();
 
+/// Whether the camera of a probe marks its depths in a `.tim` file.
+bool HasTimFile();
+
 /// Whether the file stands and its sounding was closed normally: its first line is "DONE".
 bool IsMarkedDone(const std::string& path);
 

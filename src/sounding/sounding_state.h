@@ -28,6 +28,12 @@ struct HeldText {
       0;  ///< rows that landed in the file though no sync has returned since
 };
 
+/// The two forms of the `.cpt` file.
+enum class CptForm : std::int8_t { OfSettings, Old, New };
+
+/// Stands in a file for a sensor that has not reached a depth, or that a resume lacks.
+constexpr int kNotReached = -32768;
+
 struct SoundingState {
   /// 0 nothing, 1 waiting, 2 recording, 3 4 5 9 seismic steps, 8 start requested.
   std::int16_t ConsoleMode = 0;
@@ -95,6 +101,8 @@ struct SoundingState {
   std::int16_t FinalBaselineMade = 0;  ///< -1 the final baseline line is written or held
   std::int16_t TableFull = 0;          ///< -1 the operator knows that no further row has room
   std::set<std::string> Told;          ///< messages of this sounding that come once
+  CptForm RowForm = CptForm::OfSettings;  ///< of the `.cpt` file that a resume goes on with
+  ChannelTable<std::int16_t> KeptColumn;  ///< -1 recorded before the resume, and not there since
 };
 
 inline SoundingState sounding;

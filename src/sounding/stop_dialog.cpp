@@ -9,9 +9,10 @@
 #include "platform/boxes.h"
 #include "platform/yield.h"
 #include "sounding/held_rows.h"
-#include "sounding/main_loop.h"
+#include "sounding/resume_depth.h"
 #include "sounding/sounding_end.h"
 #include "sounding/sounding_state.h"
+#include "sounding/time_of_day.h"
 
 namespace penlog {
 
@@ -50,6 +51,7 @@ void RequestStart() {
 }
 
 void StopSounding() {
+  CloseResumeDepth();
   cone.DistancePushed += sounding.CurrentDepth;
   cone.DistancePushedPending = kTrue;
   Main.frmTakeFinalBaseline.Visible = true;

@@ -8,6 +8,7 @@
 #include "ui_main.h"
 #include "ui_reset_comms.h"
 #include "ui_restart.h"
+#include "ui_resume_depth.h"
 #include "ui_setup_display.h"
 #include "ui_setup_sounding.h"
 #include "ui_specify_ascii_out.h"
@@ -35,6 +36,7 @@ const std::map<std::string, void (*)(QMainWindow&)>& Arrangements() {
       {"frmConeSettings", Fill<Ui::frmConeSettings>},
       {"frmCreateNewDirectory", Fill<Ui::frmCreateNewDirectory>},
       {"frmResetComms", Fill<Ui::frmResetComms>},
+      {"frmResumeDepthStatus", Fill<Ui::frmResumeDepthStatus>},
       {"frmSpecifyASCIIOut", Fill<Ui::frmSpecifyASCIIOut>},
       {"frmSpecifyTruckInterface", Fill<Ui::frmSpecifyTruckInterface>},
       {"frmSpecifyVideoOverlay", Fill<Ui::frmSpecifyVideoOverlay>},

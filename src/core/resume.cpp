@@ -1,0 +1,282 @@
+#include "core/resume.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "conelink/cone_state.h"
+#include "core/channels.h"
+#include "core/message.h"
+#include "core/session.h"
+#include "core/settings.h"
+#include "core/settings_check.h"
+#include "core/settings_replaced.h"
+#include "core/start_up_buttons.h"
+#include "core/start_up_cone.h"
+#include "core/start_up_ports.h"
+#include "core/temporary_data.h"
+#include "forms/start_up_form.h"
+#include "platform/files.h"
+#include "platform/numbers.h"
+#include "platform/runtime_fault.h"
+#include "platform/texts.h"
+#include "screens/typed_depth.h"
+#include "sounding/depth_count.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr std::int16_t kReadingsAveraged = 4;
+constexpr float kDeepest = 12'000;  ///< m; as deep as a sounding's start may lie
+constexpr std::size_t kMostLinesTold = 5;
+constexpr float kHundredth = 0.01f;  ///< m; the last digit of the recovery copy's depths
+
+bool HasHeaderColumnOnly(int channel) {
+  return channels.RecordMode(channel) == 3;
+}
+
+void TakeHeader(const StoredSounding& stored) {
+  TakeSoundingPaths(stored.main_file);
+  session.SoundingName = stored.sounding_name;
+  session.ResumeCompanyName = stored.company_name;
+  session.OperatorName = stored.operator_name;
+  session.ResumeConeId = stored.cone_id;
+  session.SoundingLocation = stored.location;
+  session.JobNumber = stored.job_number;
+  session.HoleNumber = stored.hole_number;
+  session.SoundingDateTime = stored.date_time;
+  session.HeaderNote = stored.header_note;
+  session.FooterNote1 = stored.footer_note1;
+  session.FooterNote2 = stored.footer_note2;
+  session.GPSPosition = stored.gps_position;
+  session.WaterTable = stored.water_table;
+}
+
+void TakeBaselines(const StoredSounding& stored) {
+  for (std::size_t i = 0; i < stored.columns.size(); ++i) {
+    if (!stored.zeros[i]) continue;
+    channels.Baselines(stored.columns[i]) = *stored.zeros[i];
+    sounding.Rows(0, stored.columns[i]) = *stored.zeros[i];
+  }
+}
+
+/// A row's speed stands where the step before it had put it.
+void TakeRows(const StoredSounding& stored) {
+  sounding.RowCount = 0;
+  for (const StoredRow& row : stored.rows) {
+    sounding.RowSpeed(sounding.RowCount) = row.speed;
+    ++sounding.RowCount;
+    sounding.Rows(sounding.RowCount, 0) = row.depth;
+    for (std::size_t i = 0; i < stored.row_channels.size(); ++i) {
+      sounding.Rows(sounding.RowCount, stored.row_channels[i]) = row.values[i];
+    }
+  }
+}
+
+void PlaceStart() {
+  const float first = sounding.RowCount > 0 ? sounding.Rows(1, 0) : 0.0f;
+  sounding.Rows(0, 0) = first - settings.DepthStep;
+  session.StartDepth = sounding.Rows(0, 0);
+  sounding.DepthCounts =
+      settings.DepthStep / settings.DepthResolution * static_cast<float>(sounding.RowCount);
+}
+
+/// Metres between the rows as most of them stand; 0 with less than two rows. The recovery copy has
+/// hundredths: the mean of the distances next to the middle one says more.
+float SpacingOfRows() {
+  std::vector<float> distances;
+  for (std::int32_t row = 2; row <= sounding.RowCount; ++row) {
+    distances.push_back(sounding.Rows(row, 0) - sounding.Rows(row - 1, 0));
+  }
+  if (distances.empty()) return 0;
+  const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
+  std::nth_element(distances.begin(), middle, distances.end());
+  const float usual = *middle;
+  float sum = 0;
+  float count = 0;
+  for (const float distance : distances) {
+    if (std::abs(distance - usual) > 1.5f * kHundredth) continue;
+    sum += distance;
+    ++count;
+  }
+  return sum / count;
+}
+
+/// The rows that are aligned already can't be aligned again: the sounding goes on with the step it
+/// was begun with, while the settings file keeps its own.
+void KeepStepOfRows() {
+  const float step = settings.DepthStep;
+  const double counts =
+      static_cast<double>(SpacingOfRows()) / static_cast<double>(settings.DepthResolution);
+  const auto spacing = static_cast<float>(std::max(RoundHalfEven(counts), std::int64_t{1})) *
+                       settings.DepthResolution;
+  if (SpacingOfRows() <= 0 || std::abs(SpacingOfRows() - step) <= kHundredth / 2) return;
+  session.DepthStepOfSettings = step;
+  ReplaceSetting(settings.DepthStep, spacing);
+  DeriveSettings();
+  PlaceStart();
+  Tell("THE ROWS OF THE LAST SOUNDING STAND " + PlainNumber(spacing) +
+       " m APART, THE SETTINGS SAY " + PlainNumber(step) + " m.  THE SOUNDING GOES ON WITH " +
+       PlainNumber(spacing) + " m.");
+}
+
+void SetResumeButtons(bool enabled) {
+  StartUp.cmdResumeAtLastDepth.Enabled = enabled;
+  StartUp.cmdResumeAtSurface.Enabled = enabled;
+  StartUp.txtDistanceDrilled.Enabled = enabled;
+}
+
+/// While the panel stands, the operator goes on from it or leaves the program.
+void LeaveOnlyPanelAndExit() {
+  DisableEveryButton();
+  StartUp.cmdExit.Enabled = true;
+  StartUp.cmdCancel.Enabled = true;
+}
+
+void ShowPanel() {
+  StartUp.lblLastSoundingCone.Caption = session.ResumeConeId;
+  const float depth = sounding.Rows(sounding.RowCount, 0);
+  StartUp.lblLastSoundingDepth.Caption =
+      MakeStartTexts(depth, settings.DepthUnits, settings.DepthFormat).depth;
+  StartUp.txtDistanceDrilled.Text.clear();
+  LeaveOnlyPanelAndExit();
+  SetResumeButtons(true);
+  StartUp.frmResume.Visible = true;
+}
+
+std::string Few(const std::vector<std::string>& lines) {
+  std::string text;
+  for (std::size_t i = 0; i < std::min(lines.size(), kMostLinesTold); ++i) text += "  " + lines[i];
+  if (lines.size() > kMostLinesTold) {
+    text += "  AND " + PlainNumber(static_cast<int>(lines.size() - kMostLinesTold)) + " MORE";
+  }
+  return text;
+}
+
+void TellWhatIsLeftOut(const StoredSounding& stored) {
+  if (!stored.left_out.empty()) {
+    Tell(
+        "PART OF THE LAST SOUNDING'S TEMPORARY DATA CANNOT BE READ AND IS LEFT OUT.  THE DAMAGED "
+        "FILE IS KEPT BESIDE." +
+        Few(stored.left_out));
+  }
+  if (stored.rows.empty()) {
+    Tell("THE LAST SOUNDING HOLDS NO ROWS.  ITS DEPTH GOES ON ONE DEPTH STEP ABOVE 0.");
+  }
+}
+
+/// The stored sounding; none when there is nothing to resume, which is told.
+std::optional<StoredSounding> ReadLastSounding() {
+  const std::string start = "THE LAST SOUNDING CANNOT BE RESUMED.  ";
+  const std::string& path = session.SoundingFiles[0];
+  try {
+    if (!TheDisk().FileExists(path)) {
+      Tell("THERE IS NO SOUNDING TO RESUME.  " + path + " IS MISSING.");
+      return std::nullopt;
+    }
+    StoredSounding stored = ReadTemporaryData(ReadFile(path), HasHeaderColumnOnly, kMostRows);
+    if (stored.done) Tell(session.LastSoundingCompletedMessage);
+    if (!stored.unreadable.empty()) Tell(start + path + ": " + stored.unreadable + ".");
+    if (!stored.done && stored.unreadable.empty()) return stored;
+  } catch (const RuntimeFault& fault) {
+    Tell(start + fault.what());
+  }
+  return std::nullopt;
+}
+
+/// Returns when the cone could not be used, or when the operator gave up.
+void LookForLastCone() {
+  KeepStepOfRows();
+  session.ReadingsAveraged = kReadingsAveraged;
+  session.CalibrationMode = kFalse;
+  session.CalibrationPlaybackOnly = kFalse;
+  sounding.ConsoleMode = 0;
+  cone.ConeLinkUp = kFalse;
+  KeepStartPorts();
+  BeginStatus("");
+  LeaveOnlyPanelAndExit();
+  SetResumeButtons(false);
+  LookForCone();
+  EndStatus();
+  if (session.ResumeConeId.empty()) return EnableEveryButton();
+  LeaveOnlyPanelAndExit();
+  SetResumeButtons(true);
+}
+
+std::string WhyNoDistance(const std::string& text) {
+  const std::string shown = "\"" + Left(text, 60) + "\"";
+  if (!IsNumberOrEmpty(text)) return shown + " is not a number.";
+  const double distance = LocaleNumber(text, session.CommaDecimal == 1);
+  if (distance < 0 || distance > static_cast<double>(kDeepest)) return shown + " is no distance.";
+  return {};
+}
+
+/// What was drilled below the last depth, in metres.
+float DistanceDrilled() {
+  const auto typed =
+      static_cast<float>(LocaleNumber(StartUp.txtDistanceDrilled.Text, session.CommaDecimal == 1));
+  return settings.DepthUnits == 1 ? typed / kFeetPerMetre : typed;
+}
+
+}  // namespace
+
+void TakeSoundingPaths(const std::string& main_file) {
+  constexpr std::array<const char*, 5> kExtensions = {"dis", "smc", "tim", "res", "mp4"};
+  session.SoundingFiles[1] = main_file;
+  const std::string stem =
+      main_file.substr(0, main_file.size() - std::min<std::size_t>(main_file.size(), 3));
+  for (std::size_t i = 0; i < kExtensions.size(); ++i) {
+    session.SoundingFiles[i + 2] = stem + kExtensions[i];
+  }
+  session.HasDissipationFile = TheDisk().FileExists(session.SoundingFiles[2]) ? kTrue : kFalse;
+  session.HasSeismicFile = TheDisk().FileExists(session.SoundingFiles[3]) ? kTrue : kFalse;
+}
+
+void StartUp_cmdResume_Click() {
+  const auto stored = ReadLastSounding();
+  if (!stored) return;
+  TakeHeader(*stored);
+  TakeBaselines(*stored);
+  TakeRows(*stored);
+  PlaceStart();
+  TellWhatIsLeftOut(*stored);
+  ShowPanel();
+}
+
+void StartUp_cmdResumeAtLastDepth_Click() {
+  session.ResumeDepthStatus = 0.0f;
+  sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
+  LookForLastCone();
+}
+
+void StartUp_cmdResumeAtSurface_Click() {
+  const std::string why_not = WhyNoDistance(StartUp.txtDistanceDrilled.Text);
+  if (!why_not.empty()) {
+    Tell(why_not);
+    return;
+  }
+  session.ResumeDepthStatus = 1.0f;
+  session.ResumeTargetDepth = sounding.Rows(sounding.RowCount, 0) + DistanceDrilled();
+  sounding.CurrentDepth = settings.DepthFormat == 1 ? session.StartDepth : 0.0f;
+  LookForLastCone();
+}
+
+void StartUp_cmdCancel_Click() {
+  StartUp.frmResume.Visible = false;
+  session.ResumeConeId.clear();
+  sounding.RowCount = 0;
+  if (session.DepthStepOfSettings > 0) {
+    settings.DepthStep = session.DepthStepOfSettings;
+    session.DepthStepOfSettings = 0;
+    DeriveSettings();
+  }
+  if (!StartUp.frLoad.Visible) EnableEveryButton();
+}
+
+}  // namespace penlog

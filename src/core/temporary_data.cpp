@@ -1,0 +1,249 @@
+#include "core/temporary_data.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <utility>
+
+#include "core/channel_table.h"
+#include "platform/numbers.h"
+#include "platform/texts.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr std::size_t kHeaderLines = 17;
+constexpr std::size_t kHead = 13;
+constexpr std::size_t kField = 20;
+constexpr std::size_t kDepthPlaces = 2;  ///< of depth and speed
+constexpr std::size_t kValuePlaces = 5;
+
+/// A line of the file; `whole` if its line end stands behind it.
+struct Line {
+  std::string_view text;
+  bool whole = false;
+};
+
+std::vector<Line> SplitLines(std::string_view text) {
+  std::vector<Line> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    const bool whole = end != std::string_view::npos;
+    std::string_view line = text.substr(0, end);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    lines.push_back({line, whole});
+    if (!whole) break;
+    text.remove_prefix(end + 1);
+  }
+  return lines;
+}
+
+std::optional<std::string_view> Unquoted(std::string_view line) {
+  if (line.size() < 2 || !line.starts_with('"') || !line.ends_with('"')) return std::nullopt;
+  return line.substr(1, line.size() - 2);
+}
+
+std::vector<std::string_view> Fields(std::string_view text) {
+  std::vector<std::string_view> fields;
+  for (std::size_t at = 0; at < text.size(); at += kField) {
+    fields.push_back(text.substr(at, kField));
+  }
+  return fields;
+}
+
+/// A channel that a header column may name, above `last`; 0 for anything else.
+int ColumnOf(std::string_view field, int last) {
+  const double number = WholeNumberText(field).value_or(0);
+  const bool fits = number > last && number <= kChannels && number == std::floor(number);
+  const int channel = fits ? static_cast<int>(number) : 0;
+  return channel == 19 || channel == 20 ? 0 : channel;
+}
+
+/// The channels of the column line; none where the line is not one.
+std::vector<int> Columns(std::string_view line) {
+  const auto text = Unquoted(line);
+  if (!text || text->size() <= kHead || (text->size() - kHead) % kField != 0) return {};
+  std::vector<int> columns;
+  for (const std::string_view field : Fields(text->substr(kHead))) {
+    const int channel = ColumnOf(field, columns.empty() ? 0 : columns.back());
+    if (channel == 0) return {};
+    columns.push_back(channel);
+  }
+  return columns;
+}
+
+std::vector<std::optional<float>> Zeros(std::string_view line, std::size_t count) {
+  std::vector<std::optional<float>> zeros(count);
+  const auto text = Unquoted(line);
+  if (!text || text->size() != kHead + count * kField) return zeros;
+  const auto fields = Fields(text->substr(kHead));
+  std::transform(fields.begin(), fields.end(), zeros.begin(), WholeSingleText);
+  return zeros;
+}
+
+/// The items that stand on the line; one that is no channel counts as none.
+std::array<std::int16_t, 3> Graphs(std::string_view line) {
+  std::array<std::int16_t, 3> graphs{};
+  for (std::int16_t& graph : graphs) {
+    const std::size_t comma = line.find(',');
+    const double number = WholeNumberText(line.substr(0, comma)).value_or(0);
+    if (number >= 1 && number <= kChannels && number == std::floor(number)) {
+      graph = static_cast<std::int16_t>(number);
+    }
+    if (comma == std::string_view::npos) break;
+    line.remove_prefix(comma + 1);
+  }
+  return graphs;
+}
+
+/// A number as the writer of rows prints it. Numbers wider than their field touch each other: one
+/// ends behind its decimal places.
+std::string_view TakeNumber(std::string_view& text, std::size_t places) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  std::size_t end = std::min(text.find(' '), text.size());
+  const std::size_t point = text.substr(0, end).find('.');
+  if (point != std::string_view::npos) end = std::min(end, point + 1 + places);
+  const std::string_view number = text.substr(0, end);
+  text.remove_prefix(end);
+  return number;
+}
+
+std::optional<float> RowNumber(std::string_view text) {
+  if (text == "nan") return std::numeric_limits<float>::quiet_NaN();
+  if (text == "inf") return std::numeric_limits<float>::infinity();
+  if (text == "-inf") return -std::numeric_limits<float>::infinity();
+  return WholeSingleText(text);
+}
+
+/// The numbers of a row; none if the line holds anything else. Taken one by one, not by their
+/// places: an elevation of 100 m and more pushes all that follows to the right.
+std::optional<StoredRow> Row(std::string_view text) {
+  StoredRow row;
+  const auto depth = WholeSingleText(TakeNumber(text, kDepthPlaces));
+  const auto speed = RowNumber(TakeNumber(text, kDepthPlaces));
+  if (!depth || !speed) return std::nullopt;
+  row.depth = *depth;
+  row.speed = *speed;
+  while (!text.empty()) {
+    const auto value = RowNumber(TakeNumber(text, kValuePlaces));
+    if (!value) return std::nullopt;
+    row.values.push_back(*value);
+  }
+  return row;
+}
+
+/// The row of a whole line; none for anything else.
+std::optional<StoredRow> RowOf(const Line& line) {
+  const auto text = Unquoted(line.text);
+  return text ? Row(*text) : std::nullopt;
+}
+
+void TakeHeader(StoredSounding& stored, const std::vector<Line>& lines) {
+  std::size_t line = 0;
+  for (std::string* text :
+       {&stored.main_file, &stored.sounding_name, &stored.company_name, &stored.operator_name,
+        &stored.cone_id, &stored.location, &stored.job_number, &stored.hole_number,
+        &stored.date_time, &stored.header_note, &stored.footer_note1, &stored.footer_note2,
+        &stored.gps_position}) {
+    *text = FromFileBytes(lines[line++].text);
+  }
+  stored.water_table = ParseSingle(lines[13].text);
+  stored.graphs = Graphs(lines[14].text);
+  stored.columns = Columns(lines[15].text);
+  stored.zeros = Zeros(lines[16].text, stored.columns.size());
+}
+
+std::string WhyUnreadable(const StoredSounding& stored) {
+  if (Trim(stored.main_file).empty()) return "LINE 1 NAMES NO FILE";
+  if (Trim(stored.cone_id).empty()) return "LINE 5 NAMES NO CONE";
+  if (stored.columns.empty()) return "LINE 16 NAMES NO CHANNELS";
+  return {};
+}
+
+void Keep(StoredSounding& stored, std::string_view line) {
+  stored.sound_text += line;
+  stored.sound_text += "\r\n";
+}
+
+void LeaveOut(StoredSounding& stored, std::size_t number, const std::string& why) {
+  stored.left_out.push_back("LINE " + PlainNumber(static_cast<int>(number)) + ": " + why);
+}
+
+bool IsComputedLater(int channel) {
+  return channel == 21 || channel == 22;
+}
+
+template <class Has>
+std::vector<int> Without(const std::vector<int>& columns, Has has_no_field) {
+  std::vector<int> list;
+  std::copy_if(columns.begin(), columns.end(), std::back_inserter(list),
+               [&](int channel) { return !has_no_field(channel); });
+  return list;
+}
+
+/// The columns that the rows hold: a channel with a header column only may have been selected for
+/// its rows too when the sounding was set up. What most of the lines have room for decides.
+std::vector<int> RowChannelsOf(const std::vector<int>& columns, const std::vector<Line>& lines,
+                               bool (*header_only)(int channel)) {
+  const auto no_field = [&](int channel) {
+    return IsComputedLater(channel) || header_only(channel);
+  };
+  const std::array<std::vector<int>, 3> readings = {Without(columns, no_field),
+                                                    Without(columns, IsComputedLater), columns};
+  std::array<std::ptrdiff_t, 3> fits{};
+  std::transform(readings.begin(), readings.end(), fits.begin(), [&](const auto& reading) {
+    return std::count_if(lines.begin() + kHeaderLines, lines.end(), [&](const Line& line) {
+      const auto row = RowOf(line);
+      return row && row->values.size() == reading.size();
+    });
+  });
+  const auto most = std::max_element(fits.begin(), fits.end());
+  return readings[static_cast<std::size_t>(most - fits.begin())];
+}
+
+void TakeLine(StoredSounding& stored, const Line& line, std::size_t number,
+              std::int32_t most_rows) {
+  if (line.text.starts_with(kGapMark)) {
+    stored.gaps.push_back(static_cast<std::int32_t>(stored.rows.size()));
+    return Keep(stored, line.text);
+  }
+  if (!Unquoted(line.text)) return LeaveOut(stored, number, "IT IS NO WHOLE ROW");
+  auto row = RowOf(line);
+  if (!row) return LeaveOut(stored, number, "IT HOLDS WHAT IS NO NUMBER");
+  if (row->values.size() != stored.row_channels.size()) {
+    return LeaveOut(stored, number, "IT DOES NOT FIT THE COLUMNS");
+  }
+  if (static_cast<std::int32_t>(stored.rows.size()) >= most_rows) {
+    return LeaveOut(stored, number, "THERE IS ROOM FOR " + PlainNumber(most_rows) + " ROWS");
+  }
+  stored.rows.push_back(std::move(*row));
+  Keep(stored, line.text);
+}
+
+}  // namespace
+
+StoredSounding ReadTemporaryData(std::string_view text, bool (*header_only)(int channel),
+                                 std::int32_t most_rows) {
+  StoredSounding stored;
+  const std::vector<Line> lines = SplitLines(text);
+  stored.done = !lines.empty() && Trim(lines[0].text) == "DONE";
+  if (stored.done) return stored;
+  if (lines.size() < kHeaderLines) {
+    stored.unreadable = lines.empty() ? "IT IS EMPTY" : "ITS HEADER IS NOT WHOLE";
+    return stored;
+  }
+  TakeHeader(stored, lines);
+  stored.unreadable = WhyUnreadable(stored);
+  if (!stored.unreadable.empty()) return stored;
+  stored.row_channels = RowChannelsOf(stored.columns, lines, header_only);
+  for (std::size_t i = 0; i < kHeaderLines; ++i) Keep(stored, lines[i].text);
+  for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
+    TakeLine(stored, lines[i], i + 1, most_rows);
+  }
+  return stored;
+}
+
+}  // namespace penlog

@@ -1,0 +1,62 @@
+// The recovery copy of a sounding, "TemporaryData.txt", read back as far as it is sound. A plain
+// function of its text: nothing is opened and no table is touched here.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace penlog {
+
+/// A recorded row as it was read: not aligned, its depth never negated.
+struct StoredRow {
+  float depth = 0;            ///< m
+  float speed = 0;            ///< cm/s
+  std::vector<float> values;  ///< raw, in the order of the channels that the line holds
+};
+
+struct StoredSounding {
+  bool done = false;  ///< the first line is "DONE": the sounding closed normally
+  /// Why nothing can be resumed; empty where header, column and baseline lines are there.
+  std::string unreadable;
+
+  std::string main_file;  ///< path of the `.cpt` file
+  std::string sounding_name;
+  std::string company_name;
+  std::string operator_name;
+  std::string cone_id;
+  std::string location;
+  std::string job_number;
+  std::string hole_number;
+  std::string date_time;
+  std::string header_note;
+  std::string footer_note1;
+  std::string footer_note2;
+  std::string gps_position;
+  float water_table = 0;                    ///< m; the sounding's reference value
+  std::array<std::int16_t, 3> graphs{};     ///< channels of graphs 2 to 4, 0 none
+  std::vector<int> columns;                 ///< recorded channels, rising
+  std::vector<std::optional<float>> zeros;  ///< baselines by column; none where it is no number
+  std::vector<int> row_channels;            ///< those of `columns` that have a field in a row
+  std::vector<StoredRow> rows;
+  std::vector<std::int32_t> gaps;  ///< rows before each mark of a drilled gap
+
+  /// The lines that are sound, as they stand, each with its line end: what the file should hold.
+  std::string sound_text;
+  /// What is left out, one entry for each line: "LINE 23: ...".
+  std::vector<std::string> left_out;
+};
+
+/// The mark that stands at the head of a gap row.
+inline constexpr std::string_view kGapMark = "DRILLOUT*****";
+
+/// `header_only` tells for a channel 1 to 30 whether its file gives it a header column and no field
+/// in rows. Rows behind number `most_rows` are left out. A line that is damaged is left out alone:
+/// what stands behind it was measured too.
+StoredSounding ReadTemporaryData(std::string_view text, bool (*header_only)(int channel),
+                                 std::int32_t most_rows);
+
+}  // namespace penlog

@@ -1,0 +1,20 @@
+// A resume from the surface: nothing is recorded until the operator tells that the cone is back at
+// the depth at which the sounding goes on.
+#pragma once
+
+namespace penlog {
+
+/// Shows the screen with the depth to be reached, in the unit and sign of the console's depth.
+void ShowResumeDepth();
+
+/// Part of a waiting pass: the depth as it is now, and what is still to go.
+void FollowResumeDepth();
+
+/// Writes the mark of the gap to the recovery copy and goes on recording; the depth stays as it was
+/// counted. Nothing happens unless a resume waits.
+void frmResumeDepthStatus_lblDepthReached_Click();
+
+/// The sounding was stopped, suspended or ended while the resume waited.
+void CloseResumeDepth();
+
+}  // namespace penlog
