@@ -7,7 +7,6 @@
 #include "forms/operator_actions.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
-#include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "rig/virtual_attach.h"
 
@@ -67,15 +66,7 @@ void VirtualSession::CompleteHands(PlayerHands& hands) {
 /// A process that is gone writes nothing: what the console does on its way out finds no disk.
 void VirtualSession::Kill() {
   RequestEnd();
-  if (std::exchange(killed_, true)) return;
-  before_kill_ = std::exchange(disk.before, [](std::string_view work, const std::string& path) {
-    // Handles close in destructors, which must not throw; that writes nothing.
-    if (work != "close") throw RuntimeFault(path + ": the process was killed");
-  });
-}
-
-void VirtualSession::Bury() {
-  if (std::exchange(killed_, false)) disk.before = std::exchange(before_kill_, nullptr);
+  disk.Stop();
 }
 
 SessionResult VirtualSession::Play(const Script& script, PlayerHands hands,
@@ -92,7 +83,7 @@ SessionResult VirtualSession::Play(const Script& script, PlayerHands hands,
     ResetState();
     if (std::exchange(first, false)) CountStampsFromHere();
     RunConsole(at_end);
-    Bury();
+    if (disk.Stopped()) disk.GoOn();  // for the next process
   } while (host.started.size() > started && host.started.back() == "itself");
   SessionResult result;
   result.exit_code = player.Close();

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <string_view>
 
 #include "operator/player.h"
 #include "platform/host.h"
@@ -56,11 +55,6 @@ class VirtualSession {
  private:
   void CompleteHands(PlayerHands& hands);
   void Kill();
-  /// The end of a killed process is over: the disk works again for the next one.
-  void Bury();
-
-  bool killed_ = false;
-  std::function<void(std::string_view, const std::string&)> before_kill_;  // the disk's own
 };
 
 /// Copies every file of the memory disk below a folder of the disk in use.

@@ -62,7 +62,9 @@ void RunHold(Order& order) {
 
 void RunAt(Order& order) {
   if (order.rig.truck.Busy()) throw BadWords{"the rods are moving"};
-  order.rig.truck.PlaceTip(NumberWord(order.words, 0, 0.0, 200.0));
+  const double tip = NumberWord(order.words, 0, 0.0, 200.0);
+  const bool told = order.words.size() > 1;
+  order.rig.truck.PlaceTip(tip, told ? NumberWord(order.words, 1, 0.0, tip) : tip);
 }
 
 void RunSpeed(Order& order) {
@@ -197,7 +199,8 @@ constexpr std::array<Verb, 23> kVerbs = {{
     {"rod-break", "", "rebound, clamp open, a rod is added, clamp closed", RunRodBreak},
     {"lift", "METRES", "draws the rods up", RunLift},
     {"hold", "STEPS READINGS [METRES]", "depth steps, each held for so many readings", RunHold},
-    {"at", "METRES", "the tip stands there in an open hole", RunAt},
+    {"at", "METRES [FROM]", "the tip stands there in an open hole, or in one pushed from FROM on",
+     RunAt},
     {"speed", "CM_PER_S", "of the push; 2 at the start", RunSpeed},
     {"clamp", "on|off", "closes or opens the clamp", RunClamp},
     {"pressure", "on|off", "the pressure switch", RunPressure},

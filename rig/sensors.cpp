@@ -64,9 +64,10 @@ double SensorOutput(const UnitRecord& record, const std::vector<UnitRecord>& all
   return output;
 }
 
-Readout::Readout(int decimals, std::uint32_t seed)
+Readout::Readout(int decimals, std::uint32_t seed, bool steady)
     : decimals_(static_cast<std::size_t>(decimals)),
       unit_(std::pow(10.0, -decimals)),
+      steady_(steady),
       random_(seed) {}
 
 double Readout::Uniform() {
@@ -75,6 +76,7 @@ double Readout::Uniform() {
 
 std::string Readout::Print(int channel, double output, bool must_change) {
   const double places = output / unit_;
+  if (steady_) return WithPoint(std::llround(places), decimals_);
   const double below = std::floor(places);
   double chosen = Uniform() < places - below ? below + 1.0 : below;
   const auto last = last_.find(channel);

@@ -27,10 +27,11 @@ double SensorOutput(const UnitRecord& record, const std::vector<UnitRecord>& all
 
 /// Prints outputs. Each print is one of the two neighbouring numbers of `decimals` places around
 /// the output, the nearer one more often, so that the mean of many is the output; the first number
-/// of a reading never repeats, so that two readings always differ.
+/// of a reading never repeats, so that two readings always differ. A steady one always prints the
+/// nearest number: readings of one place are then the same in two runs, however many there were.
 class Readout {
  public:
-  Readout(int decimals, std::uint32_t seed);
+  Readout(int decimals, std::uint32_t seed, bool steady = false);
   /// `channel` tells whose last print it must not repeat when `must_change`.
   std::string Print(int channel, double output, bool must_change);
 
@@ -39,6 +40,7 @@ class Readout {
 
   std::size_t decimals_;
   double unit_ = 1e-6;
+  bool steady_ = false;
   std::mt19937 random_;
   std::map<int, double> last_;
 };

@@ -39,7 +39,7 @@ SimUnit::SimUnit(const UnitSetup& setup, const Surroundings& surroundings, std::
     : setup_(setup),
       surroundings_(surroundings),
       memory_(setup.header, setup.channels),
-      readout_(setup.decimals, seed) {
+      readout_(setup.decimals, seed, setup.steady) {
   for (auto& record : setup_.channels) record = AsStored(record);
 }
 

@@ -17,6 +17,7 @@ struct UnitSetup {
   double firmware = 3.20;  ///< printed with two places behind " V" in the banner
   std::vector<UnitRecord> channels;
   int decimals = 6;                        ///< places of a reading, in V
+  bool steady = false;                     ///< without noise; for two runs that are compared
   std::array<double, 31> zero_shift = {};  ///< V, by channel: drift since the calibration
 };
 

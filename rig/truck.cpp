@@ -101,8 +101,9 @@ void Truck::Hold(int steps, int replies, double metres) {
   if (plan_.empty()) Continue();
 }
 
-void Truck::PlaceTip(double metres) {
-  tip_ = start_ = deepest_ = target_ = ToNanometres(metres);
+void Truck::PlaceTip(double metres, double start) {
+  tip_ = deepest_ = target_ = ToNanometres(metres);
+  start_ = ToNanometres(start);
 }
 
 void Truck::Add(const Plan& plan) {

@@ -41,7 +41,9 @@ class Truck : private EventTarget {
   void SetClamp(bool closed) { lines_.SetClamp(closed); }
   bool SetPressure(bool on) { return lines_.SetPressure(on); }
   /// The tip stands at `metres` in a hole that is open to there; nothing moves.
-  void PlaceTip(double metres);
+  void PlaceTip(double metres) { PlaceTip(metres, metres); }
+  /// The same at the bottom of a hole that was pushed from `start` on.
+  void PlaceTip(double metres, double start);
   void SetPushSpeed(double metres_per_second) { setup_.push_speed = metres_per_second; }
   void Chatter(int pairs);
 

@@ -13,7 +13,7 @@ constexpr std::string_view kFolderName = "PENLOG(KQ)";
 
 void WriteOnce(const std::string& folder) {
   const std::string probe = JoinPath(folder, "PENLOG Write Test.tmp");
-  TheDisk().MakeFolder(folder);
+  MakeWholeFolder(folder);
   TheDisk().Close(TheDisk().Create(probe));
   TheDisk().Remove(probe);
 }

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "conelink/cone_state.h"
+#include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/message.h"
 #include "core/session.h"
 #include "core/settings.h"
-#include "core/settings_check.h"
 #include "core/settings_replaced.h"
 #include "core/start_up_buttons.h"
 #include "core/start_up_cone.h"
@@ -36,6 +36,8 @@ constexpr std::int16_t kReadingsAveraged = 4;
 constexpr float kDeepest = 12'000;  ///< m; as deep as a sounding's start may lie
 constexpr std::size_t kMostLinesTold = 5;
 constexpr float kHundredth = 0.01f;  ///< m; the last digit of the recovery copy's depths
+constexpr std::size_t kEnoughDistances = 3;
+constexpr float kFloatNoise = 1e-4f;  ///< m; of depths and their differences
 
 bool HasHeaderColumnOnly(int channel) {
   return channels.RecordMode(channel) == 3;
@@ -87,43 +89,95 @@ void PlaceStart() {
       settings.DepthStep / settings.DepthResolution * static_cast<float>(sounding.RowCount);
 }
 
-/// Metres between the rows as most of them stand; 0 with less than two rows. The recovery copy has
-/// hundredths: the mean of the distances next to the middle one says more.
-float SpacingOfRows() {
+/// How far apart the rows stand, and how exactly that is known.
+struct RowSpacing {
+  float metres = 0;  ///< 0 with less than two rows
+  float error = 0;   ///< what the hundredths of the recovery copy leave open
+  std::size_t distances = 0;
+};
+
+std::vector<float> DistancesOfRows() {
   std::vector<float> distances;
   for (std::int32_t row = 2; row <= sounding.RowCount; ++row) {
     distances.push_back(sounding.Rows(row, 0) - sounding.Rows(row - 1, 0));
   }
-  if (distances.empty()) return 0;
+  return distances;
+}
+
+/// The mean of the usual distances: those next to the middle one. A drilled gap and rows that a
+/// lost link left out stand apart.
+RowSpacing SpacingOfRows() {
+  std::vector<float> distances = DistancesOfRows();
+  if (distances.empty()) return {};
   const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
   std::nth_element(distances.begin(), middle, distances.end());
   const float usual = *middle;
-  float sum = 0;
-  float count = 0;
+  double sum = 0;
+  float usual_ones = 0;
+  float parts = 1;  // the errors of neighbouring distances cancel out but for the ends of a part
   for (const float distance : distances) {
-    if (std::abs(distance - usual) > 1.5f * kHundredth) continue;
-    sum += distance;
-    ++count;
+    const bool is_usual = std::abs(distance - usual) <= 1.5f * kHundredth;
+    sum += is_usual ? static_cast<double>(distance) : 0.0;
+    ++(is_usual ? usual_ones : parts);
   }
-  return sum / count;
+  return {static_cast<float>(sum) / usual_ones, kHundredth * parts / usual_ones + kFloatNoise,
+          distances.size()};
+}
+
+/// Whether they are so far apart by the step of the settings. One or two distances of several steps
+/// may be rows that a lost link left out.
+bool IsStepOfSettings(const RowSpacing& spacing) {
+  const float step = settings.DepthStep;
+  const bool tells = spacing.distances >= kEnoughDistances;
+  const float steps = tells ? 1.0f : std::max(std::round(spacing.metres / step), 1.0f);
+  return std::abs(spacing.metres - steps * step) <= spacing.error;
+}
+
+void UseDepthStep(float step) {
+  ReplaceSetting(settings.DepthStep, step);
+  settings.DepthStepCounts = ToInteger16(settings.DepthStep / settings.DepthResolution);
+}
+
+std::string InMetres(float length) {
+  return Format(length, "0.0##") + " m";
+}
+
+/// The step next to a length, as its text reads: 5 steps of 0.02 m are 0.1 m.
+float WholeSteps(float length) {
+  const auto resolution = static_cast<double>(settings.DepthResolution);
+  const auto counts = static_cast<double>(RoundHalfEven(static_cast<double>(length) / resolution));
+  return ParseSingle(Format(std::max(counts, 1.0) * resolution, "0.00####"));
 }
 
 /// The rows that are aligned already can't be aligned again: the sounding goes on with the step it
 /// was begun with, while the settings file keeps its own.
 void KeepStepOfRows() {
-  const float step = settings.DepthStep;
-  const double counts =
-      static_cast<double>(SpacingOfRows()) / static_cast<double>(settings.DepthResolution);
-  const auto spacing = static_cast<float>(std::max(RoundHalfEven(counts), std::int64_t{1})) *
-                       settings.DepthResolution;
-  if (SpacingOfRows() <= 0 || std::abs(SpacingOfRows() - step) <= kHundredth / 2) return;
-  session.DepthStepOfSettings = step;
-  ReplaceSetting(settings.DepthStep, spacing);
-  DeriveSettings();
+  const RowSpacing spacing = SpacingOfRows();
+  const float before = settings.DepthStep;
+  if (spacing.metres <= 0 || IsStepOfSettings(spacing)) return;
+  const float step = WholeSteps(spacing.metres);
+  if (std::abs(step - before) < settings.DepthResolution / 2) return;
+  session.DepthStepOfSettings = before;
+  UseDepthStep(step);
   PlaceStart();
-  Tell("THE ROWS OF THE LAST SOUNDING STAND " + PlainNumber(spacing) +
-       " m APART, THE SETTINGS SAY " + PlainNumber(step) + " m.  THE SOUNDING GOES ON WITH " +
-       PlainNumber(spacing) + " m.");
+  Tell("THE ROWS OF THE LAST SOUNDING STAND " + InMetres(spacing.metres) +
+       " APART, THE SETTINGS SAY " + InMetres(before) + ".  THE SOUNDING GOES ON WITH " +
+       InMetres(step) + ".");
+}
+
+/// Nothing of the sounding is left: another may be begun.
+void ForgetSounding() {
+  TakeHeader({});
+  session.StartDepth = 0;
+  session.ResumeDepthStatus = 0;
+  session.ResumeTargetDepth = 0;
+  sounding.Rows = {};
+  sounding.RowSpeed = {};
+  sounding.RowCount = 0;
+  sounding.CurrentDepth = 0;
+  sounding.DepthCounts = 0;
+  if (session.DepthStepOfSettings > 0) UseDepthStep(session.DepthStepOfSettings);
+  session.DepthStepOfSettings = 0;
 }
 
 void SetResumeButtons(bool enabled) {
@@ -159,12 +213,11 @@ std::string Few(const std::vector<std::string>& lines) {
   return text;
 }
 
-void TellWhatIsLeftOut(const StoredSounding& stored) {
-  if (!stored.left_out.empty()) {
-    Tell(
-        "PART OF THE LAST SOUNDING'S TEMPORARY DATA CANNOT BE READ AND IS LEFT OUT.  THE DAMAGED "
-        "FILE IS KEPT BESIDE." +
-        Few(stored.left_out));
+void TellDamage(const StoredSounding& stored) {
+  const std::string kept = "  WHEN THE SOUNDING IS RESUMED, THE DAMAGED FILE IS KEPT BESIDE.";
+  if (!stored.damage.empty()) {
+    Tell("PART OF THE LAST SOUNDING'S TEMPORARY DATA CANNOT BE READ AND IS LEFT OUT." +
+         (stored.loses_lines ? kept : "") + Few(stored.damage));
   }
   if (stored.rows.empty()) {
     Tell("THE LAST SOUNDING HOLDS NO ROWS.  ITS DEPTH GOES ON ONE DEPTH STEP ABOVE 0.");
@@ -199,6 +252,7 @@ void LookForLastCone() {
   sounding.ConsoleMode = 0;
   cone.ConeLinkUp = kFalse;
   KeepStartPorts();
+  ProbeAllPorts();  // the overlay's presence is looked up in the table
   BeginStatus("");
   LeaveOnlyPanelAndExit();
   SetResumeButtons(false);
@@ -232,20 +286,24 @@ void TakeSoundingPaths(const std::string& main_file) {
   const std::string stem =
       main_file.substr(0, main_file.size() - std::min<std::size_t>(main_file.size(), 3));
   for (std::size_t i = 0; i < kExtensions.size(); ++i) {
-    session.SoundingFiles[i + 2] = stem + kExtensions[i];
+    session.SoundingFiles[i + 2] = main_file.empty() ? "" : stem + kExtensions[i];
   }
-  session.HasDissipationFile = TheDisk().FileExists(session.SoundingFiles[2]) ? kTrue : kFalse;
-  session.HasSeismicFile = TheDisk().FileExists(session.SoundingFiles[3]) ? kTrue : kFalse;
+  const auto stands = [](const std::string& path) {
+    return !path.empty() && TheDisk().FileExists(path) ? kTrue : kFalse;
+  };
+  session.HasDissipationFile = stands(session.SoundingFiles[2]);
+  session.HasSeismicFile = stands(session.SoundingFiles[3]);
 }
 
 void StartUp_cmdResume_Click() {
   const auto stored = ReadLastSounding();
   if (!stored) return;
+  ForgetSounding();
   TakeHeader(*stored);
   TakeBaselines(*stored);
   TakeRows(*stored);
   PlaceStart();
-  TellWhatIsLeftOut(*stored);
+  TellDamage(*stored);
   ShowPanel();
 }
 
@@ -269,13 +327,7 @@ void StartUp_cmdResumeAtSurface_Click() {
 
 void StartUp_cmdCancel_Click() {
   StartUp.frmResume.Visible = false;
-  session.ResumeConeId.clear();
-  sounding.RowCount = 0;
-  if (session.DepthStepOfSettings > 0) {
-    settings.DepthStep = session.DepthStepOfSettings;
-    session.DepthStepOfSettings = 0;
-    DeriveSettings();
-  }
+  ForgetSounding();
   if (!StartUp.frLoad.Visible) EnableEveryButton();
 }
 

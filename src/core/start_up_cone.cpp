@@ -101,7 +101,8 @@ bool FollowConePort(int old_port, bool shared) {
 bool SearchForLastCone() {
   const int port = ReconnectKQSerial();
   if (port == 0 || port == settings.ConeSerialPort) return true;
-  const bool shared = settings.TruckInterfaceSerialPort == settings.ConeSerialPort;
+  const int old_port = settings.ConeSerialPort;
+  const bool shared = old_port > 0 && settings.TruckInterfaceSerialPort == old_port;
   settings.ConeSerialPort = static_cast<std::int16_t>(port);
   if (shared) settings.TruckInterfaceSerialPort = settings.ConeSerialPort;
   SaveKQSettings();

@@ -21,22 +21,17 @@ constexpr std::size_t kField = 20;
 constexpr std::size_t kDepthPlaces = 2;  ///< of depth and speed
 constexpr std::size_t kValuePlaces = 5;
 
-/// A line of the file; `whole` if its line end stands behind it.
-struct Line {
-  std::string_view text;
-  bool whole = false;
-};
+using Lines = std::vector<std::string_view>;
 
-std::vector<Line> SplitLines(std::string_view text) {
-  std::vector<Line> lines;
+/// The lines without their ends; the last one may have none.
+Lines SplitLines(std::string_view text) {
+  Lines lines;
   while (!text.empty()) {
-    const std::size_t end = text.find('\n');
-    const bool whole = end != std::string_view::npos;
+    const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.push_back({line, whole});
-    if (!whole) break;
-    text.remove_prefix(end + 1);
+    lines.push_back(line);
+    text.remove_prefix(std::min(end + 1, text.size()));
   }
   return lines;
 }
@@ -136,24 +131,47 @@ std::optional<StoredRow> Row(std::string_view text) {
 }
 
 /// The row of a whole line; none for anything else.
-std::optional<StoredRow> RowOf(const Line& line) {
-  const auto text = Unquoted(line.text);
+std::optional<StoredRow> RowOf(std::string_view line) {
+  const auto text = Unquoted(line);
   return text ? Row(*text) : std::nullopt;
 }
 
-void TakeHeader(StoredSounding& stored, const std::vector<Line>& lines) {
+bool IsGap(std::string_view line) {
+  return line.starts_with(kGapMark) && line.find_first_not_of('*', kGapMark.size()) == line.npos;
+}
+
+void TellLine(StoredSounding& stored, std::size_t number, const std::string& why) {
+  stored.damage.push_back("LINE " + PlainNumber(static_cast<int>(number)) + ": " + why);
+}
+
+void TakeWaterTable(StoredSounding& stored, std::string_view line) {
+  const auto depth = WholeSingleText(line);
+  stored.water_table = depth.value_or(0.0f);
+  if (!depth) TellLine(stored, 14, "THE WATER TABLE IS NO NUMBER AND COUNTS AS 0");
+}
+
+void TakeZeros(StoredSounding& stored, std::string_view line) {
+  stored.zeros = Zeros(line, stored.columns.size());
+  for (std::size_t i = 0; i < stored.zeros.size(); ++i) {
+    if (stored.zeros[i]) continue;
+    TellLine(stored, 17,
+             "THE BASELINE OF CHANNEL " + PlainNumber(stored.columns[i]) + " IS NO NUMBER");
+  }
+}
+
+void TakeHeader(StoredSounding& stored, const Lines& lines) {
   std::size_t line = 0;
   for (std::string* text :
        {&stored.main_file, &stored.sounding_name, &stored.company_name, &stored.operator_name,
         &stored.cone_id, &stored.location, &stored.job_number, &stored.hole_number,
         &stored.date_time, &stored.header_note, &stored.footer_note1, &stored.footer_note2,
         &stored.gps_position}) {
-    *text = FromFileBytes(lines[line++].text);
+    *text = FromFileBytes(lines[line++]);
   }
-  stored.water_table = ParseSingle(lines[13].text);
-  stored.graphs = Graphs(lines[14].text);
-  stored.columns = Columns(lines[15].text);
-  stored.zeros = Zeros(lines[16].text, stored.columns.size());
+  TakeWaterTable(stored, lines[13]);
+  stored.graphs = Graphs(lines[14]);
+  stored.columns = Columns(lines[15]);
+  TakeZeros(stored, lines[16]);
 }
 
 std::string WhyUnreadable(const StoredSounding& stored) {
@@ -169,7 +187,8 @@ void Keep(StoredSounding& stored, std::string_view line) {
 }
 
 void LeaveOut(StoredSounding& stored, std::size_t number, const std::string& why) {
-  stored.left_out.push_back("LINE " + PlainNumber(static_cast<int>(number)) + ": " + why);
+  stored.loses_lines = true;
+  TellLine(stored, number, why);
 }
 
 bool IsComputedLater(int channel) {
@@ -186,7 +205,7 @@ std::vector<int> Without(const std::vector<int>& columns, Has has_no_field) {
 
 /// The columns that the rows hold: a channel with a header column only may have been selected for
 /// its rows too when the sounding was set up. What most of the lines have room for decides.
-std::vector<int> RowChannelsOf(const std::vector<int>& columns, const std::vector<Line>& lines,
+std::vector<int> RowChannelsOf(const std::vector<int>& columns, const Lines& lines,
                                bool (*header_only)(int channel)) {
   const auto no_field = [&](int channel) {
     return IsComputedLater(channel) || header_only(channel);
@@ -195,7 +214,7 @@ std::vector<int> RowChannelsOf(const std::vector<int>& columns, const std::vecto
                                                     Without(columns, IsComputedLater), columns};
   std::array<std::ptrdiff_t, 3> fits{};
   std::transform(readings.begin(), readings.end(), fits.begin(), [&](const auto& reading) {
-    return std::count_if(lines.begin() + kHeaderLines, lines.end(), [&](const Line& line) {
+    return std::count_if(lines.begin() + kHeaderLines, lines.end(), [&](std::string_view line) {
       const auto row = RowOf(line);
       return row && row->values.size() == reading.size();
     });
@@ -204,13 +223,13 @@ std::vector<int> RowChannelsOf(const std::vector<int>& columns, const std::vecto
   return readings[static_cast<std::size_t>(most - fits.begin())];
 }
 
-void TakeLine(StoredSounding& stored, const Line& line, std::size_t number,
+void TakeLine(StoredSounding& stored, std::string_view line, std::size_t number,
               std::int32_t most_rows) {
-  if (line.text.starts_with(kGapMark)) {
+  if (IsGap(line)) {
     stored.gaps.push_back(static_cast<std::int32_t>(stored.rows.size()));
-    return Keep(stored, line.text);
+    return Keep(stored, line);
   }
-  if (!Unquoted(line.text)) return LeaveOut(stored, number, "IT IS NO WHOLE ROW");
+  if (!Unquoted(line)) return LeaveOut(stored, number, "IT IS NO WHOLE ROW");
   auto row = RowOf(line);
   if (!row) return LeaveOut(stored, number, "IT HOLDS WHAT IS NO NUMBER");
   if (row->values.size() != stored.row_channels.size()) {
@@ -220,7 +239,7 @@ void TakeLine(StoredSounding& stored, const Line& line, std::size_t number,
     return LeaveOut(stored, number, "THERE IS ROOM FOR " + PlainNumber(most_rows) + " ROWS");
   }
   stored.rows.push_back(std::move(*row));
-  Keep(stored, line.text);
+  Keep(stored, line);
 }
 
 }  // namespace
@@ -228,8 +247,8 @@ void TakeLine(StoredSounding& stored, const Line& line, std::size_t number,
 StoredSounding ReadTemporaryData(std::string_view text, bool (*header_only)(int channel),
                                  std::int32_t most_rows) {
   StoredSounding stored;
-  const std::vector<Line> lines = SplitLines(text);
-  stored.done = !lines.empty() && Trim(lines[0].text) == "DONE";
+  const Lines lines = SplitLines(text);
+  stored.done = !lines.empty() && Trim(lines[0]) == "DONE";
   if (stored.done) return stored;
   if (lines.size() < kHeaderLines) {
     stored.unreadable = lines.empty() ? "IT IS EMPTY" : "ITS HEADER IS NOT WHOLE";
@@ -239,7 +258,7 @@ StoredSounding ReadTemporaryData(std::string_view text, bool (*header_only)(int 
   stored.unreadable = WhyUnreadable(stored);
   if (!stored.unreadable.empty()) return stored;
   stored.row_channels = RowChannelsOf(stored.columns, lines, header_only);
-  for (std::size_t i = 0; i < kHeaderLines; ++i) Keep(stored, lines[i].text);
+  for (std::size_t i = 0; i < kHeaderLines; ++i) Keep(stored, lines[i]);
   for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
     TakeLine(stored, lines[i], i + 1, most_rows);
   }

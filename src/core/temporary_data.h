@@ -46,8 +46,9 @@ struct StoredSounding {
 
   /// The lines that are sound, as they stand, each with its line end: what the file should hold.
   std::string sound_text;
-  /// What is left out, one entry for each line: "LINE 23: ...".
-  std::vector<std::string> left_out;
+  /// What can't be read, one entry for each: "LINE 23: ...".
+  std::vector<std::string> damage;
+  bool loses_lines = false;  ///< some of that are lines that `sound_text` leaves out
 };
 
 /// The mark that stands at the head of a gap row.

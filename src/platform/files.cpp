@@ -94,6 +94,21 @@ void CopyFile(const std::string& from, const std::string& to) {
   ReplaceFile(to, ReadFile(from));
 }
 
+void MakeWholeFolder(const std::string& path) {
+  const std::string above = FolderOf(path);
+  if (TheDisk().FolderExists(path)) {
+    try {
+      TheDisk().SyncFolder(above);
+    } catch (const RuntimeFault&) {
+      // As a rule the folder above is another's, may not be read, and was synced long ago.
+    }
+    return;
+  }
+  if (above != path) MakeWholeFolder(above);
+  TheDisk().MakeFolder(path);
+  TheDisk().SyncFolder(above);
+}
+
 std::string JoinPath(std::string_view folder, std::string_view name) {
   std::string path(folder);
   if (!path.empty() && !IsSeparator(path.back())) path += TheDisk().Separator();

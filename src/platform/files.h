@@ -18,6 +18,10 @@ std::string ReadFile(const std::string& path);
 /// Whole content as UTF-8 (see `FromFileBytes`).
 std::string ReadTextFile(const std::string& path);
 void CopyFile(const std::string& from, const std::string& to);
+/// Makes a folder and those above it that are missing. Each is on the medium when this returns, so
+/// that what is written into it can't vanish with it. One that stands there is synced once more: the
+/// attempt that made it may have been cut off.
+void MakeWholeFolder(const std::string& path);
 
 /// Joins with the system's separator; none is doubled.
 std::string JoinPath(std::string_view folder, std::string_view name);

@@ -50,7 +50,7 @@ void frmCreateNewDirectory_Command1_Click() {
   }
   const std::string path = JoinPath(setup_sounding.Directory, name);
   try {
-    TheDisk().MakeFolder(path);
+    MakeWholeFolder(path);
   } catch (const RuntimeFault& refused) {
     Tell(std::string("CANNOT CREATE DIRECTORY: ") + refused.what());
     return;

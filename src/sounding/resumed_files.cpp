@@ -1,9 +1,8 @@
 #include "sounding/resumed_files.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <optional>
+#include <cstdint>
+#include <string>
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
@@ -24,6 +23,7 @@
 #include "platform/texts.h"
 #include "platform/yield.h"
 #include "screens/last_sounding_parameters.h"
+#include "sounding/found_cpt.h"
 #include "sounding/held_rows.h"
 #include "sounding/resume_rebuild.h"
 #include "sounding/row_text.h"
@@ -33,58 +33,8 @@ namespace penlog {
 
 namespace {
 
-constexpr std::size_t kHeadLines = 23;
-constexpr std::size_t kNumberLine = 15;  ///< from 0
-constexpr std::size_t kTitleLine = 16;
-constexpr std::size_t kBlanks = 13;  ///< characters of depth and speed
-constexpr std::size_t kColumn = 20;
-constexpr float kHundredth = 0.0051f;      ///< m; the recovery copy's last digit, and its rounding
-constexpr std::size_t kRowsMatched = 200;  ///< enough to know a delay by
-
 const std::string& PathOf(SoundingFile file) {
   return session.SoundingFiles[static_cast<std::size_t>(file)];
-}
-
-/// Whole lines with their ends; what stands behind the last line end is left in `text`.
-std::vector<std::string> TakeLines(std::string_view& text) {
-  std::vector<std::string> lines;
-  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-    lines.emplace_back(text.substr(0, end + 1));
-    text.remove_prefix(end + 1);
-  }
-  return lines;
-}
-
-std::string WithoutEnd(const std::string& line) {
-  return line.substr(0, line.find_last_not_of("\r\n") + 1);
-}
-
-CptForm FormOf(const std::string& line) {
-  const std::string text = WithoutEnd(line);
-  if (text.starts_with("KQ Sounding File")) return CptForm::New;
-  return text == "Dravenholtz Sounding File" ? CptForm::Old : CptForm::OfSettings;
-}
-
-std::string NumberLineOf(const std::vector<int>& columns) {
-  std::string line(kBlanks, ' ');
-  for (const int channel : columns) {
-    line += RightField(PlainNumber(channel), static_cast<int>(kColumn));
-  }
-  return line;
-}
-
-/// The new form has one more digit, and one character more for the depth.
-std::size_t DepthWidth(CptForm form) {
-  return form == CptForm::New ? 7 : 6;
-}
-
-bool AgreesButForLastDigit(const std::string& row, const std::string& expected, CptForm form) {
-  const std::size_t width = DepthWidth(form);
-  if (row.size() != expected.size() || row.size() < width) return false;
-  if (row.compare(width, std::string::npos, expected, width, std::string::npos) != 0) return false;
-  const auto depth = WholeSingleText(row.substr(0, width));
-  const auto wanted = WholeSingleText(expected.substr(0, width));
-  return depth && wanted && std::abs(*depth - *wanted) <= kHundredth;
 }
 
 CptForm FormOfSettings() {
@@ -173,9 +123,11 @@ void ReplaceTemporary(const std::string& text) {
 /// The damaged file is copied beside before the sound part takes its place.
 void MendTemporary(const std::string& text, const StoredSounding& stored) {
   const std::string& path = PathOf(kTemporaryFile);
+  bool is_kept = !stored.loses_lines;
   if (text != stored.sound_text) {
     Insist("THE TEMPORARY DATA CANNOT BE WRITTEN.", [&] {
-      if (!stored.left_out.empty()) CopyFile(path, FreeNameBeside(path));
+      if (!is_kept) CopyFile(path, FreeNameBeside(path));
+      is_kept = true;
       ReplaceFile(path, stored.sound_text);
     });
   }
@@ -200,43 +152,27 @@ void TellOfHead(const FoundCpt& found) {
 
 /// The file does not say whether it holds elevations: the sign of its first row does.
 void KeepSignOfRows(const FoundCpt& found) {
-  if (!found.has_head || found.rows.empty() || sounding.RowCount == 0) return;
-  const auto depth = WholeSingleText(found.rows[0].substr(0, DepthWidth(found.form)));
-  const float stored = sounding.Rows(1, 0);
-  if (!depth || std::abs(stored) <= kHundredth) return;
-  const bool negated = std::abs(*depth + stored) <= kHundredth;
-  const bool plain = std::abs(*depth - stored) <= kHundredth;
-  const std::int16_t format = negated ? 1 : 0;
-  if (negated == plain || format == settings.DepthFormat) return;
-  ReplaceSetting(settings.DepthFormat, format);
-  Tell(negated ? "THE SOUNDING WAS BEGUN IN ELEVATIONS, THE SETTINGS SAY DEPTHS.  IT GOES ON IN "
-                 "ELEVATIONS."
-               : "THE SOUNDING WAS BEGUN IN DEPTHS, THE SETTINGS SAY ELEVATIONS.  IT GOES ON IN "
-                 "DEPTHS.");
-}
-
-// A channel that is missing now does not tell its delay any more; the rows of the file do.
-
-/// Whether the first rows of the file hold the channel's values of `delay` rows further down.
-bool HasDelay(const FoundCpt& found, std::size_t column, int channel, std::int32_t delay) {
-  const std::size_t from = kBlanks + column * kColumn;
-  const std::size_t rows = std::min(found.rows.size(), kRowsMatched);
-  for (std::size_t i = 0; i < rows; ++i) {
-    const std::int32_t row = static_cast<std::int32_t>(i) + 1 + delay;
-    if (row > sounding.RowCount || found.rows[i].size() < from + kColumn) return false;
-    if (found.rows[i].substr(from, kColumn) != RowValue(row, channel)) return false;
+  const bool is_elevation = settings.DepthFormat == 1;
+  const bool elevations = HoldsElevations(found).value_or(is_elevation);
+  if (elevations == is_elevation) return;
+  ReplaceSetting(settings.DepthFormat, static_cast<std::int16_t>(elevations ? 1 : 0));
+  if (session.ResumeDepthStatus != 0) {
+    sounding.CurrentDepth = elevations ? session.StartDepth : 0.0f;
   }
-  return true;
+  Tell(elevations ? "THE SOUNDING WAS BEGUN IN ELEVATIONS, THE SETTINGS SAY DEPTHS.  IT GOES ON IN "
+                    "ELEVATIONS."
+                  : "THE SOUNDING WAS BEGUN IN DEPTHS, THE SETTINGS SAY ELEVATIONS.  IT GOES ON IN "
+                    "DEPTHS.");
 }
 
-void FindDelaysOfMissing(const FoundCpt& found) {
-  const std::vector<int> columns = RowChannels();
-  const auto rows = static_cast<std::int32_t>(found.rows.size());
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (sounding.KeptColumn(columns[i]) != kTrue) continue;
-    std::int32_t delay = 0;
-    while (delay < sounding.RowCount - rows && !HasDelay(found, i, columns[i], delay)) ++delay;
-    channels.ChannelDelayRows(columns[i]) = static_cast<std::int16_t>(delay);
+/// Baselines that the recovery copy lost stand in the head, too.
+void TakeLostBaselines(const FoundCpt& found, const StoredSounding& stored) {
+  for (std::size_t i = 0; i < stored.columns.size(); ++i) {
+    const int channel = stored.columns[i];
+    const auto zero = BaselineInHead(found, channel);
+    if (stored.zeros[i] || !zero) continue;
+    channels.Baselines(channel) = *zero;
+    sounding.Rows(0, channel) = *zero;
   }
 }
 
@@ -247,32 +183,20 @@ bool AnyIsMissing() {
   return false;
 }
 
-/// The speeds of the file's rows are those of the rows `DelayRows` further down.
-bool SpeedsAgree(const FoundCpt& found) {
-  const std::size_t width = DepthWidth(found.form);
-  const std::size_t rows = std::min(found.rows.size(), kRowsMatched);
-  for (std::size_t i = 0; i < rows; ++i) {
-    const std::int32_t newest = static_cast<std::int32_t>(i) + 1 + cone.DelayRows;
-    if (newest > sounding.RowCount || found.rows[i].size() < kBlanks) return false;
-    const auto speed = WholeSingleText(found.rows[i].substr(width, kBlanks - width));
-    if (!speed || std::abs(*speed - sounding.RowSpeed(newest - 1)) > kHundredth) return false;
-  }
-  return true;
-}
-
+/// A channel that is missing now does not tell its delay any more; the rows of the file do.
 void FormDelays(const FoundCpt& found) {
-  if (AnyIsMissing()) FindDelaysOfMissing(found);
+  for (const int channel : RowChannels()) {
+    if (sounding.KeptColumn(channel) != kTrue) continue;
+    channels.ChannelDelayRows(channel) = DelayInFile(found, channel);
+  }
   FormDelayRows();
-  if (!AnyIsMissing()) return;
-  const std::int16_t least = cone.DelayRows;
-  while (cone.DelayRows < sounding.RowCount && !SpeedsAgree(found)) ++cone.DelayRows;
-  if (!SpeedsAgree(found)) cone.DelayRows = least;
+  if (AnyIsMissing()) cone.DelayRows = LagOfFile(found, cone.DelayRows);
 }
 
-std::string Mended(const CptMending& mending, bool has_head, bool torn) {
+std::string Mended(const CptMending& mending, const FoundCpt& found) {
   std::string text = "THE SOUNDING FILE WAS MENDED FROM THE TEMPORARY DATA.";
-  if (!has_head) text += "  ITS HEAD WAS WRITTEN ANEW.";
-  if (torn) text += "  AN UNFINISHED LINE WAS TAKEN OUT.";
+  if (!found.has_head) text += "  ITS HEAD WAS WRITTEN ANEW.";
+  if (found.is_torn) text += "  AN UNFINISHED LINE WAS TAKEN OUT.";
   if (mending.added > 0) text += "  ROWS ADDED: " + PlainNumber(mending.added) + ".";
   if (mending.changed > 0) text += "  ROWS CHANGED: " + PlainNumber(mending.changed) + ".";
   if (mending.taken_out > 0) {
@@ -281,13 +205,20 @@ std::string Mended(const CptMending& mending, bool has_head, bool torn) {
   return text;
 }
 
-/// What stands in the file; none if it is missing or can't be read.
-std::optional<std::string> TextOfCpt() {
-  std::optional<std::string> text;
+struct CptOnDisk {
+  bool exists = false;
+  std::string text;  ///< empty for a file that can't be read
+  bool is_read = false;
+};
+
+CptOnDisk LookAtCpt() {
+  CptOnDisk cpt;
   Trapped([&] {
-    if (TheDisk().FileExists(PathOf(kCptFile))) text = ReadFile(PathOf(kCptFile));
+    cpt.exists = TheDisk().FileExists(PathOf(kCptFile));
+    if (cpt.exists) cpt.text = ReadFile(PathOf(kCptFile));
+    cpt.is_read = cpt.exists;
   });
-  return text;
+  return cpt;
 }
 
 /// The new place of the sounding's files; the recovery copy names it.
@@ -312,35 +243,60 @@ bool AskForOtherFolder(const std::string& why, StoredSounding& stored) {
   return true;
 }
 
-/// One attempt. A file whose lines are changed or that is no sounding's is kept beside.
-void WriteMended(const std::optional<std::string>& text, const FoundCpt& found,
-                 const CptMending& mending) {
+/// The last file that was kept beside, and where.
+struct KeptCpt {
+  std::string path;
+  std::string beside;
+};
+
+/// A file that loses lines or is no sounding's is kept beside, once under each of its names.
+void KeepCpt(const CptOnDisk& cpt, const FoundCpt& found, const CptMending& mending,
+             KeptCpt& kept) {
   const std::string& path = PathOf(kCptFile);
-  const bool loses = text && (!found.has_head || mending.changed > 0 || mending.taken_out > 0);
-  if (loses) CopyFile(path, FreeNameBeside(path));
-  ReplaceFile(path, mending.text);
+  const bool loses = !found.has_head || mending.changed > 0 || mending.taken_out > 0;
+  if (!cpt.exists || !loses || kept.path == path) return;
+  const std::string beside = FreeNameBeside(path);
+  if (cpt.is_read) {
+    CopyFile(path, beside);
+  } else {
+    TheDisk().Rename(path, beside);
+  }
+  kept = {path, beside};
+}
+
+/// Lines that only go on behind what stands there are held like refused rows. A file that would
+/// have to be changed takes nothing until the next resume mends it.
+void HoldMended(const CptOnDisk& cpt, const std::string& mended) {
+  const bool goes_on = cpt.is_read == cpt.exists && mended.starts_with(cpt.text);
+  if (!goes_on) return StartFile(kCptFile, std::max(cpt.text.size(), mended.size()) + 1);
+  StartFile(kCptFile, cpt.text.size());
+  AppendOrHold(kCptFile, mended.substr(cpt.text.size()));
 }
 
 void MendCptFile(StoredSounding& stored) {
+  KeptCpt kept;
   for (;;) {
-    const auto text = TextOfCpt();
-    const FoundCpt found = ReadCpt(text.value_or(""), stored.columns);
+    const CptOnDisk cpt = LookAtCpt();
+    const FoundCpt found = ReadCpt(cpt.text, stored);
     sounding.RowForm = found.has_head ? found.form : FormOfSettings();
     KeepSignOfRows(found);
+    TakeLostBaselines(found, stored);
     FormDelays(found);
     const CptMending mending = MendCpt(found);
     try {
-      if (text != mending.text) {
-        WriteMended(text, found, mending);
-        Tell(Mended(mending, found.has_head, found.is_torn));
+      if (!cpt.is_read || cpt.text != mending.text) {
+        KeepCpt(cpt, found, mending, kept);
+        ReplaceFile(PathOf(kCptFile), mending.text);
+        Tell(Mended(mending, found) + (kept.path == PathOf(kCptFile)
+                                           ? "  THE FILE OF BEFORE IS KEPT AS " + kept.beside + "."
+                                           : ""));
       }
       if (found.has_head) TellOfHead(found);
-      StartFile(kCptFile, mending.text.size());
-      return;
+      return StartFile(kCptFile, mending.text.size());
     } catch (const RuntimeFault& fault) {
       if (AskForOtherFolder(fault.what(), stored)) continue;
-      StartFile(kCptFile, mending.text.size());
-      return;
+      if (found.has_head) TellOfHead(found);
+      return HoldMended(cpt, mending.text);
     }
   }
 }
@@ -353,17 +309,16 @@ float SecondsNow() {
 
 void MendTimFile() {
   const std::string& path = PathOf(kTimFile);
-  const bool told = !Trapped([&] {
-    if (!TheDisk().FileExists(path)) {
-      if (HasTimFile()) ReplaceFile(path, TimHeader(SecondsNow()));
-    } else {
-      const std::string text = ReadFile(path);
-      const std::string whole = text.substr(0, text.rfind('\n') + 1);
-      if (whole != text) ReplaceFile(path, whole);
-    }
-    if (TheDisk().FileExists(path)) StartFile(kTimFile, ReadFile(path).size());
+  const bool done = Trapped([&] {
+    const bool stands = TheDisk().FileExists(path);
+    if (!stands && !HasTimFile()) return;
+    const std::string text = stands ? ReadFile(path) : "";
+    std::string whole = text.substr(0, text.rfind('\n') + 1);
+    if (whole.empty()) whole = TimHeader(SecondsNow());
+    if (whole != text) ReplaceFile(path, whole);
+    StartFile(kTimFile, whole.size());
   });
-  if (told) Tell("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN: " + path);
+  if (!done) Tell("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN: " + path);
 }
 
 bool HasHeaderColumnOnly(int channel) {
@@ -371,40 +326,6 @@ bool HasHeaderColumnOnly(int channel) {
 }
 
 }  // namespace
-
-FoundCpt ReadCpt(std::string_view text, const std::vector<int>& columns) {
-  FoundCpt found;
-  std::vector<std::string> lines = TakeLines(text);
-  found.is_torn = !text.empty();
-  if (lines.size() < kHeadLines) return found;
-  found.form = FormOf(lines[0]);
-  found.has_head =
-      found.form != CptForm::OfSettings && WithoutEnd(lines[kNumberLine]) == NumberLineOf(columns);
-  if (!found.has_head) return found;
-  const std::string titles = WithoutEnd(lines[kTitleLine]);
-  if (titles.size() > kBlanks) found.tip = Trim(titles.substr(kBlanks, kColumn));
-  for (std::size_t i = 0; i < kHeadLines; ++i) found.head += lines[i];
-  found.rows.assign(lines.begin() + kHeadLines, lines.end());
-  return found;
-}
-
-CptMending MendCpt(const FoundCpt& found) {
-  CptMending mending;
-  mending.text = found.has_head ? found.head : CptHeader();
-  std::size_t place = 0;
-  for (std::int32_t newest = cone.DelayRows + 1; newest <= sounding.RowCount; ++newest, ++place) {
-    const std::string expected = AlignedRow(newest);
-    const bool stands = place < found.rows.size();
-    if (stands && AgreesButForLastDigit(found.rows[place], expected, sounding.RowForm)) {
-      mending.text += found.rows[place];
-      continue;
-    }
-    mending.text += expected;
-    ++(stands ? mending.changed : mending.added);
-  }
-  if (found.rows.size() > place) mending.taken_out = static_cast<int>(found.rows.size() - place);
-  return mending;
-}
 
 void TakeUpSounding() {
   const std::string text = ReadFile(PathOf(kTemporaryFile));

@@ -33,7 +33,10 @@ struct NewFile {
 
 void Make(NewFile& made, const std::string& text) {
   const std::string& path = PathOf(made.file);
-  if (!made.beside.empty() && TheDisk().FileExists(path)) TheDisk().Rename(path, made.beside);
+  if (!made.beside.empty() && TheDisk().FileExists(path)) {
+    TheDisk().Rename(path, made.beside);
+    TheDisk().SyncFolder(FolderOf(path));  // its new name, before another file takes the old one
+  }
   made.is_ours = true;
   ReplaceFile(path, text);
   StartFile(made.file, text.size());
@@ -48,6 +51,7 @@ void TakeBack(const NewFile& made) {
     } else if (made.is_ours && TheDisk().FileExists(path) && !IsMarkedDone(path)) {
       TheDisk().Remove(path);
     }
+    TheDisk().SyncFolder(FolderOf(path));
   });
   ForgetFile(made.file);
 }

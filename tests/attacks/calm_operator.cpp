@@ -31,7 +31,7 @@ int EntryOf(const Control& list, const std::string& text) {
 
 CalmOperator::CalmOperator(const std::string& rig) : session(MakeRigSetup(rig), {}) {
   UseDisk(&disk);
-  disk.MakeFolder(folder);
+  disk.PutFolder(folder);
 }
 
 CalmOperator::~CalmOperator() {

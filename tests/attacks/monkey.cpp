@@ -83,7 +83,7 @@ void LayDown(MemoryDisk& disk, std::uint32_t seed, const RigSetup& rig) {
 Monkey::Monkey(std::uint32_t seed)
     : random_(seed), session_(RigFor(seed), SessionFor(seed)), disk_(seed + 1), watch_(disk_) {
   UseDisk(&disk_);
-  disk_.MakeFolder("/soundings");
+  disk_.PutFolder("/soundings");
   if (seed % 3 != 0) LayDown(disk_, seed, session_.rig.setup);
   if (seed % 4 == 2) session_.clock.SetJitter(30 * kMillisecond);
   session_.host.comma_decimal = seed % 5 == 3;

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "core/first_run_data.h"
+#include "platform/files.h"
 #include "platform/runtime_fault.h"
 #include "tests/core/settings_world.h"
 
@@ -117,6 +118,15 @@ TEST(DataDirectory, IsMadeWhenMissing) {
   EXPECT_EQ(WhyNotWritable(session.DataDirectory), "");
   EXPECT_TRUE(world.disk.FolderExists("/allusers/PENLOG(KQ)"));
   EXPECT_TRUE(world.disk.List("/allusers/PENLOG(KQ)").empty()) << "the probe leaves nothing";
+}
+
+TEST(DataDirectory, MadeAtAStartOutlivesAPowerLossWithWhatIsSyncedInIt) {
+  SettingsWorld world;
+  session.DataDirectory = "/allusers/PENLOG(KQ)";
+  WhyNotWritable(session.DataDirectory);
+  AppendToFile(DataPath("TemporaryData.txt"), "row\r\n");
+  world.disk.LosePower();
+  EXPECT_TRUE(world.disk.FileExists("/allusers/PENLOG(KQ)/TemporaryData.txt"));
 }
 
 TEST(DataDirectory, ThatCannotBeWrittenSaysWhy) {

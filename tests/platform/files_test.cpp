@@ -14,7 +14,7 @@ namespace penlog {
 namespace {
 
 struct Files : testing::Test {
-  Files() { world.disk.MakeFolder("/data"); }
+  Files() { world.disk.PutFolder("/data"); }
   /// The nth call of that operation from now on fails.
   void FailAt(std::string_view operation, int nth = 1) {
     world.disk.before = [=, count = 0](std::string_view done, const std::string& path) mutable {
@@ -69,7 +69,7 @@ TEST_F(Files, APowerLossDuringAReplaceLeavesOldOrNew) {
     world.disk.before = nullptr;
     world.disk.LosePower();
     const std::string found = ReadFile("/data/settings");
-    EXPECT_EQ(found, stop <= 4 ? "old" : "new");
+    EXPECT_EQ(found, stop <= 5 ? "old" : "new") << "new once the folder is synced";
   }
 }
 
@@ -211,24 +211,46 @@ TEST(Paths, AFreeNameStandsBeforeTheExtension) {
   EXPECT_EQ(FreeNameBeside("/d.e/name"), "/d.e/name (2)");
 }
 
-TEST(MemoryDisk, WritesItselfOutBelowAFolderOfAnotherDisk) {
-  MemoryDisk disk;
-  MemoryDisk other;
-  disk.Put("/data/a b/file", "content");
-  disk.Put("/data/empty", "");
-  disk.WriteOut(other, "/out/");
-  EXPECT_EQ(other.Read("/out/data/a b/file"), "content");
-  EXPECT_EQ(other.Read("/out/data/empty"), "");
+// Folders.
+
+/// What the medium holds of the folder and of a file that was synced in it.
+bool OutlivesAPowerLoss(World& world, const std::string& folder) {
+  AppendToFile(JoinPath(folder, "rows"), "one\r\n");
+  world.disk.LosePower();
+  return world.disk.FileExists(JoinPath(folder, "rows"));
 }
 
-TEST(MemoryDisk, ARenameWithoutASyncLosesTheContentWithThePower) {
-  MemoryDisk disk;
-  disk.Put("/file", "old");
-  const auto handle = disk.Create("/file.new");
-  disk.Write(handle, "new");
-  disk.Rename("/file.new", "/file");
-  disk.LosePower();
-  EXPECT_EQ(disk.Read("/file"), "");
+TEST_F(Files, AFolderMadeHereOutlivesAPowerLossWithWhatIsInIt) {
+  for (const char* folder : {"/data/new", "/data/a/b/c", "/data/d/e/", "/top"}) {
+    SCOPED_TRACE(folder);
+    MakeWholeFolder(folder);
+    EXPECT_TRUE(OutlivesAPowerLoss(world, folder));
+  }
+  world.disk.MakeFolder("/data/plain");
+  EXPECT_FALSE(OutlivesAPowerLoss(world, "/data/plain")) << "the disk's own call syncs no name";
+}
+
+TEST_F(Files, AFolderWhoseMakingWasCutOffIsOnTheMediumAfterASecondAttempt) {
+  FailAt("sync folder", 2);  // the first is that of the folder above "/data"
+  EXPECT_THROW(MakeWholeFolder("/data/new"), RuntimeFault);
+  EXPECT_TRUE(world.disk.FolderExists("/data/new"));
+  world.disk.before = nullptr;
+  MakeWholeFolder("/data/new");
+  EXPECT_TRUE(OutlivesAPowerLoss(world, "/data/new"));
+}
+
+TEST_F(Files, AFolderThatStandsIsNoFaultThoughTheOneAboveCannotBeSynced) {
+  FailAt("sync folder");
+  EXPECT_NO_THROW(MakeWholeFolder("/data"));
+  world.disk.before = nullptr;
+  EXPECT_NO_THROW(MakeWholeFolder("/"));
+}
+
+TEST_F(Files, AFileInThePlaceOfAFolderIsAFault) {
+  world.disk.Put("/data/file", "");
+  for (const char* folder : {"/data/file", "/data/file/below"}) {
+    EXPECT_THROW(MakeWholeFolder(folder), RuntimeFault) << folder;
+  }
 }
 
 }  // namespace

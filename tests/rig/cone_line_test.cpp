@@ -135,6 +135,22 @@ TEST(Cone, ReadingsNeverStandStillAndStayWithinOneUnitOfTheLastPlace) {
   EXPECT_NEAR(sum / 40.0, 0.2531, 1e-6);
 }
 
+TEST(Cone, ASteadyOnePrintsTheNearestNumberAgainAndAgain) {
+  RigSetup setup = MakeRigSetup("dcs-plain");
+  setup.cone.steady = true;
+  setup.cone.decimals = 4;
+  RigWorld rig(setup);
+  rig.Exchange("Z T");
+  const struct {
+    double drift;
+    const char* reading;
+  } rows[] = {{0.00304, "0.2530\r\n"}, {0.00306, "0.2531\r\n"}};
+  for (const auto& row : rows) {
+    rig.rig.cone.ShiftZero(1, row.drift);
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(rig.Exchange("D"), row.reading);
+  }
+}
+
 TEST(Exchange, TakesTheTimeOfItsCharactersAndOfTheAnswerDelay) {
   RigWorld rig("dcs");
   for (const char* command : {"Y", "X", "C 31 17", "Z TFPIJ", "D"}) {

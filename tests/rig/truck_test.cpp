@@ -390,6 +390,25 @@ TEST(At, PlacesTheTipInAnOpenHole) {
   EXPECT_GT(rig.rig.surroundings.Value(1, 0.0, 1.0), 0.0);
 }
 
+TEST(At, PlacesTheTipInAHoleThatWasPushedFromThere) {
+  const auto sleeve = [](const char* order) {
+    RigWorld rig("dcs");
+    rig.Do(order);
+    return rig.rig.surroundings.Value(2, 0.1, 1.0);  // 100 mm above the tip
+  };
+  EXPECT_EQ(sleeve("at 2"), 0.0) << "an open hole loads nothing";
+  EXPECT_EQ(sleeve("at 2 1.95"), 0.0) << "nor where the sleeve stands above its start";
+  const double placed = sleeve("at 2 1.5");
+  EXPECT_GT(placed, 0.0);
+  RigWorld pushed("dcs");
+  pushed.Do("at 1.5");
+  pushed.Do("push 0.5");
+  pushed.RunUntilStanding();
+  EXPECT_EQ(pushed.rig.surroundings.Value(2, 0.1, 1.0), placed);
+  std::string reply;
+  EXPECT_FALSE(pushed.rig.Command("at 2 2.5", reply)) << "a hole does not begin below its end";
+}
+
 TEST(Sensors, FeelTheGroundAtTheirOwnDepth) {
   RigSetup setup = MakeRigSetup("dcs");
   setup.ground = Ground({{0.0, 0.0, 0.0, 0.0}, {10.0, 10000.0, 100.0, 1000.0}});

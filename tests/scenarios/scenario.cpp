@@ -59,7 +59,7 @@ RigSetup SeededRig(const std::string& name, std::uint32_t seed) {
 Scenario::Scenario(const ScenarioSetup& setup)
     : seed(setup.seed), session(RigOf(setup), SessionOf(setup)) {
   if (!setup.first_run) LayDown(disk, setup.settings, rig.setup.shared_port);
-  disk.MakeFolder(kSoundings);
+  disk.PutFolder(kSoundings);
 }
 
 Scenario::~Scenario() {

@@ -4,6 +4,7 @@
 
 #include "forms/create_new_directory_form.h"
 #include "forms/setup_sounding_form.h"
+#include "platform/files.h"
 #include "screens/setup_sounding.h"
 #include "support/boxes.h"
 #include "support/world.h"
@@ -14,7 +15,7 @@ namespace {
 class CreateDirectoryTest : public testing::Test {
  protected:
   CreateDirectoryTest() {
-    world.disk.MakeFolder("/soundings/today");
+    world.disk.PutFolder("/soundings/today");
     SetupSounding.Drive1.Text = "/";
     ChooseDirectory("/soundings");
     frmCreateNewDirectory.Load = frmCreateNewDirectory_Load;
@@ -43,6 +44,13 @@ TEST_F(CreateDirectoryTest, CreatesWithBlanksStrippedAndGoesThere) {
   EXPECT_EQ(setup_sounding.Directory, "/soundings/harbour east");
   EXPECT_EQ(SetupSounding.Dir1.Text, "/soundings/harbour east");
   EXPECT_FALSE(frmCreateNewDirectory.Visible);
+}
+
+TEST_F(CreateDirectoryTest, WhatIsSyncedInTheNewDirectoryOutlivesAPowerLoss) {
+  Create("today too");
+  AppendToFile("/soundings/today too/s.cpt", "row\r\n");
+  world.disk.LosePower();
+  EXPECT_TRUE(world.disk.FileExists("/soundings/today too/s.cpt"));
 }
 
 TEST_F(CreateDirectoryTest, RefusesBadNames) {

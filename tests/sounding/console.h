@@ -54,7 +54,7 @@ struct Console : World {
                              "/data/s.tim",
                              "/data/s.res",
                              "/data/s.mp4"};
-    disk.MakeFolder("/data");
+    disk.PutFolder("/data");
   }
 
   static void AddChannel(int channel) {

@@ -1,5 +1,7 @@
 #include "sounding/sounding_files.h"
 
+#include <algorithm>
+
 #include "platform/files.h"
 #include "sounding/console.h"
 #include "sounding/held_rows.h"
@@ -267,6 +269,56 @@ TEST(CreateFiles, AStartThatFailsGivesEachFileItsNameBack) {
   };
   EXPECT_THROW(CreateSoundingFiles(), RuntimeFault);
   EXPECT_EQ(console.disk.Files(), before);
+}
+
+TEST(CreateFiles, AStartThatFailsIsTakenBackOnTheMediumToo) {
+  Console console;
+  settings.LumenProbePresent = 1;
+  console.disk.Put(kTemporary, "/data/s.cpt\r\n");
+  console.disk.Put(kCpt, "suspended");
+  const auto before = console.disk.Files();
+  console.disk.before = [](std::string_view operation, const std::string& path) {
+    if (operation == "create" && path.starts_with(kTemporary)) throw RuntimeFault("no");
+  };
+  EXPECT_THROW(CreateSoundingFiles(), RuntimeFault);
+  EXPECT_EQ(console.disk.After(Loss::ContentsAndNames).Files(), before);
+}
+
+/// Whether a file of the disk holds just that.
+bool Holds(const MemoryDisk& disk, const std::string& content) {
+  return std::any_of(disk.Files().begin(), disk.Files().end(),
+                     [&](const auto& file) { return file.second == content; });
+}
+
+TEST(CreateFiles, AtAnyCrashTheSuspendedSoundingIsOnTheMedium) {
+  const std::string suspended = "/data/s.cpt\r\nsuspended\r\n";
+  for (const Fate stop : {Fate::StopBefore, Fate::StopAmid, Fate::StopAfter}) {
+    std::int64_t number = 0;
+    for (bool stopped = true; stopped;) {
+      ++number;
+      Console console;
+      console.disk.Put(kTemporary, suspended);
+      console.disk.Put(kCpt, "measured before");
+      console.disk.fate = [&](std::string_view, const std::string&, std::int64_t now) {
+        return now == number ? stop : Fate::Done;
+      };
+      try {
+        CreateSoundingFiles();
+      } catch (const ProgramEnd&) {
+        ForgetEnd();
+      } catch (const RuntimeFault&) {  // behind a close that stopped it
+        ForgetEnd();
+      }
+      stopped = console.disk.Stopped();
+      for (const Loss loss :
+           {Loss::Nothing, Loss::Contents, Loss::ContentsAndNames, Loss::HalfTail}) {
+        const MemoryDisk left = console.disk.After(loss);
+        EXPECT_TRUE(Holds(left, suspended)) << number << " " << static_cast<int>(loss);
+        EXPECT_TRUE(Holds(left, "measured before")) << number << " " << static_cast<int>(loss);
+      }
+    }
+    EXPECT_GT(number, 15) << "each step of the start was tried";
+  }
 }
 
 TEST(CreateFiles, WriteTheTimFileWithTheFirstTwoProbes) {

@@ -1,0 +1,222 @@
+#include "sounding/found_cpt.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "conelink/cone_state.h"
+#include "platform/numbers.h"
+#include "platform/texts.h"
+#include "sounding/row_text.h"
+
+namespace penlog {
+
+namespace {
+
+// Lines of the head, from 0.
+constexpr std::size_t kConeLine = 3;
+constexpr std::size_t kDateLine = 7;
+constexpr std::size_t kNumberLine = 15;
+constexpr std::size_t kTitleLine = 16;
+constexpr std::size_t kBaselineLine = 18;
+constexpr std::size_t kHeadLines = 23;
+
+constexpr std::size_t kBlanks = 13;  ///< characters of depth and speed
+constexpr std::size_t kColumn = 20;
+constexpr float kHundredth = 0.0051f;       ///< the recovery copy's last digit, and its rounding
+constexpr std::int32_t kRowsMatched = 200;  ///< enough to know a delay by
+constexpr std::int32_t kMostDelay = 1000;   ///< rows
+
+/// Whole lines with their ends; what stands behind the last line end is left in `text`.
+std::vector<std::string> TakeLines(std::string_view& text) {
+  std::vector<std::string> lines;
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    lines.emplace_back(text.substr(0, end + 1));
+    text.remove_prefix(end + 1);
+  }
+  return lines;
+}
+
+std::string_view WithoutEnd(std::string_view line) {
+  return line.substr(0, line.find_last_not_of("\r\n") + 1);
+}
+
+CptForm FormOf(std::string_view first_line) {
+  if (first_line.starts_with("KQ Sounding File")) return CptForm::New;
+  return first_line == "Dravenholtz Sounding File" ? CptForm::Old : CptForm::OfSettings;
+}
+
+std::string NumberLineOf(const std::vector<int>& columns) {
+  std::string line(kBlanks, ' ');
+  for (const int channel : columns) {
+    line += RightField(PlainNumber(channel), static_cast<int>(kColumn));
+  }
+  return line;
+}
+
+bool IsText(const std::string& line, const std::string& text) {
+  return Trim(FromFileBytes(WithoutEnd(line))) == Trim(text);
+}
+
+bool IsHeadOf(const std::vector<std::string>& lines, const StoredSounding& stored) {
+  return FormOf(WithoutEnd(lines[0])) != CptForm::OfSettings &&
+         IsText(lines[kConeLine], stored.cone_id) && IsText(lines[kDateLine], stored.date_time) &&
+         WithoutEnd(lines[kNumberLine]) == NumberLineOf(stored.columns);
+}
+
+/// Depth and speed of a row end behind their decimals: a long depth pushes the row to the right.
+struct RowStart {
+  std::size_t depth_end = 0;
+  std::size_t speed_end = 0;
+};
+
+std::optional<RowStart> StartOf(std::string_view row, CptForm form) {
+  const std::size_t depth_places = form == CptForm::New ? 3 : 2;
+  const std::size_t first = row.find('.');
+  const std::size_t second = first == row.npos ? row.npos : row.find('.', first + 1);
+  if (second == row.npos || second + 2 >= row.size()) return std::nullopt;
+  return RowStart{first + 1 + depth_places, second + 3};
+}
+
+std::optional<float> DepthOf(const std::string& row, CptForm form) {
+  const auto start = StartOf(row, form);
+  return start ? WholeSingleText(std::string_view(row).substr(0, start->depth_end)) : std::nullopt;
+}
+
+bool AgreesButForLastDigit(const std::string& row, const std::string& expected, CptForm form) {
+  if (row == expected) return true;
+  const auto depth = DepthOf(row, form);
+  const auto wanted = DepthOf(expected, form);
+  if (!depth || !wanted || std::abs(*depth - *wanted) > kHundredth) return false;
+  return row.substr(StartOf(row, form)->depth_end) ==
+         expected.substr(StartOf(expected, form)->depth_end);
+}
+
+/// The first rows, as many as are matched.
+std::vector<std::string> FirstRows(const FoundCpt& found) {
+  const std::size_t count = std::min(found.rows.size(), static_cast<std::size_t>(kRowsMatched));
+  return {found.rows.begin(), found.rows.begin() + static_cast<std::ptrdiff_t>(count)};
+}
+
+/// The shift from `least` on with which most of `first` equal the later entries of `all`.
+std::int16_t ShiftOf(const std::vector<std::string>& first, const std::vector<std::string>& all,
+                     std::int16_t least) {
+  std::int16_t best = least;
+  int most = 0;
+  for (std::int32_t shift = least; shift <= least + kMostDelay; ++shift) {
+    int equal = 0;
+    for (std::size_t i = 0; i < first.size(); ++i) {
+      const std::size_t place = i + static_cast<std::size_t>(shift);
+      equal += place < all.size() && first[i] == all[place] ? 1 : 0;
+    }
+    if (equal <= most) continue;
+    most = equal;
+    best = static_cast<std::int16_t>(shift);
+  }
+  return best;
+}
+
+std::int32_t LastRowMatched(std::int16_t least) {
+  return std::min(sounding.RowCount, kRowsMatched + least + kMostDelay);
+}
+
+/// The field of a row's channel, counted from the end: a long depth pushes it to the right.
+std::string FieldOf(std::string_view row, std::size_t column, std::size_t columns) {
+  const std::string_view text = WithoutEnd(row);
+  const std::size_t behind = (columns - column) * kColumn;
+  return text.size() < behind ? "" : std::string(text.substr(text.size() - behind, kColumn));
+}
+
+std::string SpeedText(float speed) {
+  return Format(speed, "##0.00");
+}
+
+}  // namespace
+
+FoundCpt ReadCpt(std::string_view text, const StoredSounding& stored) {
+  FoundCpt found;
+  std::vector<std::string> lines = TakeLines(text);
+  found.is_torn = !text.empty();
+  if (lines.size() < kHeadLines || !IsHeadOf(lines, stored)) return found;
+  found.has_head = true;
+  found.form = FormOf(WithoutEnd(lines[0]));
+  const std::string titles(WithoutEnd(lines[kTitleLine]));
+  if (titles.size() > kBlanks) found.tip = Trim(Mid(titles, kBlanks + 1, kColumn));
+  for (std::size_t i = 0; i < kHeadLines; ++i) found.head += lines[i];
+  found.rows.assign(lines.begin() + kHeadLines, lines.end());
+  return found;
+}
+
+std::optional<float> BaselineInHead(const FoundCpt& found, int channel) {
+  if (!found.has_head) return std::nullopt;
+  std::string_view head = found.head;
+  const std::vector<std::string> lines = TakeLines(head);
+  const std::string numbers(WithoutEnd(lines[kNumberLine]));
+  const std::string zeros(WithoutEnd(lines[kBaselineLine]));
+  for (std::size_t at = kBlanks; at + kColumn <= std::min(numbers.size(), zeros.size());
+       at += kColumn) {
+    if (WholeNumberText(numbers.substr(at, kColumn)) != channel) continue;
+    return WholeSingleText(zeros.substr(at, kColumn));
+  }
+  return std::nullopt;
+}
+
+std::optional<bool> HoldsElevations(const FoundCpt& found) {
+  if (!found.has_head || found.rows.empty() || sounding.RowCount == 0) return std::nullopt;
+  const auto depth = DepthOf(found.rows[0], found.form);
+  const float stored = sounding.Rows(1, 0);
+  if (!depth) return std::nullopt;
+  const bool negated = std::abs(*depth + stored) <= kHundredth;
+  const bool plain = std::abs(*depth - stored) <= kHundredth;
+  return negated == plain ? std::nullopt : std::optional(negated);
+}
+
+std::int16_t DelayInFile(const FoundCpt& found, int channel) {
+  const std::vector<int> columns = RowChannels();
+  const auto place = std::find(columns.begin(), columns.end(), channel);
+  if (place == columns.end()) return 0;
+  std::vector<std::string> fields = FirstRows(found);
+  for (std::string& row : fields) {
+    row = FieldOf(row, static_cast<std::size_t>(place - columns.begin()), columns.size());
+  }
+  std::vector<std::string> values;
+  for (std::int32_t row = 1; row <= LastRowMatched(0); ++row) {
+    values.push_back(RowValue(row, channel));
+  }
+  return ShiftOf(fields, values, 0);
+}
+
+std::int16_t LagOfFile(const FoundCpt& found, std::int16_t least) {
+  std::vector<std::string> speeds = FirstRows(found);
+  for (std::string& row : speeds) {
+    const auto start = StartOf(row, found.form);
+    const std::string text =
+        start ? row.substr(start->depth_end, start->speed_end - start->depth_end) : "";
+    row = Trim(text);
+  }
+  std::vector<std::string> recorded;
+  for (std::int32_t row = 1; row <= LastRowMatched(least); ++row) {
+    recorded.push_back(SpeedText(sounding.RowSpeed(row - 1)));
+  }
+  return ShiftOf(speeds, recorded, least);
+}
+
+CptMending MendCpt(const FoundCpt& found) {
+  CptMending mending;
+  mending.text = found.has_head ? found.head : CptHeader();
+  std::size_t place = 0;
+  for (std::int32_t newest = cone.DelayRows + 1; newest <= sounding.RowCount; ++newest, ++place) {
+    const std::string expected = AlignedRow(newest);
+    const bool stands = place < found.rows.size();
+    if (stands && AgreesButForLastDigit(found.rows[place], expected, sounding.RowForm)) {
+      mending.text += found.rows[place];
+      continue;
+    }
+    mending.text += expected;
+    ++(stands ? mending.changed : mending.added);
+  }
+  if (found.rows.size() > place) mending.taken_out = static_cast<int>(found.rows.size() - place);
+  return mending;
+}
+
+}  // namespace penlog
