@@ -35,6 +35,8 @@ fi
 
 packages=(g++ cmake ninja-build qt6-base-dev qt6-qpa-plugins libgl1-mesa-dev libegl1-mesa-dev
           libgtest-dev libbenchmark-dev libasound2-dev fonts-dejavu-core)
+# A desktop of this kind alone offers no other way to show windows.
+if [ -n "${WAYLAND_DISPLAY:-}" ]; then packages+=(qt6-wayland); fi
 if [ "$purpose" = test ]; then packages+=(ser2net python3-serial locales); fi
 
 missing=()

@@ -155,6 +155,7 @@ void Player::Start() {
     refused_ = !served;
   });
   begun_ = Now();
+  TellTurn();
   PostStep();
 }
 
@@ -169,6 +170,11 @@ void Player::Next() {
   waits_ = false;
   expected_.clear();
   was_.clear();
+  TellTurn();
+}
+
+void Player::TellTurn() const {
+  if (hands_.turn && !Finished()) hands_.turn(script_.actions[next_]);
 }
 
 void Player::Fail() {
@@ -187,6 +193,7 @@ void Player::Step() {
   const ScriptAction& action = script_.actions[next_];
   // The next step first: an action may wait in a yield of its own.
   PostStep();
+  if (TakeBox()) return;
   if (action.verb == "wait") return Wait(Seconds(LeadingNumber(action.words[0])));
   if (Try(action)) {
     Next();
@@ -324,6 +331,20 @@ bool Player::TryEnd() {
   }
   act.stamp = StampOf(*act.form, nullptr);
   return Perform(act);
+}
+
+/// As an operator does who reads it and goes on.
+bool Player::TakeBox() {
+  const MessageBox* box = FrontBox();
+  if (!hands_.takes_boxes || box == nullptr) return false;
+  // It may stand before the turn of its answer has come.
+  for (std::size_t at = next_; at < std::min(next_ + 2, script_.actions.size()); ++at) {
+    if (script_.actions[at].verb == "answer") return false;
+  }
+  const BoxAnswer answer = Offers(box->buttons, BoxAnswer::Yes) ? BoxAnswer::Yes : BoxAnswer::Ok;
+  if (hands_.answer) return hands_.answer(answer).empty();
+  AnswerBox(box->id, answer);
+  return true;
 }
 
 bool Player::TryAnswer(const ScriptAction& action) {

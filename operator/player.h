@@ -28,6 +28,10 @@ struct PlayerHands {
   std::function<std::string(BoxAnswer answer)> answer;
   /// Ends the process at once, as a crash does.
   std::function<void()> kill;
+  /// Told each action as its turn comes.
+  std::function<void(const ScriptAction& action)> turn;
+  /// Boxes that the script does not answer are taken with YES or OK.
+  bool takes_boxes = false;
 };
 
 class Player {
@@ -56,6 +60,8 @@ class Player {
   bool TryExpect(const ScriptAction& action);
   bool TryOutside(const ScriptAction& action);
   bool TryEnd();
+  bool TakeBox();
+  void TellTurn() const;
   bool Asks(const ScriptAction& action, OperatorAction& act);
   /// True while the action that was posted decides: `done` once it was served.
   bool IsUnderWay(bool& done);

@@ -30,7 +30,7 @@ constexpr char kSheet[] = R"(
   QLabel#lblTold { min-height: {42}; max-height: {42}; }
   QPushButton { min-height: {28}; min-width: 0; font-size: {12}; }
   QPushButton[role="small"], QPushButton[role="fault"], QPushButton[role="fault-on"] {
-    min-height: {20}; font-size: {11}; font-weight: normal; padding: 0; }
+    min-height: {24}; font-size: {11}; font-weight: normal; padding: 0; }
   QPushButton[role="fault-on"] { background: @lit; color: @ground; }
   QComboBox { min-height: {28}; font-size: {12}; }
   QTreeView { background: @field; color: @text; border: {1} solid @line; font-size: {12};

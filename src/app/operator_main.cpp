@@ -11,6 +11,7 @@
 #include "app/console.h"
 #include "app/display_check.h"
 #include "app/real_session.h"
+#include "app/telling_disk.h"
 #include "core/languages.h"
 #include "operator/run_hash.h"
 #include "operator/virtual_session.h"
@@ -27,7 +28,7 @@ namespace {
 constexpr const char* kUsage =
     "usage: penlog-operator SCRIPT [--virtual] [--shots DIR] [--size WxH] [--out DIR]\n"
     "                       [--data DIR] [--setup NAME] [--seed N] [--cone pty|rfc2217]\n"
-    "                       [--rig PORT] [--look day|night] [--hash]\n"
+    "                       [--rig PORT] [--look day|night] [--hash] [--boxes] [--tell]\n"
     "  --virtual  in virtual time, on a disk in memory; else in real time\n"
     "  --shots    where the pictures go; without it none is taken\n"
     "  --size     of the display that the pictures stand for (1366x768)\n"
@@ -40,6 +41,10 @@ constexpr const char* kUsage =
     "             list of ports in \"PENLOG(KQ)/Serial Ports.txt\" below --out\n"
     "  --look     the colours that the console starts with (day)\n"
     "  --hash     prints a number that is equal for equal runs\n"
+    "  --boxes    boxes that the script does not answer are taken with YES or OK\n"
+    "  --tell     prints at once \"at LINE\" as the turn of a line of the script comes, and in "
+    "real\n"
+    "             time \"row TEXT\" as a row of the recovery copy has been synced\n"
     "exit: 0 played to its end, 1 something was not as expected, 2 the words or the script\n";
 
 struct Options {
@@ -56,6 +61,8 @@ struct Options {
   int rig_control = 0;
   bool is_virtual = false;
   bool hash = false;
+  bool boxes = false;
+  bool tell = false;
   bool help = false;
 };
 
@@ -104,6 +111,10 @@ std::optional<Options> ParseWords(const std::vector<std::string>& words) {
       options.is_virtual = true;
     } else if (words[i] == "--hash") {
       options.hash = true;
+    } else if (words[i] == "--boxes") {
+      options.boxes = true;
+    } else if (words[i] == "--tell") {
+      options.tell = true;
     } else if (words[i] == "--help") {
       options.help = true;
       return options;
@@ -128,6 +139,17 @@ void AddShots(PlayerHands& hands, const Options& options, View& view) {
     if (view.Shot(screen, path, options.width, options.height)) return std::string();
     return "no picture of \"" + screen + "\" in " + path;
   };
+}
+
+PlayerHands HandsOf(const Options& options) {
+  PlayerHands hands;
+  hands.takes_boxes = options.boxes;
+  if (options.tell) {
+    hands.turn = [](const ScriptAction& action) {
+      TellAtOnce("at " + std::to_string(action.line));
+    };
+  }
+  return hands;
 }
 
 int Report(const SessionResult& result) {
@@ -170,7 +192,7 @@ int PlayVirtual(const Script& script, const Options& options) {
   LayIn(real_disk, options, session.disk, VirtualSession::DataDirectory());
   LayInLook(options, session.disk, VirtualSession::DataDirectory());
   std::unique_ptr<WindowMirror> mirror;
-  PlayerHands hands;
+  PlayerHands hands = HandsOf(options);
   if (!options.shots.empty()) {
     real_disk.MakeFolder(options.shots);
     mirror = std::make_unique<WindowMirror>();
@@ -204,10 +226,12 @@ int PlayReal(const Script& script, const Options& options) {
   setup.folder = options.out.empty() ? MakeTemporaryFolder("penlog-operator-") : options.out;
   if (options.out.empty()) std::printf("files: %s\n", setup.folder.c_str());
   std::fflush(stdout);
+  TellingDisk telling("TemporaryData.txt");
   RealSession session(setup);
+  if (options.tell) UseDisk(&telling);
   LayIn(TheDisk(), options, TheDisk(), JoinPath(setup.folder, "PENLOG(KQ)"));
   LayInLook(options, TheDisk(), JoinPath(setup.folder, "PENLOG(KQ)"));
-  PlayerHands hands;
+  PlayerHands hands = HandsOf(options);
   AddShots(hands, options, session.Windows());
   if (!options.shots.empty()) TheDisk().MakeFolder(options.shots);
   SessionResult result;

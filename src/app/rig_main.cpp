@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QPixmap>
 #include <array>
 #include <cstdio>
 #include <map>
@@ -189,6 +190,16 @@ std::string CarryOut(Rig& rig, const std::string& words) {
   return (done ? "ok" : "no") + (reply.empty() ? "" : " " + reply);
 }
 
+/// "picture FILE day|night": what the window shows now.
+std::string SavePicture(RigDesk* desk, const std::string& words) {
+  const auto look = words.rfind(' ');
+  if (desk == nullptr || look == words.find(' ')) return "no picture without a window and a look";
+  ChooseLook(words.substr(look + 1) == "night" ? LookSet::Night : LookSet::Day);
+  desk->Follow();
+  const std::string file = words.substr(words.find(' ') + 1, look - words.find(' ') - 1);
+  return desk->Window().grab().save(QString::fromStdString(file), "PNG") ? "ok" : "no " + file;
+}
+
 RigSetup SetupOf(const RigOptions& options) {
   RigSetup setup = MakeRigSetup(options.setup);
   setup.seed = options.seed;
@@ -213,7 +224,10 @@ void Serve(RealClock& clock, const RigOptions& options) {
     rig.AttachTruck(wires.Make(RigWire::Truck, options.truck, options.truck_number));
   }
   rig.on_renumber = [&wires](RigWire which, int number) { wires.Renumber(which, number); };
-  const auto answer = [&rig](const std::string& words) { return CarryOut(rig, words); };
+  std::unique_ptr<RigDesk> desk;
+  const auto answer = [&](const std::string& words) {
+    return words.rfind("picture ", 0) == 0 ? SavePicture(desk.get(), words) : CarryOut(rig, words);
+  };
   std::unique_ptr<LineServer> control;
   if (options.control) {
     control = std::make_unique<LineServer>(clock.io(), *options.control, answer);
@@ -224,7 +238,6 @@ void Serve(RealClock& clock, const RigOptions& options) {
     std::printf("%s\n", answer(words).c_str());
     std::fflush(stdout);
   });
-  std::unique_ptr<RigDesk> desk;
   if (ShowsWindow(options)) {
     desk = std::make_unique<RigDesk>(rig, [&wires] { return wires.Numbers(); });
     desk->Window().Open();

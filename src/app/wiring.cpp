@@ -51,6 +51,9 @@ void WireStartUp() {
   StartUp.cmdCancel.Click = StartUp_cmdCancel_Click;
   StartUp.cmdCalibrate.Click = StartUp_cmdCalibrate_Click;
   StartUp.cmdExit.Click = StartUp_cmdExit_Click;
+  StartUp.mnuDay.Click = Main_mnuDay_Click;
+  StartUp.mnuNight.Click = Main_mnuNight_Click;
+  StartUp.mnuAlarmTone.Click = Main_mnuAlarmTone_Click;
   StartUp.Timer1.OnTick = StartUp_Timer1_Timer;
   StartUp.QueryUnload = EndProgram;
 }

@@ -91,9 +91,15 @@ void ShowFound(const Link& link) {
   Swap(link.connected, link.warning);
 }
 
+/// A window that the operator has placed stays up for good, and may lie behind by now.
+void RaiseForLoss(bool is_new) {
+  if (is_new && cone.WarningPinned == kTrue) cone.WarningShown = kFalse;
+  RaiseWarning();
+}
+
 void ShowLost(const Link& link) {
+  RaiseForLoss(link.lost != kTrue);  // first: its load sets the panels of what is in use
   link.lost = kTrue;
-  RaiseWarning();  // first: its load sets the panels of what is in use
   Swap(link.warning, link.connected);
 }
 
@@ -172,16 +178,18 @@ void SuperviseVideo() {
                        ResendOverlayScreen();
                      }};
   if (number <= 0 || number > 255 || settings.LumenProbePresent != 1) return Forget(link);
-  Supervise(link, cone.PortPresent[static_cast<std::size_t>(number)] == kTrue);
+  const bool listed = cone.PortPresent[static_cast<std::size_t>(number)] == kTrue;
+  Supervise(link, link.lost == kTrue ? ProbePort(number) : listed);
 }
 
 void SuperviseCone() {
   if (ProbePort(settings.ConeSerialPort)) return;
+  const bool is_new = cone.ConeLinkUp == kTrue;
   cone.ConePortLost = kTrue;
   cone.ConeLinkUp = kFalse;
   Swap(frmWarning.frmSerialWarning, frmWarning.frmSerialConnected);
   ShowModulesLost();
-  RaiseWarning();
+  RaiseForLoss(is_new);
 }
 
 }  // namespace

@@ -19,8 +19,9 @@ int ProbeAllPorts();
 /// flag and its warning panel and raises the status window. One that is back is opened with its own
 /// settings, the truck's lines are read without counting, and only then its panel says OK; while it
 /// refuses, it counts as lost; one that took its time to refuse is left alone for a while, and as
-/// long as rows are coming. `ConePortLost` follows the cone's port. The overlay's port is not
-/// probed: its entry in `PortPresent` counts.
+/// long as rows are coming. `ConePortLost` follows the cone's port. The overlay's port is
+/// probed while it is lost alone; else its entry in `PortPresent` counts. Each new loss brings a
+/// status window that the operator has placed to the front again.
 void SupervisePorts();
 
 /// The same before a scan for the cone: the overlay is left out, and `ConePortLost` stays set until

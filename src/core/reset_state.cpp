@@ -8,17 +8,21 @@
 #include "core/settings_replaced.h"
 #include "core/soil_tables.h"
 #include "display/alarms.h"
+#include "display/depth_word.h"
 #include "display/display_state.h"
 #include "display/status_strip.h"
 #include "display/view_settings.h"
 #include "fieldio/video_overlay.h"
 #include "forms/form.h"
+#include "forms/raises.h"
 #include "platform/boxes.h"
 #include "platform/serial_port.h"
 #include "screens/connection_status.h"
 #include "screens/reset_comms.h"
 #include "screens/setup_sounding.h"
 #include "screens/specify_ports.h"
+#include "sounding/missing_steps.h"
+#include "sounding/repeated_reading.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -26,6 +30,7 @@ namespace penlog {
 void ResetState() {
   OverlayOutput().Drop();
   ResetForms();
+  raises = RaiseState{};
   SerialPort::ResetAll();
   ResetBoxes();
   channels = ChannelState{};
@@ -34,9 +39,12 @@ void ResetState() {
   session = SessionState{};
   cone = ConeState{};
   sounding = SoundingState{};
+  missing_steps = MissingStepsState{};
+  repeated_reading = RepeatedReadingState{};
   display = DisplayState{};
   view_settings = ViewSettingsState{};
   ChooseLook(view_settings.Look);
+  depth_word = DepthWordState{};
   status_strip = StatusStripState{};
   alarms = AlarmState{};
   soil = SoilTables{};

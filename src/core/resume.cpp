@@ -37,6 +37,7 @@ constexpr float kDeepest = 12'000;  ///< m; as deep as a sounding's start may li
 constexpr std::size_t kMostLinesTold = 5;
 constexpr float kHundredth = 0.01f;  ///< m; the last digit of the recovery copy's depths
 constexpr std::size_t kEnoughDistances = 3;
+constexpr float kMostOfThem = 0.8f;
 constexpr float kFloatNoise = 1e-4f;  ///< m; of depths and their differences
 
 bool HasHeaderColumnOnly(int channel) {
@@ -82,8 +83,7 @@ void TakeRows(const StoredSounding& stored) {
 }
 
 void PlaceStart() {
-  const float first = sounding.RowCount > 0 ? sounding.Rows(1, 0) : 0.0f;
-  sounding.Rows(0, 0) = first - settings.DepthStep;
+  sounding.Rows(0, 0) = sounding.Rows(1, 0) - settings.DepthStep;  // without rows row 1 is all 0
   session.StartDepth = sounding.Rows(0, 0);
   sounding.DepthCounts =
       settings.DepthStep / settings.DepthResolution * static_cast<float>(sounding.RowCount);
@@ -94,6 +94,7 @@ struct RowSpacing {
   float metres = 0;  ///< 0 with less than two rows
   float error = 0;   ///< what the hundredths of the recovery copy leave open
   std::size_t distances = 0;
+  bool is_regular = true;  ///< most distances agree: rows around a loss tell no step
 };
 
 std::vector<float> DistancesOfRows() {
@@ -121,7 +122,9 @@ RowSpacing SpacingOfRows() {
     ++(is_usual ? usual_ones : parts);
   }
   return {static_cast<float>(sum) / usual_ones, kHundredth * parts / usual_ones + kFloatNoise,
-          distances.size()};
+          distances.size(),
+          distances.size() < kEnoughDistances ||
+              usual_ones >= kMostOfThem * static_cast<float>(distances.size())};
 }
 
 /// Whether they are so far apart by the step of the settings. One or two distances of several steps
@@ -154,7 +157,7 @@ float WholeSteps(float length) {
 void KeepStepOfRows() {
   const RowSpacing spacing = SpacingOfRows();
   const float before = settings.DepthStep;
-  if (spacing.metres <= 0 || IsStepOfSettings(spacing)) return;
+  if (spacing.metres <= 0 || !spacing.is_regular || IsStepOfSettings(spacing)) return;
   const float step = WholeSteps(spacing.metres);
   if (std::abs(step - before) < settings.DepthResolution / 2) return;
   session.DepthStepOfSettings = before;

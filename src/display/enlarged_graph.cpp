@@ -41,7 +41,15 @@ int Channel() {
   return display.GraphChannel[At()];
 }
 
+/// "1,000" is a thousand to one operator and one to another.
+bool HasThousands(const std::string& text) {
+  const std::size_t comma = text.find(',');
+  if (session.CommaDecimal == 1 || comma == std::string::npos) return false;
+  return text.size() - comma == 4;
+}
+
 std::optional<float> TypedNumber(const std::string& text) {
+  if (HasThousands(std::string(Trim(text)))) return std::nullopt;
   std::string typed = LocaleNumberText(Trim(text), session.CommaDecimal == 1);
   if (session.CommaDecimal == 1) std::replace(typed.begin(), typed.end(), ',', '.');
   return WholeSingleText(typed);
@@ -98,6 +106,8 @@ void TakeTicksOfRange() {
 
 void Main_pctGraph_Click(int g) {
   if (sounding.ConsoleMode != 2 || g > display.GraphCount) return;
+  // The fields hold the range of the graph that was there: OK would give it to this one.
+  if (display.EnlargedGraphIndex != g) EnlargedGraph.frmSetXAxis.Visible = false;
   display.EnlargedGraphIndex = static_cast<std::int16_t>(g);
   Show(EnlargedGraph);
   StandBesideDepth();

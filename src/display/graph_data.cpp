@@ -128,6 +128,12 @@ void GraphData() {
   }
 }
 
+void RedrawDueGraphs() {
+  for (int g = 1; g <= display.GraphCount; ++g) {
+    if (ChannelOf(g) != 0 && display.GraphRedraw[At(g)] == kTrue) Redraw(g);
+  }
+}
+
 void StartDepthAxis() {
   display.GraphDepthMin = session.StartDepth;
   display.GraphDepthMax = session.StartDepth + 1.0F;

@@ -12,6 +12,9 @@ namespace penlog {
 /// on `RowCount`, `Rows` and `RowQt`.
 void GraphData();
 
+/// Draws anew the charts that wait for it, for when no row comes with which it would be done.
+void RedrawDueGraphs();
+
 /// The depth axis of a new sounding: from `StartDepth` to 1.0 below it, rounded, with its numbers.
 void StartDepthAxis();
 

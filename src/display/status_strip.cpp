@@ -29,6 +29,7 @@ StripValues ValuesNow() {
   values.ConsoleMode = sounding.ConsoleMode;
   values.cone_lost = cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue;
   values.truck_lost = cone.TruckPortLost == kTrue;
+  values.quit = sounding.QuitState == 1;
   values.ended = Main.frmTakeFinalBaseline.Visible || sounding.ExitUnderWay == kTrue;
   values.RowCount = sounding.RowCount;
   values.RowsHeldBack = sounding.RowsHeldBack;
@@ -46,27 +47,44 @@ void NoteRows() {
 }
 
 void ColourState(StripState state) {
-  const bool lost = state == StripState::LinkLost || state == StripState::TruckLinkLost;
-  Main.lblState.BackColor = lost ? kRed : state == StripState::Recording ? kGreen : kGrey;
+  const bool alarm = state == StripState::LinkLost || state == StripState::TruckLinkLost ||
+                     state == StripState::LinksLost || state == StripState::StoppedByQuit;
+  Main.lblState.BackColor = alarm ? kRed : state == StripState::Recording ? kGreen : kGrey;
+}
+
+/// What the cone told last is old: it stays readable, and looks so. No rows come: their age stands
+/// on the alarm's ground, too.
+void ShowAge(StripState state) {
+  const bool cone_lost = state == StripState::LinkLost || state == StripState::LinksLost;
+  for (int channel = 1; channel <= kChannels; ++channel) {
+    Main.lblChanValue(channel).Enabled = !cone_lost;
+  }
+  Main.lblInclination.Enabled = !cone_lost;
+  const bool lost = cone_lost || state == StripState::TruckLinkLost;
+  Main.lblLastRow.BackColor = lost ? kRed : kGrey;
 }
 
 void Write(const StripTexts& texts) {
   Main.lblState.Caption = texts.state_word;
   ColourState(texts.state);
+  ShowAge(texts.state);
   Main.lblRowsOnDisk.Caption = texts.rows_on_disk;
   Main.lblRowsHeld.Caption = texts.rows_held;
   Main.lblRowsHeldCaption.Visible = Main.lblRowsHeld.Visible = !texts.rows_held.empty();
   Main.lblSoundingFile.Caption = texts.file;
   Main.lblLastRow.Caption = texts.last_row;
-  Main.lblStopKey.Visible = Main.cmdStart.Caption == "STOP" && !Main.frmTakeFinalBaseline.Visible;
+  Main.lblStopKey.Visible = Main.cmdStart.Caption == "STOP" && Main.cmdStart.Enabled &&
+                            !Main.frmTakeFinalBaseline.Visible;
 }
 
 }  // namespace
 
 StripState StateOf(const StripValues& values) {
   if (values.ended) return StripState::Stopped;
+  if (values.cone_lost && values.truck_lost) return StripState::LinksLost;
   if (values.cone_lost) return StripState::LinkLost;
   if (values.truck_lost) return StripState::TruckLinkLost;
+  if (values.quit) return StripState::StoppedByQuit;
   return RecordsIn(values.ConsoleMode) ? StripState::Recording : StripState::Waiting;
 }
 
@@ -74,12 +92,16 @@ const char* WordOf(StripState state) {
   switch (state) {
     case StripState::Recording:
       return "RECORDING";
+    case StripState::StoppedByQuit:
+      return "STOPPED BY QUIT";
     case StripState::Stopped:
       return "STOPPED";
     case StripState::LinkLost:
       return "LINK LOST";
     case StripState::TruckLinkLost:
       return "TRUCK LINK LOST";
+    case StripState::LinksLost:
+      return "LINKS LOST";
     case StripState::Waiting:
       break;
   }

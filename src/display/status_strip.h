@@ -14,6 +14,7 @@ struct StripValues {
   std::int16_t ConsoleMode = 0;  ///< as in `SoundingState`
   bool cone_lost = false;        ///< the cone does not answer, or its port is away
   bool truck_lost = false;
+  bool quit = false;   ///< one is latched and stops the rig; an overridden one does not
   bool ended = false;  ///< it was stopped
   std::int32_t RowCount = 0;
   std::int32_t RowsHeldBack = 0;
@@ -21,7 +22,15 @@ struct StripValues {
   std::int64_t last_row_age = -1;  ///< whole seconds; -1: no row was taken yet
 };
 
-enum class StripState { Waiting, Recording, Stopped, LinkLost, TruckLinkLost };
+enum class StripState {
+  Waiting,
+  Recording,
+  StoppedByQuit,
+  Stopped,
+  LinkLost,
+  TruckLinkLost,
+  LinksLost
+};
 
 struct StripTexts {
   StripState state = StripState::Waiting;
@@ -32,7 +41,7 @@ struct StripTexts {
   std::string last_row;
 };
 
-/// A lost link comes before all else but the end of the sounding.
+/// A lost link comes before all else but the end of the sounding, a quit before the recording.
 StripState StateOf(const StripValues& values);
 const char* WordOf(StripState state);
 /// "12 s", "3 min 05 s", "1 h 02 min"; "-" for a negative age.

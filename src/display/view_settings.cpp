@@ -5,6 +5,7 @@
 #include "core/data_directory.h"
 #include "core/message.h"
 #include "forms/main_form.h"
+#include "forms/start_up_form.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
 #include "platform/runtime_fault.h"
@@ -64,12 +65,14 @@ void LoadViewSettings() {
          fault.what());
   }
   ChooseLook(view_settings.Look);
+  ShowViewSettings();
 }
 
 void ShowViewSettings() {
-  Main.mnuDay.Checked = view_settings.Look == LookSet::Day;
-  Main.mnuNight.Checked = view_settings.Look == LookSet::Night;
-  Main.mnuAlarmTone.Checked = view_settings.AlarmTone == 1;
+  const bool day = view_settings.Look == LookSet::Day;
+  Main.mnuDay.Checked = StartUp.mnuDay.Checked = day;
+  Main.mnuNight.Checked = StartUp.mnuNight.Checked = !day;
+  Main.mnuAlarmTone.Checked = StartUp.mnuAlarmTone.Checked = view_settings.AlarmTone == 1;
 }
 
 void Main_mnuDay_Click() {

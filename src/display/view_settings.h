@@ -17,7 +17,7 @@ inline ViewSettingsState view_settings;
 
 /// Reads the file and chooses the colours. Without one: day, with tones. A damaged file is told.
 void LoadViewSettings();
-/// Marks the menu entries of the console.
+/// Marks the entries of both menus, on the first screen and on the console.
 void ShowViewSettings();
 
 /// The entries of the menu "VIEW". Each is served while rows are recorded, and waits for nothing;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "forms/raises.h"
 #include "platform/yield.h"
 
 namespace penlog {
@@ -95,6 +96,7 @@ void Show(Form& form) {
   form.Visible = true;
   std::erase(Shown(), &form);
   Shown().push_back(&form);
+  ++raises.Count;
 }
 
 void SendBehind(Form& form) {

@@ -12,6 +12,7 @@ StartUpForm::StartUpForm() : Form("StartUp", "PENLOG") {
                    &lblLastSoundingDepth, &lblDistanceDrilledCaption, &txtDistanceDrilled,
                    &cmdResumeAtLastDepth, &cmdResumeAtSurface, &cmdCancel});
   lblTitle.Bold = true;
+  for (MenuEntry* entry : {&mnuDay, &mnuNight, &mnuAlarmTone}) entry->AlwaysUsable = true;
   for (Control* control : std::initializer_list<Control*>{&cmdSystemSetup, &frLoad, &frmResume}) {
     control->Visible = false;
   }

@@ -44,6 +44,11 @@ struct StartUpForm : Form {
   Button cmdResumeAtSurface{*this, "cmdResumeAtSurface", "RESUME AT SURFACE"};
   Button cmdCancel{*this, "cmdCancel", "CANCEL"};
 
+  // As on the console: the first screen is seen in the dark too.
+  MenuEntry mnuDay{*this, "mnuDay", "DAY COLOURS"};
+  MenuEntry mnuNight{*this, "mnuNight", "NIGHT COLOURS"};
+  MenuEntry mnuAlarmTone{*this, "mnuAlarmTone", "TONE AT A NEW ALARM"};
+
   SerialPort ConeComm{"StartUp.ConeComm"};
   Timer Timer1{"StartUp.Timer1", 55};
   std::int16_t CommTick = 0;  ///< ticks of Timer1 behind the pauses of the cone link

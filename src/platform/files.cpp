@@ -94,6 +94,12 @@ void CopyFile(const std::string& from, const std::string& to) {
   ReplaceFile(to, ReadFile(from));
 }
 
+void SettleFile(const std::string& path) {
+  const HandleGuard file(TheDisk().OpenAppend(path));
+  TheDisk().Sync(file.handle);
+  TheDisk().SyncFolder(FolderOf(path));
+}
+
 void MakeWholeFolder(const std::string& path) {
   const std::string above = FolderOf(path);
   if (TheDisk().FolderExists(path)) {

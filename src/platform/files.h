@@ -18,9 +18,12 @@ std::string ReadFile(const std::string& path);
 /// Whole content as UTF-8 (see `FromFileBytes`).
 std::string ReadTextFile(const std::string& path);
 void CopyFile(const std::string& from, const std::string& to);
+/// What stands in the file, and its name, are on the medium when this returns: a process that died
+/// may have written it and not lived to sync it.
+void SettleFile(const std::string& path);
 /// Makes a folder and those above it that are missing. Each is on the medium when this returns, so
-/// that what is written into it can't vanish with it. One that stands there is synced once more: the
-/// attempt that made it may have been cut off.
+/// that what is written into it can't vanish with it. One that stands there is synced once more:
+/// the attempt that made it may have been cut off.
 void MakeWholeFolder(const std::string& path);
 
 /// Joins with the system's separator; none is doubled.

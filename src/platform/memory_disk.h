@@ -4,7 +4,7 @@
 // Fault model of the medium: the content of a file is on it after a sync of the file, the names in
 // a folder (those of folders too) after a sync of the folder. A rename is atomic: the old name, the
 // new one or both lead to the file. Emptying a file is on the medium at once, the worst there is.
-// A lock goes with its process.
+// A sync that failed is made good by the next one. A lock goes with its process.
 #pragma once
 
 #include <cstdint>

@@ -10,9 +10,11 @@
 #include "core/session.h"
 #include "core/settings.h"
 #include "forms/main_form.h"
+#include "forms/notice_colours.h"
 #include "forms/warning_form.h"
 #include "platform/numbers.h"
 #include "sounding/depth_count.h"
+#include "sounding/missing_steps.h"
 #include "sounding/sounding_state.h"
 #include "sounding/truck_interface.h"
 
@@ -24,14 +26,30 @@ namespace {
 constexpr int kWidth = 480;
 constexpr int kMenuHeight = 24;
 constexpr int kMargin = 6;
-constexpr int kGap = 5;
+constexpr int kGap = 4;
 constexpr int kPanelHeight = 79;
-constexpr int kStepsHeight = 78;
+constexpr int kLeastPanelHeight = 56;  // a narrower place draws the whole window smaller
 constexpr int kProgressHeight = 20;
 constexpr int kFooterHeight = 32;
 constexpr double kShareOfDisplay = 0.9;  // as the other windows
 constexpr int kDesignWidth = 800;
 constexpr int kDesignHeight = 600;
+
+/// Edges within the console's window, as shares of it.
+struct FreeArea {
+  double left;
+  double top;
+  double right;
+  double bottom;
+};
+// What of the console the status window may cover, with the title that a window manager adds or
+// without it: the charts, and nothing of the strip, the depth, the readings, the lamps and the
+// buttons. On a wide window the quits and the questions stand beside the charts. On a narrow one
+// they stand below: there the window leaves the quits free, and goes behind while a question is up.
+constexpr FreeArea kWideFree = {0.322, 0.28, 0.762, 0.785};
+constexpr FreeArea kNarrowFree = {0.42, 0.22, 0.99, 0.785};
+constexpr double kNarrowBelow = 1.5;  // width by height
+constexpr double kTitleShare = 0.07;  // of the window's height, at most
 
 struct PanelFrames {
   LinkPanel panel;
@@ -46,6 +64,29 @@ std::vector<PanelFrames> AllPanels() {
           {LinkPanel::ASCIIOut, frmWarning.frmASCIISerialConnected, frmWarning.frmASCIIOutWarning},
           {LinkPanel::FrameGrabber, frmWarning.frmFrameGrabberConnected,
            frmWarning.frmSensorayWarning}};
+}
+
+/// The console's own arrangement turns with its shape without the title: this counts the largest.
+bool IsNarrow(const WindowPlace& main) {
+  return main.width < kNarrowBelow * (1 - kTitleShare) * main.height;
+}
+
+/// The part of the console that the window may cover, and no higher than it is drawn in full.
+WindowPlace OverCharts(const WindowPlace& main, int height) {
+  const FreeArea& free = IsNarrow(main) ? kNarrowFree : kWideFree;
+  const auto part = [](double share, int whole) {
+    return static_cast<int>(std::lround(share * whole));
+  };
+  const int room_down = part(free.bottom - free.top, main.height);
+  return {main.left + part(free.left, main.width), main.top + part(free.top, main.height),
+          part(free.right - free.left, main.width), std::min(height, room_down)};
+}
+
+/// Whether the questions may stand below the charts.
+bool LiesOverQuestions() {
+  const WindowPlace& main = Main.Window;
+  const bool beside = frmWarning.Window.left >= main.left + main.width;
+  return !beside && main.width < kNarrowBelow * main.height;
 }
 
 /// Stacks controls below each other, in fractions of the window below its menu.
@@ -65,9 +106,45 @@ class Stack {
   int top_ = kMargin;
 };
 
-int ContentHeight(std::size_t panels) {
-  return static_cast<int>(panels) * (kPanelHeight + kGap) + kStepsHeight + kGap + kProgressHeight +
+int OnDisplay(float scale, int size) {
+  return static_cast<int>(std::lround(static_cast<double>(scale) * size));
+}
+
+/// Of the window on a display of 800 by 600, with one panel more for the depth steps.
+int HeightWith(int panel_height, std::size_t panels) {
+  return kMenuHeight + static_cast<int>(panels + 1) * (panel_height + kGap) + kProgressHeight +
          kGap + kFooterHeight + 2 * kMargin;
+}
+
+int FullHeight(std::size_t panels) {
+  return HeightWith(kPanelHeight, panels);
+}
+
+/// Where the coupled window stands.
+WindowPlace CoupledPlace(std::size_t panels) {
+  const double scale =
+      kShareOfDisplay * static_cast<double>(std::min(session.ScreenScaleX, session.ScreenScaleY));
+  const auto scaled = [scale](int size) { return static_cast<int>(std::lround(scale * size)); };
+  return BesideMain(Main.Window, scaled(kWidth), scaled(FullHeight(panels)),
+                    OnDisplay(session.ScreenScaleX, kDesignWidth),
+                    OnDisplay(session.ScreenScaleY, kDesignHeight));
+}
+
+/// Full, or what its place leaves it.
+int HeightFor(std::size_t panels) {
+  const int full = FullHeight(panels);
+  if (Main.Window.width <= 0 || connection_status.Coupled != kTrue) return full;
+  const WindowPlace place = CoupledPlace(panels);
+  const double height = static_cast<double>(kWidth) * place.height / std::max(1, place.width);
+  return std::clamp(static_cast<int>(std::lround(height)), HeightWith(kLeastPanelHeight, panels),
+                    full);
+}
+
+/// Of each panel and that of the depth steps: they share what the rows below leave.
+int PanelHeight(int content, std::size_t panels) {
+  const int parts = static_cast<int>(panels) + 1;
+  const int rows = kProgressHeight + kGap + kFooterHeight + 2 * kMargin;
+  return std::min(kPanelHeight, (content - rows) / parts - kGap);
 }
 
 /// A frame grabber's board without a port keeps its place and shows nothing in it.
@@ -84,10 +161,11 @@ void ShowPanel(const PanelFrames& frames, bool shown) {
 void LayOut() {
   const LinkSetup setup = LinksInUse();
   const auto panels = PanelsOf(setup);
-  const int height = ContentHeight(panels.size());
+  const int height = HeightFor(panels.size()) - kMenuHeight;
+  const int panel_height = PanelHeight(height, panels.size());
   Stack stack(height);
   for (const LinkPanel panel : panels) {
-    const Place place = stack.Next(kPanelHeight);
+    const Place place = stack.Next(panel_height);
     for (const PanelFrames& frames : AllPanels()) {
       if (frames.panel == panel) frames.connected.Where = frames.warning.Where = place;
     }
@@ -96,7 +174,7 @@ void LayOut() {
     const bool needed = std::find(panels.begin(), panels.end(), frames.panel) != panels.end();
     ShowPanel(frames, needed && IsShown(frames.panel, setup));
   }
-  frmWarning.frmSteps.Where = stack.Next(kStepsHeight);
+  frmWarning.frmSteps.Where = stack.Next(panel_height);
   frmWarning.lblProgress.Where = stack.Next(kProgressHeight);
   frmWarning.Label6.Where = stack.Next(kFooterHeight);
   frmWarning.DesignHeight = height + kMenuHeight;
@@ -105,22 +183,23 @@ void LayOut() {
 
 void SnapToMain() {
   connection_status.MainPlace = Main.Window;
+  LayOut();
   if (Main.Window.width <= 0) return;  // not shown yet
-  const auto across = static_cast<double>(session.ScreenScaleX);
-  const auto down = static_cast<double>(session.ScreenScaleY);
-  const double scale = kShareOfDisplay * std::min(across, down);
-  const auto scaled = [scale](int size) { return static_cast<int>(std::lround(scale * size)); };
-  const auto whole = [](double part, int size) {
-    return static_cast<int>(std::lround(part * size));
-  };
-  MoveWindow(frmWarning, BesideMain(Main.Window, scaled(kWidth), scaled(frmWarning.DesignHeight),
-                                    whole(across, kDesignWidth), whole(down, kDesignHeight)));
+  MoveWindow(frmWarning, CoupledPlace(PanelsOf(LinksInUse()).size()));
+}
+
+/// A question of the console lies in the window's place on a narrow one, and comes first.
+void GiveWay() {
+  const bool asked = Main.frmLocalWarning.Visible || Main.frmTakeFinalBaseline.Visible;
+  const bool gives = asked && connection_status.Coupled == kTrue && LiesOverQuestions();
+  if (gives && ShownForms().front() != &frmWarning) SendBehind(frmWarning);
+  const bool gave = std::exchange(connection_status.GivesWay, gives);
+  if (gave && !gives && cone.WarningShown == kTrue) Show(frmWarning);
 }
 
 void FollowPorts() {
   if (connection_status.LaidOut == LinksInUse()) return;
-  LayOut();
-  if (connection_status.Coupled == kTrue) SnapToMain();
+  connection_status.Coupled == kTrue ? SnapToMain() : LayOut();
 }
 
 /// Edges that the port has lost since the last look.
@@ -145,8 +224,10 @@ void ShowEdgeHealth() {
   health.polled = TruckPort().PortOpen() && TruckPort().EdgesArePolled();
   health.steps_may_be_missing = sounding.StepsMayBeMissing == kTrue;
   health.missing_depth = sounding.StepsMayBeMissingDepth;
+  health.times_away = missing_steps.TimesAway;
+  health.first_depth = missing_steps.FirstDepth;
   const bool all_well = health.lost == 0 && !health.polled && !health.steps_may_be_missing;
-  frmWarning.frmSteps.BackColor = all_well ? kGrey : kBlue;
+  frmWarning.frmSteps.BackColor = all_well ? kGrey : kAmber;
   frmWarning.frmSteps.Caption = all_well ? "DEPTH STEPS: OK" : "DEPTH STEPS MAY BE MISSING";
   Main.lblStepsSign.Visible = health.lost > 0 || health.steps_may_be_missing;
   frmWarning.lblSteps.Caption = EdgeHealthText(health, settings.DepthUnits, settings.DepthFormat);
@@ -184,8 +265,15 @@ std::string EdgeHealthText(const EdgeHealth& health, int depth_units, int depth_
   std::string text;
   const auto add = [&text](const std::string& line) { text += (text.empty() ? "" : "\n") + line; };
   if (health.steps_may_be_missing) {
-    add("THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT " +
-        MakeDepthTexts(health.missing_depth, 0, depth_units, depth_format).depth + ".");
+    const auto at = [=](float depth) {
+      return "AT " + MakeDepthTexts(depth, 0, depth_units, depth_format).depth;
+    };
+    const std::string times = PlainNumber(static_cast<long long>(health.times_away));
+    add("THE TRUCK INTERFACE WAS AWAY " +
+        (health.times_away < 2 ? at(health.missing_depth)
+                               : times + " TIMES, FIRST " + at(health.first_depth) + ", LAST " +
+                                     at(health.missing_depth)) +
+        ".");
   }
   if (health.lost > 0) {
     const std::string count = PlainNumber(static_cast<long long>(health.lost));
@@ -198,13 +286,14 @@ std::string EdgeHealthText(const EdgeHealth& health, int depth_units, int depth_
 
 WindowPlace BesideMain(const WindowPlace& main, int width, int height, int display_width,
                        int display_height) {
-  const int left = std::min(main.left + main.width, display_width - width);
-  const int top = std::min(main.top, display_height - height);
-  return {std::max(left, 0), std::max(top, 0), width, height};
+  WindowPlace place{main.left + main.width, main.top, width, height};
+  if (place.left + width > display_width) place = OverCharts(main, height);
+  place.left = std::max(0, std::min(place.left, display_width - place.width));
+  place.top = std::max(0, std::min(place.top, display_height - place.height));
+  return place;
 }
 
 void frmWarning_Load() {
-  LayOut();
   ShowCoupling(true);
   ShowEdgeHealth();
   SnapToMain();
@@ -219,6 +308,7 @@ void frmWarning_Timer1_Timer() {
 void frmWarning_Timer2_Timer() {
   FollowPorts();
   ShowEdgeHealth();
+  GiveWay();
   if (connection_status.Coupled != kTrue || Main.Window == connection_status.MainPlace) return;
   SnapToMain();
 }

@@ -40,18 +40,22 @@ struct EdgeHealth {
   bool polled = false;
   bool steps_may_be_missing = false;
   float missing_depth = 0;  ///< m; depth at the last return of the port
+  int times_away = 1;
+  float first_depth = 0;  ///< m; at the first return
   bool operator==(const EdgeHealth&) const = default;
 };
 /// A line each for what may be missing in the depth; a line that says that nothing is, else.
 std::string EdgeHealthText(const EdgeHealth& health, int depth_units, int depth_format);
 
-/// The status window at the right edge of the console's, its size kept; pushed back onto a display
-/// of that size where it would stand out.
+/// The status window of that size at the right edge of the console's. On a display of a size that
+/// has no room for it there it stands over the console's charts, as large as they are at most: the
+/// strip, the depth, the quits and the stop stay in sight. Pushed back onto the display.
 WindowPlace BesideMain(const WindowPlace& main, int width, int height, int display_width,
                        int display_height);
 
 struct ConnectionStatusState {
   std::int16_t Coupled = -1;   ///< -1 the window follows the console's
+  bool GivesWay = false;       ///< behind a question of the console
   WindowPlace MainPlace;       ///< of the console's window, as the status window followed it last
   LinkSetup LaidOut;           ///< what the panels were laid out for
   std::int64_t EdgesLost = 0;  ///< of the truck interface, in all
@@ -65,8 +69,8 @@ void frmWarning_Load();
 /// A second and a half after all is clear, or after a screen above was left: the window goes behind
 /// the others, unless it stands for a loss or the operator holds it.
 void frmWarning_Timer1_Timer();
-/// Each 200 ms: follows the console's window while coupled, takes in changed ports, and tells what
-/// is known of the edges.
+/// Each 200 ms: follows the console's window while coupled, takes in changed ports, tells what is
+/// known of the edges, and gives way to a question of the console in its place.
 void frmWarning_Timer2_Timer();
 /// The operator places the window himself; it then stays in front.
 void frmWarning_mnuUncoupleWarningScreen_Click();

@@ -8,6 +8,7 @@
 #include "conelink/reconnect.h"
 #include "conelink/resync.h"
 #include "core/channels.h"
+#include "display/depth_word.h"
 #include "display/alarms.h"
 #include "display/status_strip.h"
 #include "forms/main_form.h"
@@ -79,6 +80,7 @@ void Main_Timer1_Timer() {
     sounding.LastClockSecond = second;
   }
   CountCommTick(Main.CommTick);
+  FollowDepthWord();
   FollowStatusStrip();
   FollowAlarms();
 }

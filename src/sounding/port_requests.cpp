@@ -54,11 +54,12 @@ bool ServeOverlay() {
   return true;
 }
 
-/// Always at 9600 baud, whatever the camera. Rods may have moved while the port was closed.
+/// Always at 9600 baud, whatever the camera. Rods may have moved while the port was closed; one
+/// that refuses is not back yet.
 void OpenTruckAgain() {
   const bool opened = Trapped([] { OpenTruckPort("9600,N,8,1"); });
   cone.TruckPortLost = opened ? kFalse : kTrue;
-  if (sounding.ConsoleMode == 2) NoteStepsMayBeMissing();
+  if (opened) NoteStepsMayBeMissing();
   if (settings.LumenProbePresent == 2) ResendOverlayScreen();
 }
 

@@ -10,6 +10,7 @@
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "sounding/reading_values.h"
+#include "sounding/repeated_reading.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -67,6 +68,7 @@ std::string& FieldOf(int channel) {
 bool Fetch() {
   std::string reply;
   if (!AskCone(reply)) return false;
+  NoteReply(reply);
   for (std::size_t module = 1; module < cone.ModulePresent.size(); ++module) {
     if (cone.ModulePresent[module] != kTrue) continue;
     reply += ModuleReplyText(AskModule(module), FieldOf(7));

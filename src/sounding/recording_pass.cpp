@@ -70,6 +70,7 @@ void TakeDueRow() {
     TellOnce(
         "THE SOUNDING HOLDS 10000 ROWS, AND THERE IS NO ROOM FOR MORE.  ROWS SO FAR ARE KEPT.  "
         "STOP THE SOUNDING AND START A NEW ONE.");
+    RedrawDueGraphs();  // a range that was set by hand
     return;
   }
   ++sounding.RowCount;

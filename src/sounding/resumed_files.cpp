@@ -124,13 +124,12 @@ void ReplaceTemporary(const std::string& text) {
 void MendTemporary(const std::string& text, const StoredSounding& stored) {
   const std::string& path = PathOf(kTemporaryFile);
   bool is_kept = !stored.loses_lines;
-  if (text != stored.sound_text) {
-    Insist("THE TEMPORARY DATA CANNOT BE WRITTEN.", [&] {
-      if (!is_kept) CopyFile(path, FreeNameBeside(path));
-      is_kept = true;
-      ReplaceFile(path, stored.sound_text);
-    });
-  }
+  Insist("THE TEMPORARY DATA CANNOT BE WRITTEN.", [&] {
+    if (text == stored.sound_text) return SettleFile(path);
+    if (!is_kept) CopyFile(path, FreeNameBeside(path));
+    is_kept = true;
+    ReplaceFile(path, stored.sound_text);
+  });
   StartFile(kTemporaryFile, stored.sound_text.size());
 }
 
@@ -264,40 +263,59 @@ void KeepCpt(const CptOnDisk& cpt, const FoundCpt& found, const CptMending& mend
   kept = {path, beside};
 }
 
+std::string WhereKept(const KeptCpt& kept) {
+  if (kept.path != PathOf(kCptFile)) return {};
+  return "  THE FILE OF BEFORE IS KEPT AS " + kept.beside + ".";
+}
+
 /// Lines that only go on behind what stands there are held like refused rows. A file that would
 /// have to be changed takes nothing until the next resume mends it.
 void HoldMended(const CptOnDisk& cpt, const std::string& mended) {
   const bool goes_on = cpt.is_read == cpt.exists && mended.starts_with(cpt.text);
-  if (!goes_on) return StartFile(kCptFile, std::max(cpt.text.size(), mended.size()) + 1);
+  if (!goes_on) {
+    StartFile(kCptFile, std::max(cpt.text.size(), mended.size()) + 1);
+    sounding.Held[kCptFile].Failed = true;  // its length is looked at before each attempt
+    return;
+  }
   StartFile(kCptFile, cpt.text.size());
   AppendOrHold(kCptFile, mended.substr(cpt.text.size()));
 }
 
+/// What the file's head says of the session, for a file that stands.
+FoundCpt TakeFoundCpt(const CptOnDisk& cpt, const StoredSounding& stored) {
+  FoundCpt found = ReadCpt(cpt.text, stored);
+  sounding.RowForm = found.has_head ? found.form : FormOfSettings();
+  KeepSignOfRows(found);
+  TakeLostBaselines(found, stored);
+  FormDelays(found);
+  return found;
+}
+
+/// Tries until the file is whole, or held back as the operator wants it.
 void MendCptFile(StoredSounding& stored) {
   KeptCpt kept;
+  std::string told;
   for (;;) {
     const CptOnDisk cpt = LookAtCpt();
-    const FoundCpt found = ReadCpt(cpt.text, stored);
-    sounding.RowForm = found.has_head ? found.form : FormOfSettings();
-    KeepSignOfRows(found);
-    TakeLostBaselines(found, stored);
-    FormDelays(found);
+    const FoundCpt found = TakeFoundCpt(cpt, stored);
     const CptMending mending = MendCpt(found);
     try {
       if (!cpt.is_read || cpt.text != mending.text) {
         KeepCpt(cpt, found, mending, kept);
+        told = Mended(mending, found);
         ReplaceFile(PathOf(kCptFile), mending.text);
-        Tell(Mended(mending, found) + (kept.path == PathOf(kCptFile)
-                                           ? "  THE FILE OF BEFORE IS KEPT AS " + kept.beside + "."
-                                           : ""));
+      } else {
+        SettleFile(PathOf(kCptFile));
       }
-      if (found.has_head) TellOfHead(found);
-      return StartFile(kCptFile, mending.text.size());
+      StartFile(kCptFile, mending.text.size());
     } catch (const RuntimeFault& fault) {
       if (AskForOtherFolder(fault.what(), stored)) continue;
-      if (found.has_head) TellOfHead(found);
-      return HoldMended(cpt, mending.text);
+      HoldMended(cpt, mending.text);
+      told.clear();
     }
+    if (!told.empty()) Tell(told + WhereKept(kept));
+    if (found.has_head) TellOfHead(found);
+    return;
   }
 }
 
@@ -307,18 +325,35 @@ float SecondsNow() {
   return static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
 }
 
-void MendTimFile() {
+void TakeUpTimFile() {
   const std::string& path = PathOf(kTimFile);
-  const bool done = Trapped([&] {
-    const bool stands = TheDisk().FileExists(path);
-    if (!stands && !HasTimFile()) return;
-    const std::string text = stands ? ReadFile(path) : "";
-    std::string whole = text.substr(0, text.rfind('\n') + 1);
-    if (whole.empty()) whole = TimHeader(SecondsNow());
-    if (whole != text) ReplaceFile(path, whole);
-    StartFile(kTimFile, whole.size());
-  });
-  if (!done) Tell("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN: " + path);
+  const bool stands = TheDisk().FileExists(path);
+  if (!stands && !HasTimFile()) return;
+  const std::string text = stands ? ReadFile(path) : "";
+  std::string whole = text.substr(0, text.rfind('\n') + 1);
+  if (whole.empty()) whole = TimHeader(SecondsNow());
+  if (whole != text) {
+    ReplaceFile(path, whole);
+  } else {
+    SettleFile(path);
+  }
+  StartFile(kTimFile, whole.size());
+}
+
+/// The sounding can go on without the marks.
+void MendTimFile() {
+  for (;;) {
+    try {
+      return TakeUpTimFile();
+    } catch (const RuntimeFault& fault) {
+      if (MsgBox("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN.  PRESS OK TO TRY AGAIN, OR "
+                 "CANCEL TO GO ON AS IT IS.  " +
+                     std::string(fault.what()),
+                 BoxButtons::OkCancel) == BoxAnswer::Cancel) {
+        return;
+      }
+    }
+  }
 }
 
 bool HasHeaderColumnOnly(int channel) {

@@ -36,6 +36,7 @@ void ZeroDepth() {
   sounding.NextRecordCount = settings.DepthStepCounts;
   sounding.NextPictureCount = settings.PictureStepCounts;
   sounding.PictureCount = 0;
+  ForgetMissingSteps();
   Main.lblNumberOfPictures.Caption = "0";
 }
 

@@ -56,6 +56,7 @@ void StopSounding() {
   cone.DistancePushedPending = kTrue;
   Main.frmTakeFinalBaseline.Visible = true;
   Main.frmLocalWarning.Visible = false;
+  Main.cmdStart.Enabled = false;  // neither it nor its key does anything from here on
   sounding.ConsoleMode = 1;
 }
 

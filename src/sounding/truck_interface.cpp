@@ -2,13 +2,16 @@
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
+#include "core/session.h"
 #include "core/settings.h"
+#include "display/depth_word.h"
 #include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "platform/clock.h"
 #include "platform/numbers.h"
 #include "sounding/depth_count.h"
 #include "sounding/held_rows.h"
+#include "sounding/missing_steps.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_state.h"
 
@@ -19,6 +22,8 @@ namespace {
 /// Error events of a port, and for the shared port all that is no line or input event.
 constexpr int kFirstErrorEvent = 1000;
 constexpr int kFirstConeErrorEvent = 100;
+/// Of `ResumeDepthStatus`: the depth counts on, no row is recorded yet.
+constexpr float kResumeWaits = 1.0f;
 
 void SetLamp(Shape& lamp, bool solid) {
   lamp.Fill = solid ? FillStyle::Solid : FillStyle::Hollow;
@@ -105,10 +110,14 @@ bool TakeProximityEvent(const SerialPort& port, int comm_event, bool takes_pulse
   if (comm_event == kCommDsr && sounding.AutoMode == 1) SetClampLine(LineOf(port.DSRHolding()));
   if (comm_event != kCommCd || !takes_pulses) return false;
   SetCountLine(LineOf(port.CDHolding()));
-  return Move(DecodePulse(sounding.CountLine, sounding.ClampLine, sounding.PressureLine));
+  const DepthStepKind step =
+      DecodePulse(sounding.CountLine, sounding.ClampLine, sounding.PressureLine);
+  NoteDepthStep(step);
+  return Move(step);
 }
 
 void ShowStep(DepthStepKind step) {
+  NoteDepthStep(step);
   SetLamp(Main.shpDepth, step != DepthStepKind::None);
   if (step == DepthStepKind::Down) Main.shpDepth.FillColor = kGreen;
   if (step == DepthStepKind::Up) Main.shpDepth.FillColor = kRed;
@@ -213,8 +222,16 @@ void OpenTruckPort(const char* settings_text) {
 }
 
 void NoteStepsMayBeMissing() {
+  if (!IsRecording() && session.ResumeDepthStatus != kResumeWaits) return;
   sounding.StepsMayBeMissing = -1;
   sounding.StepsMayBeMissingDepth = sounding.CurrentDepth;
+  if (++missing_steps.TimesAway == 1) missing_steps.FirstDepth = sounding.CurrentDepth;
+}
+
+void ForgetMissingSteps() {
+  sounding.StepsMayBeMissing = 0;
+  sounding.StepsMayBeMissingDepth = 0;
+  missing_steps = MissingStepsState{};
 }
 
 void SetPressureLine(std::int16_t line) {

@@ -40,7 +40,10 @@ void RestoreQuitOutput();
 void OpenTruckPort(const char* settings_text);
 
 /// The truck's port is back after a loss: steps may be missing, and the state says at which depth.
+/// Does nothing where no depth counts yet: before the start there is none to be wrong.
 void NoteStepsMayBeMissing();
+/// At a start: what was missing before is no matter of this sounding.
+void ForgetMissingSteps();
 
 /// `PressureLine` (0 pressure on) with its lamp; `ClampLine` (0 clamped) with its lamp.
 void SetPressureLine(std::int16_t line);

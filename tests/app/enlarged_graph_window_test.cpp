@@ -132,5 +132,13 @@ TEST(EnlargedGraphWindow, ItsTextsHaveRoomAtItsPlace) {
   UseTranslation(nullptr);
 }
 
+/// On a display with a window manager: there a press on the console would cover it.
+TEST(EnlargedGraphWindow, BelongsToTheConsole) {
+  ConsoleWindows world({1366, 768});
+  world.Open();
+  const QString above = world.mirror.WindowOf(EnlargedGraph).property("above").toString();
+  EXPECT_EQ(FindForm(above.toStdString()), &Main);
+}
+
 }  // namespace
 }  // namespace penlog

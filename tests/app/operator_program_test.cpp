@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QColor>
+#include <QImage>
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -134,6 +137,20 @@ TEST_P(EachTime, RigTakesOrders) {
   EXPECT_EQ(outcome.exit_code, 0) << outcome.printed;
 }
 
+TEST_P(EachTime, TellsTheLinesOfTheScriptAndTakesBoxesWhereItIsAsked) {
+  const std::string script = Write("tell.txt",
+                                   "screen StartUp\n\nclick StartUp.cmdResume\n"
+                                   "expect StartUp.cmdStart enabled\nwait 0.5\nend\n");
+  std::vector<std::string> words = {script, "--tell", "--boxes"};
+  if (*GetParam() != '\0') words.emplace_back(GetParam());
+  const Outcome outcome = Run(words);
+  EXPECT_EQ(outcome.exit_code, 0) << outcome.printed;
+  for (const char* turn : {"at 1\n", "at 3\n", "at 4\n", "at 5\n", "at 6\n"}) {
+    EXPECT_NE(outcome.printed.find(turn), std::string::npos) << outcome.printed;
+  }
+  EXPECT_EQ(outcome.printed.find("at 2\n"), std::string::npos) << "an empty line";
+}
+
 TEST_P(EachTime, OrderThatTheRigRefusesGivesOne) {
   const std::string script = Write("rig.txt", "screen StartUp\nrig dance\nend\n");
   const Outcome outcome = Play(script);
@@ -231,10 +248,32 @@ struct Demo : OperatorProgram {
   const std::string shots = folder / "shots";
 };
 
+/// Whether two pictures look the same from afar: a widget that was moved, coloured or taken away
+/// is told, another rendering of a letter is not.
+void ExpectAlike(const std::string& kept, const std::string& made) {
+  const QImage one(QString::fromStdString(kept));
+  const QImage other(QString::fromStdString(made));
+  ASSERT_EQ(one.size(), other.size()) << kept;
+  const QSize coarse(48, 27);
+  const QImage left = one.scaled(coarse, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  const QImage right = other.scaled(coarse, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  int off = 0;
+  for (int y = 0; y < coarse.height(); ++y) {
+    for (int x = 0; x < coarse.width(); ++x) {
+      const QColor a = left.pixelColor(x, y);
+      const QColor b = right.pixelColor(x, y);
+      const int most = std::max({std::abs(a.red() - b.red()), std::abs(a.green() - b.green()),
+                                 std::abs(a.blue() - b.blue())});
+      off += most > 40 ? 1 : 0;
+    }
+  }
+  EXPECT_LE(off, 6) << kept << " is not what the program shows: make it anew by ./pictures --guide";
+}
+
 TEST_F(Demo, RecordsASoundingAndTakesItsPictures) {
   const std::string out = folder / "out";
-  const Outcome outcome =
-      Run({ScriptFile("demo.txt"), "--virtual", "--out", out, "--shots", shots});
+  const Outcome outcome = Run({ScriptFile("demo.txt"), "--virtual", "--look", "day", "--size",
+                               "1366x768", "--out", out, "--shots", shots});
   ASSERT_EQ(outcome.exit_code, 0) << outcome.printed;
   std::vector<std::filesystem::path> soundings;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(out)) {
@@ -246,6 +285,8 @@ TEST_F(Demo, RecordsASoundingAndTakesItsPictures) {
   EXPECT_EQ(LinesOf(std::filesystem::path(out) / "allusers/PENLOG(KQ)/TemporaryData.txt"),
             std::vector<std::string>{"DONE\r"});
   ExpectShots("demo.txt");
+  ExpectAlike(std::string(PENLOG_SOURCE_DIR) + "/docs/pictures/main_recording.png",
+              shots + "/main_recording.png");
 }
 
 TEST_F(Demo, GuideIsPlayedAndShowsEachOfItsPicturesOnce) {
@@ -257,7 +298,8 @@ TEST_F(Demo, GuideIsPlayedAndShowsEachOfItsPicturesOnce) {
   const std::vector<std::string> told = PicturesToldIn(docs + "/operator-guide.md");
   EXPECT_EQ(told, ShotsOf("guide.txt"));
   for (const std::string& file : told) {
-    EXPECT_TRUE(std::filesystem::exists(docs + "/pictures/" + file)) << file;
+    ASSERT_TRUE(std::filesystem::exists(docs + "/pictures/" + file)) << file;
+    ExpectAlike(docs + "/pictures/" + file, shots + "/" + file);
   }
 }
 

@@ -5,6 +5,8 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLabel>
+#include <QPushButton>
 #include <map>
 #include <sstream>
 #include <string>
@@ -15,6 +17,7 @@
 #include "platform/files.h"
 #include "platform/memory_disk.h"
 #include "platform/posix/posix_disk.h"
+#include "platform/qt/box_windows.h"
 #include "platform_qt/room.h"
 #include "rig/rig_setups.h"
 #include "sounding/sounding_state.h"
@@ -23,7 +26,27 @@
 namespace penlog {
 namespace {
 
-/// Looks at each screen that is shown whenever the script takes a picture.
+/// The open box over that window, with its buttons. A very long text scrolls.
+void ExpectBoxInReach(FormWindow& window, const QSize& display) {
+  if (FrontBox() == nullptr) return;
+  BoxWindows boxes;
+  for (int round = 0; round < 2; ++round) {
+    boxes.Follow({&window});
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QCoreApplication::processEvents();
+  }
+  const QWidget* box = boxes.Front();
+  ASSERT_NE(box, nullptr);
+  const auto* text = box->findChild<QLabel*>("lblBoxText");
+  EXPECT_EQ(CutOf(*text), "") << FrontBox()->text << " at " << display.width();
+  for (const auto* button : box->findChildren<QPushButton*>()) {
+    EXPECT_EQ(CutOf(*button), "") << button->text().toStdString() << " at " << display.width();
+    EXPECT_TRUE(box->rect().contains(QRect(button->mapTo(box, QPoint()), button->size())))
+        << button->text().toStdString() << " at " << display.width();
+  }
+}
+
+/// Looks at each screen that is shown, and the box over it, whenever the script takes a picture.
 struct RoomWatch {
   std::string Look(const std::string& screen) {
     Form* form = FindForm(screen);
@@ -35,6 +58,8 @@ struct RoomWatch {
         ExpectNothingCut(window, display);
         ExpectNoOverlap(window, display);
         ExpectAllInReach(window, display);
+        ExpectBoxInReach(window, display);
+        boxes += FrontBox() == nullptr ? 0 : 1;
       }
     }
     UseTranslation(nullptr);
@@ -42,6 +67,7 @@ struct RoomWatch {
     return {};
   }
   int looks = 0;
+  int boxes = 0;
 };
 
 SessionResult PlayWatched(const std::string& file, VirtualSession& session, RoomWatch& watch) {
@@ -57,6 +83,7 @@ struct PlayRow {
   const char* file;
   bool outputs;  ///< set up with ports for both outputs that are not there
   int looks;
+  bool has_box = false;  ///< a picture of it shows one
 };
 
 /// The settings that come with the program, but with the ports COM21 and COM22 for the outputs.
@@ -91,12 +118,14 @@ TEST_P(EachScript, CutsNothingAtAnySize) {
   const SessionResult result = PlayWatched(GetParam().file, session, watch);
   EXPECT_EQ(result.exit_code, 0) << result.report;
   EXPECT_EQ(watch.looks, GetParam().looks);
+  EXPECT_TRUE(watch.boxes > 0 || !GetParam().has_box);
 }
 
 INSTANTIATE_TEST_SUITE_P(Screens, EachScript,
-                         testing::Values(PlayRow{"Demo", "demo.txt", false, 15},
+                         testing::Values(PlayRow{"Demo", "demo.txt", false, 16},
                                          PlayRow{"PortsPictures", "ports_pictures.txt", false, 6},
-                                         PlayRow{"MainPictures", "main_pictures.txt", false, 8},
+                                         PlayRow{"MainPictures", "main_pictures.txt", false, 9,
+                                                 true},
                                          PlayRow{"OutputPorts", "output_ports.txt", true, 2},
                                          PlayRow{"Guide", "guide.txt", false, 14}),
                          [](const testing::TestParamInfo<PlayRow>& row) { return row.param.name; });

@@ -60,11 +60,9 @@ class Wiring : public testing::Test {
 TEST_F(Wiring, ServesEveryButtonButThoseOfWhatComesLater) {
   const Names unserved = Those(
       ControlKind::Button, [](const Control& button) { return !button.Click && !button.Press; });
-  EXPECT_EQ(unserved,
-            (Names{"Main.cmdActivateSeismic", "Main.cmdChangeSeismicOptions", "Main.cmdDissipation",
-                   "SetupSounding.cmdEnterGPS", "SetupSounding.cmdGetGPS", "StartUp.cmdCancel",
-                   "StartUp.cmdResume", "StartUp.cmdResumeAtLastDepth",
-                   "StartUp.cmdResumeAtSurface", "StartUp.cmdSystemSetup"}));
+  EXPECT_EQ(unserved, (Names{"Main.cmdActivateSeismic", "Main.cmdChangeSeismicOptions",
+                             "Main.cmdDissipation", "SetupSounding.cmdEnterGPS",
+                             "SetupSounding.cmdGetGPS", "StartUp.cmdSystemSetup"}));
 }
 
 TEST_F(Wiring, NoButtonWithoutAHandlerCanBePressed) {

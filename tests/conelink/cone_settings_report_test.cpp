@@ -6,6 +6,7 @@
 #include "conelink/link_world.h"
 #include "forms/cone_settings_form.h"
 #include "forms/setup_sounding_form.h"
+#include "support/temporary_lines.h"
 
 namespace penlog {
 namespace {
@@ -23,6 +24,18 @@ class ReportScreen : public ::testing::Test {
     frmConeSettings.Load = {};
     frmConeSettings.cmdClose.Click = {};
     frmConeSettings.RunMainloop = {};
+  }
+
+  /// A suspended sounding of three rows, read back, with its sounding file.
+  void PutSounding() {
+    session.SoundingFiles = {
+        "/data/TemporaryData.txt", "/data/s.cpt", "", "", "/data/s.tim", "", ""};
+    settings.DepthSignificantDigits = 3;
+    settings.DepthStep = 0.02F;
+    TextLines lines = StoredLines(3);
+    lines[4] = session.ResumeConeId = "DCS0042";
+    world.disk.Put("/data/TemporaryData.txt", JoinedLines(lines));
+    for (const int channel : {1, 2, 3}) channels.ChannelPresent(channel) = kTrue;
   }
 
   LinkWorld world;
@@ -66,15 +79,40 @@ TEST_F(ReportScreen, CloseOpensTheSetupOfTheSounding) {
   EXPECT_TRUE(StartUp.Timer1.Running());
 }
 
-TEST_F(ReportScreen, CloseInAResumeOpensTheConsoleAndStartsItsLoop) {
-  session.ResumeConeId = "DCS0042";
+TEST_F(ReportScreen, BlanksAtTheEndsOfAConesNumberAreNoOtherCone) {
+  session.ResumeConeId = " DCS0042 ";
   Show(frmConeSettings);
+  EXPECT_EQ(FrontBox(), nullptr);
+  EXPECT_TRUE(frmConeSettings.Visible);
+}
+
+TEST_F(ReportScreen, CloseInAResumeOpensTheConsoleAndStartsItsLoop) {
+  PutSounding();
+  Show(frmConeSettings);
+  std::string text;
+  world.AnswerNextBox(text);
   World::Press(frmConeSettings, frmConeSettings.cmdClose);
+  EXPECT_EQ(text.find("THE SOUNDING FILE WAS MENDED"), 0U) << text;
+  EXPECT_EQ(world.disk.Read("/data/s.cpt").find("KQ Sounding File"), 0U)
+      << "its files are made whole first";
   EXPECT_TRUE(Main.Visible);
   EXPECT_FALSE(StartUp.Visible);
   EXPECT_FALSE(SetupSounding.Visible);
   EXPECT_FALSE(frmConeSettings.Visible);
   EXPECT_EQ(loops, 1);
+}
+
+TEST_F(ReportScreen, CloseInAResumeThatCannotBeTakenUpStays) {
+  PutSounding();
+  world.disk.Remove("/data/TemporaryData.txt");
+  Show(frmConeSettings);
+  std::string text;
+  world.AnswerNextBox(text);
+  World::Press(frmConeSettings, frmConeSettings.cmdClose);
+  EXPECT_EQ(text.find("THE LAST SOUNDING CANNOT BE RESUMED.  /data/TemporaryData.txt"), 0U) << text;
+  EXPECT_TRUE(frmConeSettings.Visible);
+  EXPECT_FALSE(Main.Visible);
+  EXPECT_EQ(loops, 0);
 }
 
 TEST_F(ReportScreen, CloseInCalibrationModeOpensTheConsole) {

@@ -10,6 +10,7 @@
 #include "conelink/main_exchange.h"
 #include "conelink/watched_ports.h"
 #include "screens/connection_status.h"
+#include "sounding/missing_steps.h"
 #include "sounding/truck_interface.h"
 
 namespace penlog {
@@ -25,6 +26,8 @@ class Supervision : public ::testing::Test {
     settings.VideoOverlaySerialPort = 6;
     settings.LumenProbePresent = 1;
     sounding.AutoMode = 1;
+    sounding.ConsoleMode = 2;
+    sounding.TicksSinceStep = 1000;  // the rods rest
     cone.ConeLinkUp = kTrue;
     LinkWorld::Open(Main.ConeComm, 3);
     LinkWorld::Open(Main.EncoderComm, 4);
@@ -173,6 +176,61 @@ TEST_F(Supervision, TruckLinesOfTheReturnAreReadWithoutCounting) {
   EXPECT_EQ(sounding.DepthCounts, 1);
 }
 
+TEST_F(Supervision, EachNewLossBringsAPlacedStatusWindowToTheFrontAgain) {
+  for (const std::int16_t pinned : {kFalse, kTrue}) {
+    for (const int port : {3, 4, 5}) {
+      SCOPED_TRACE(testing::Message() << pinned << " " << port);
+      cone.WarningPinned = pinned;
+      cone.WarningShown = kTrue;  // for another loss, or for the last one
+      cone.ConeLinkUp = kTrue;
+      Show(Main);
+      SupervisePorts();
+      ASSERT_FALSE(LinkWorld::WarningIsOnTop());
+      Plug(port, false);
+      SupervisePorts();
+      EXPECT_EQ(LinkWorld::WarningIsOnTop(), pinned == kTrue);
+      Show(Main);
+      SupervisePorts();
+      EXPECT_FALSE(LinkWorld::WarningIsOnTop()) << "the loss is known";
+      Plug(port, true);
+      SupervisePorts();
+    }
+  }
+}
+
+TEST_F(Supervision, ReturnOfTheTruckPortBeforeTheStartPutsNoDepthInDoubt) {
+  const struct {
+    std::int16_t mode;
+    float resume;
+    bool noted;
+  } rows[] = {{0, 0, false}, {1, 0, false}, {8, 0, false},
+              {1, 1, true},  {2, 0, true},  {4, 0, true}};
+  for (const auto& row : rows) {
+    ForgetMissingSteps();
+    sounding.ConsoleMode = row.mode;
+    session.ResumeDepthStatus = row.resume;
+    Plug(4, false);
+    SupervisePorts();
+    Plug(4, true);
+    SupervisePorts();
+    EXPECT_EQ(sounding.StepsMayBeMissing == kTrue, row.noted) << row.mode << " " << row.resume;
+  }
+}
+
+TEST_F(Supervision, ASecondReturnOfTheTruckPortKeepsTheDepthOfTheFirst) {
+  ForgetMissingSteps();
+  for (const float depth : {3.5f, 4.5f, 6.5f}) {
+    sounding.CurrentDepth = depth;
+    Plug(4, false);
+    SupervisePorts();
+    Plug(4, true);
+    SupervisePorts();
+  }
+  EXPECT_EQ(missing_steps.TimesAway, 3);
+  EXPECT_EQ(missing_steps.FirstDepth, 3.5f);
+  EXPECT_EQ(sounding.StepsMayBeMissingDepth, 6.5f);
+}
+
 TEST_F(Supervision, ReturnOfTheTruckPortSaysThatStepsMayBeMissingAndWhere) {
   sounding.CurrentDepth = 12.5f;
   Plug(4, false);
@@ -258,7 +316,7 @@ TEST_F(Supervision, ASCIIPortIsProbedFreshAndOpenedAgain) {
   EXPECT_EQ(sounding.StepsMayBeMissing, kFalse);
 }
 
-TEST_F(Supervision, VideoPortIsTakenFromTheTableWithoutAFreshProbe) {
+TEST_F(Supervision, VideoPortIsTakenFromTheTableUntilItIsLost) {
   Plug(6, false);
   SupervisePorts();
   EXPECT_FALSE(VideoWarns()) << "the table still says present";
@@ -267,13 +325,12 @@ TEST_F(Supervision, VideoPortIsTakenFromTheTableWithoutAFreshProbe) {
   EXPECT_EQ(cone.VideoPortLost, kTrue);
   EXPECT_TRUE(VideoWarns());
   EXPECT_TRUE(LinkWorld::WarningIsOnTop());
+  SupervisePorts();
+  EXPECT_TRUE(VideoWarns());
   Plug(6, true);
   SupervisePorts();
-  EXPECT_TRUE(VideoWarns()) << "the table still says missing";
-  ProbeAllPorts();
-  SupervisePorts();
   World::RunFor(kMillisecond);
-  EXPECT_FALSE(VideoWarns());
+  EXPECT_FALSE(VideoWarns()) << "no scan for the cone comes any more";
   EXPECT_EQ(cone.VideoPortLost, kFalse);
   EXPECT_EQ(video_end.openings.back().baud, 9600);
   EXPECT_FALSE(Main.VideoOverlayComm.Gone());

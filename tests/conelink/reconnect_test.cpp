@@ -23,6 +23,8 @@ class Reconnect : public ::testing::Test {
     settings.TruckInterfaceSerialPort = session.StartTruckPort = 4;
     cone.ChannelSelectCommand = "Z TF";
     sounding.AutoMode = 1;
+    sounding.ConsoleMode = 2;
+    sounding.TicksSinceStep = 1000;  // the rods rest
     At(4);
     LinkWorld::Open(Main.EncoderComm, 4);
     Main.EncoderComm.OnComm = Main_EncoderComm_OnComm;

@@ -79,6 +79,46 @@ TEST_F(FirstRun, CutShortIsFinishedByTheNextStart) {
   EXPECT_FALSE(world.disk.FileExists("/data/Channel9.txt"));
 }
 
+/// The console's first start on a new machine.
+void StartFirst() {
+  session.DataDirectory = "/allusers/PENLOG(KQ)";
+  WhyNotWritable(session.DataDirectory);
+  LayDownFirstRunFiles();
+}
+
+TEST(FirstRunCutOff, AtAnyOperationIsFinishedByTheNextStart) {
+  for (const Fate stop : {Fate::StopBefore, Fate::StopAmid}) {
+    std::int64_t step = 0;
+    for (bool stopped = true; stopped;) {
+      ++step;
+      SettingsWorld world;
+      world.disk = MemoryDisk();  // a new machine's
+      world.disk.fate = [&](std::string_view, const std::string&, std::int64_t number) {
+        return number == step ? stop : Fate::Done;
+      };
+      try {
+        StartFirst();
+      } catch (const ProgramEnd&) {
+      } catch (const RuntimeFault&) {  // behind a close that stopped it
+      }
+      ForgetEnd();
+      stopped = world.disk.Stopped();
+      const MemoryDisk left = world.disk;
+      for (const Loss loss : {Loss::Nothing, Loss::ContentsAndNames, Loss::HalfTail}) {
+        world.disk = left.After(loss);
+        StartFirst();
+        ASSERT_EQ(world.disk.List(session.DataDirectory).size(), FirstRunFiles().size())
+            << step << " " << static_cast<int>(loss);
+        for (const FirstRunFile& file : FirstRunFiles()) {
+          ASSERT_EQ(world.disk.Read(DataPath(file.name)), file.content)
+              << file.name << " " << step << " " << static_cast<int>(loss);
+        }
+      }
+    }
+    EXPECT_GT(step, 150) << "each file takes six";
+  }
+}
+
 TEST_F(FirstRun, SettingsNameNoPorts) {
   LayDownFirstRunFiles();
   const std::string text = world.Setup();

@@ -1,124 +1,9 @@
 #include "core/resume.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-
-#include "conelink/cone_settings_report.h"
-#include "conelink/cone_state.h"
-#include "conelink/scripted_cone.h"
-#include "core/channel_files.h"
-#include "core/settings_file.h"
-#include "forms/cone_settings_form.h"
-#include "platform/runtime_fault.h"
-#include "sounding/sounding_state.h"
-#include "support/temporary_lines.h"
-#include "tests/core/sample_cone.h"
-#include "tests/core/start_up_world.h"
+#include "tests/core/resume_screen.h"
 
 namespace penlog {
 namespace {
-
-using Texts = std::vector<std::string>;
-
-constexpr const char* kTemporary = "/data/TemporaryData.txt";
-
-class ResumeScreen : public ::testing::Test {
- protected:
-  ResumeScreen() {
-    LayDownFirstRunFiles();
-    LoadChannelFiles();
-    settings.ConeSerialPort = 3;
-    settings.TruckInterfaceSerialPort = 4;
-    settings.DepthResolution = 0.005F;
-    settings.DepthStep = 0.02F;
-    settings.DepthStepCounts = 4;
-    session.LastSoundingCompletedMessage = "LAST SOUNDING COMPLETED.  CANNOT RESTART.";
-    world.ports.Wire(4);
-    StartUp.cmdStart.Click = StartUp_cmdStart_Click;
-    StartUp.cmdResume.Click = StartUp_cmdResume_Click;
-    StartUp.cmdResumeAtLastDepth.Click = StartUp_cmdResumeAtLastDepth_Click;
-    StartUp.cmdResumeAtSurface.Click = StartUp_cmdResumeAtSurface_Click;
-    StartUp.cmdCancel.Click = StartUp_cmdCancel_Click;
-    StartUp.cmdExit.Click = StartUp_cmdExit_Click;
-    frmConeSettings.cmdClose.Click = [] { Hide(frmConeSettings); };
-  }
-  ~ResumeScreen() override {
-    DropCalls(this);
-    for (Button* button : {&StartUp.cmdStart, &StartUp.cmdResume, &StartUp.cmdResumeAtLastDepth,
-                           &StartUp.cmdResumeAtSurface, &StartUp.cmdCancel, &StartUp.cmdExit,
-                           &frmConeSettings.cmdClose}) {
-      button->Click = {};
-    }
-    frmConeSettings.Load = {};
-  }
-
-  void Put(const TextLines& lines) { world.disk.Put(kTemporary, JoinedLines(lines)); }
-  void PutRows(int rows) { Put(StoredLines(rows)); }
-  /// Rows at these depths; their values say nothing.
-  void PutDepths(const Texts& depths) {
-    TextLines lines = StoredHeader();
-    for (const auto& depth : depths)
-      lines.push_back(StoredRowLine(depth, "2.00", {"1.0", "2.0", "3.0"}));
-    Put(lines);
-  }
-  /// RESUME LAST SOUNDING.
-  void Resume() { World::Press(StartUp, StartUp.cmdResume); }
-  void AtLastDepth() {
-    CloseReport();
-    World::Press(StartUp, StartUp.cmdResumeAtLastDepth);
-  }
-  void AtSurface(const std::string& distance) {
-    StartUp.txtDistanceDrilled.Text = distance;
-    CloseReport();
-    World::Press(StartUp, StartUp.cmdResumeAtSurface);
-  }
-  ScriptedCone& Plug(int number, const std::string& id = "DSE1234") {
-    cones_.push_back(std::make_unique<ScriptedCone>(world.ports.Wire(number)));
-    cones_.back()->SetUnit(SampleMemory(TipAndSleeve() + SampleRecord(3, 'P'), id));
-    return *cones_.back();
-  }
-  void ExpectIdle() {
-    EXPECT_TRUE(StartUp.Visible);
-    EXPECT_FALSE(StartUp.frmResume.Visible);
-    EXPECT_EQ(session.ResumeConeId, "");
-    EXPECT_TRUE(StartUp.cmdStart.Enabled);
-    EXPECT_TRUE(StartUp.cmdResume.Enabled);
-    EXPECT_TRUE(StartUp.cmdCalibrate.Enabled);
-    EXPECT_TRUE(StartUp.cmdExit.Enabled);
-    EXPECT_FALSE(StartUp.frLoad.Visible);
-    EXPECT_FALSE(StartUp.Timer1.Running());
-  }
-  void ExpectPanel() {
-    EXPECT_TRUE(StartUp.frmResume.Visible);
-    EXPECT_FALSE(StartUp.cmdStart.Enabled) << "a start would run as a resume without rows";
-    EXPECT_FALSE(StartUp.cmdResume.Enabled);
-    EXPECT_FALSE(StartUp.cmdCalibrate.Enabled);
-    EXPECT_FALSE(StartUp.cmdSystemSetup.Enabled);
-    EXPECT_TRUE(StartUp.cmdExit.Enabled);
-    EXPECT_TRUE(StartUp.cmdResumeAtLastDepth.Enabled);
-    EXPECT_TRUE(StartUp.cmdResumeAtSurface.Enabled);
-    EXPECT_TRUE(StartUp.txtDistanceDrilled.Enabled);
-    EXPECT_TRUE(StartUp.cmdCancel.Enabled);
-  }
-  bool StatusWas(const std::string& text) const {
-    return std::find(world.statuses.begin(), world.statuses.end(), text) != world.statuses.end();
-  }
-
-  StartUpWorld world;
-  bool report_shown = false;
-
- private:
-  void CloseReport() {
-    world.WhenShown(frmConeSettings, [this] {
-      report_shown = true;
-      StartUpWorld::Post(frmConeSettings, frmConeSettings.cmdClose);
-    });
-  }
-
-  std::vector<std::unique_ptr<ScriptedCone>> cones_;
-};
 
 // What can't be resumed.
 
@@ -485,6 +370,22 @@ TEST_F(ResumeScreen, CancelEndsTheSearch) {
   EXPECT_FALSE(StartUp.ConeComm.PortOpen());
 }
 
+TEST_F(ResumeScreen, CancelWhileTheConesMemoryIsReadOpensNoReport) {
+  const ScriptedCone& instrument = Plug(3);
+  bool reads = false;
+  PostCall(Now() + 1500 * kMillisecond, this, [&] {
+    reads = StartUp.lblLoad.Caption == "Cone Found" && StartUp.frLoad.Visible;
+    StartUpWorld::Post(StartUp, StartUp.cmdCancel);
+  });
+  PutRows(5);
+  Resume();
+  AtLastDepth();
+  EXPECT_TRUE(reads);
+  EXPECT_FALSE(report_shown);
+  EXPECT_EQ(instrument.Count("Y"), 1);
+  ExpectIdle();
+}
+
 TEST_F(ResumeScreen, ExitEndsTheSearchToo) {
   Plug(3).silent = true;
   PostCall(Now() + 20 * kSecond, this, [] { StartUpWorld::Post(StartUp, StartUp.cmdExit); });
@@ -520,155 +421,6 @@ TEST_F(ResumeScreen, OfAConeWithoutChannelsLeavesThePanelForAnotherTry) {
   instrument.SetUnit(SampleMemory(TipAndSleeve(), "DSE1234"));
   World::Press(StartUp, StartUp.cmdResumeAtLastDepth);
   EXPECT_TRUE(report_shown);
-}
-
-// At the surface.
-
-TEST_F(ResumeScreen, AtTheSurfaceTheTargetIsTheLastDepthAndWhatWasDrilled) {
-  struct Case {
-    const char* typed;
-    int comma;
-    int units;
-    float target;
-  };
-  for (const Case& row :
-       {Case{"", 0, 0, 0.1F}, Case{"", 1, 0, 0.1F}, Case{"  ", 0, 0, 0.1F}, Case{"0", 0, 0, 0.1F},
-        Case{"1.5", 0, 0, 1.6F}, Case{"1,5", 0, 0, 1.6F}, Case{"1.5", 1, 0, 1.6F},
-        Case{"1,5", 1, 0, 1.6F}, Case{"3.281", 0, 1, 1.1F}, Case{"", 0, 1, 0.1F}}) {
-    session.CommaDecimal = static_cast<std::int16_t>(row.comma);
-    settings.DepthUnits = static_cast<std::int16_t>(row.units);
-    Plug(3);
-    PutRows(5);
-    Show(StartUp);
-    Resume();
-    AtSurface(row.typed);
-    EXPECT_NEAR(session.ResumeTargetDepth, row.target, 1e-6F) << row.typed << " " << row.comma;
-    EXPECT_EQ(session.ResumeDepthStatus, 1.0F);
-    EXPECT_EQ(sounding.CurrentDepth, 0.0F);
-    EXPECT_EQ(world.boxes.texts, Texts{});
-    StartUp_cmdCancel_Click();
-  }
-}
-
-TEST_F(ResumeScreen, AtTheSurfaceBeginsAtTheStartDepthInTheElevationFormat) {
-  settings.DepthFormat = 1;
-  Plug(3);
-  PutDepths({"-4.98", "-4.96", "-4.94"});
-  Resume();
-  AtSurface("2");
-  EXPECT_FLOAT_EQ(sounding.CurrentDepth, -5.0F);
-  EXPECT_FLOAT_EQ(session.ResumeTargetDepth, -2.94F) << "drilled downward";
-}
-
-TEST_F(ResumeScreen, AtTheSurfaceRefusesWhatIsNoDistance) {
-  PutRows(5);
-  Resume();
-  for (const char* typed : {"abc", "1.5 m", "-1", "1.2.3", "20000", "1e9"}) {
-    world.boxes.texts.clear();
-    StartUp.txtDistanceDrilled.Text = typed;
-    World::Press(StartUp, StartUp.cmdResumeAtSurface);
-    ASSERT_EQ(world.boxes.texts.size(), 1U) << typed;
-    EXPECT_EQ(world.boxes.texts[0].find("\"" + std::string(typed) + "\" is no"), 0U);
-    ExpectPanel();
-    EXPECT_FALSE(StartUp.frLoad.Visible);
-    EXPECT_EQ(session.ResumeDepthStatus, 0.0F);
-  }
-}
-
-// The spacing of the rows.
-
-TEST_F(ResumeScreen, GoesOnWithTheStepOfItsRowsAndTheSettingsKeepTheirOwn) {
-  settings.DepthStep = 0.04F;
-  settings.DepthStepCounts = 8;
-  settings.TipConfiguration = 1;
-  settings.TipDiameter = 60;
-  Plug(3);
-  PutRows(5);
-  Resume();
-  AtLastDepth();
-  EXPECT_EQ(settings.DepthStep, 0.02F);
-  EXPECT_EQ(settings.DepthStepCounts, 4);
-  EXPECT_EQ(world.boxes.texts,
-            Texts{"THE ROWS OF THE LAST SOUNDING STAND 0.02 m APART, THE SETTINGS SAY 0.04 m.  THE "
-                  "SOUNDING GOES ON WITH 0.02 m."});
-  EXPECT_FLOAT_EQ(session.StartDepth, 0.0F) << "a step of the file before its first row";
-  EXPECT_FLOAT_EQ(sounding.DepthCounts, 20.0F);
-  EXPECT_EQ(settings.TipConfiguration, 1) << "the tip is not the step's business";
-  EXPECT_EQ(settings.TipDiameter, 60);
-  SaveKQSettings();
-  EXPECT_EQ(SetupLine(world.Setup(), 21), "0.04");
-}
-
-TEST_F(ResumeScreen, CancelGivesTheStepOfTheSettingsBack) {
-  settings.DepthStep = 0.04F;
-  settings.DepthStepCounts = 8;
-  Plug(3).silent = true;
-  PostCall(Now() + 5 * kSecond, this, [] { StartUpWorld::Post(StartUp, StartUp.cmdCancel); });
-  PutRows(5);
-  Resume();
-  AtLastDepth();
-  EXPECT_EQ(settings.DepthStep, 0.04F);
-  EXPECT_EQ(settings.DepthStepCounts, 8);
-  SaveKQSettings();
-  EXPECT_EQ(SetupLine(world.Setup(), 21), "0.04");
-}
-
-TEST_F(ResumeScreen, TellsTheSpacingWhereItDiffersAlone) {
-  struct Case {
-    const char* what;
-    float resolution;
-    float step;
-    Texts depths;
-    float goes_on;
-    bool told;
-  };
-  const Case cases[] = {
-      {"hundredths of 25 mm",
-       0.005F,
-       0.025F,
-       {"0.03", "0.05", "0.08", "0.10", "0.13"},
-       0.025F,
-       false},
-      {"25 mm under 20 mm",
-       0.005F,
-       0.02F,
-       {"0.03", "0.05", "0.08", "0.10", "0.13", "0.15", "0.18", "0.20", "0.23", "0.25"},
-       0.025F,
-       true},
-      {"a gap of a lost link",
-       0.005F,
-       0.02F,
-       {"0.02", "0.04", "0.20", "0.22", "0.24"},
-       0.02F,
-       false},
-      {"a drilled gap upward",
-       0.005F,
-       0.02F,
-       {"5.02", "5.04", "4.96", "4.98", "5.00"},
-       0.02F,
-       false},
-      {"no rows", 0.005F, 0.02F, {}, 0.02F, false},
-      {"one row", 0.005F, 0.02F, {"7.00"}, 0.02F, false},
-      {"two rows that a lost link parts", 0.005F, 0.02F, {"0.02", "0.12"}, 0.02F, false},
-      {"two rows that are too close", 0.005F, 0.1F, {"0.02", "0.04"}, 0.02F, true},
-      {"10 cm", 0.02F, 0.02F, {"0.10", "0.20", "0.30", "0.40"}, 0.1F, true},
-  };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.what);
-    world.boxes.texts.clear();
-    settings.DepthResolution = row.resolution;
-    settings.DepthStep = row.step;
-    Plug(3);
-    PutDepths(row.depths);
-    Show(StartUp);
-    Resume();
-    world.boxes.texts.clear();
-    AtLastDepth();
-    EXPECT_EQ(settings.DepthStep, row.goes_on);
-    EXPECT_EQ(world.boxes.texts.size(), row.told ? 1U : 0U);
-    StartUp_cmdCancel_Click();
-    EXPECT_EQ(settings.DepthStep, row.step);
-  }
 }
 
 }  // namespace

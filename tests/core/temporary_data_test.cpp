@@ -5,6 +5,7 @@
 #include <cmath>
 #include <functional>
 
+#include "platform/numbers.h"
 #include "support/temporary_lines.h"
 
 namespace penlog {
@@ -31,7 +32,7 @@ void ExpectRow(const StoredRow& row, int n) {
   ASSERT_EQ(row.values.size(), 3U);
   for (int channel = 1; channel <= 3; ++channel) {
     EXPECT_FLOAT_EQ(row.values[static_cast<std::size_t>(channel - 1)],
-                    std::stof(StoredValue(channel, n)));
+                    ParseSingle(StoredValue(channel, n)));
   }
 }
 

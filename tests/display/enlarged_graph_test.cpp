@@ -161,8 +161,9 @@ TEST(EnlargedGraphScreen, ResetScaleLetsTheRangeFollowTheDataAgain) {
 }
 
 TEST(EnlargedGraphScreen, TextThatIsNoNumberIsToldAndTheRangeStays) {
-  const std::pair<const char*, const char*> rows[] = {
-      {"", "5"}, {"0", ""}, {"abc", "5"}, {"0", "5x"}, {"1 2", "5"}, {"0", "1e99"}, {"nan", "5"}};
+  const std::pair<const char*, const char*> rows[] = {{"", "5"},    {"0", ""},     {"abc", "5"},
+                                                      {"0", "5x"},  {"1 2", "5"},  {"0", "1e99"},
+                                                      {"nan", "5"}, {"0", "1,000"}};
   for (const auto& [min, max] : rows) {
     EnlargedWorld world;
     world.Open();
@@ -239,6 +240,33 @@ TEST(EnlargedGraphScreen, ARowThatWasDueAlreadyIsDrawnOnIt) {
   TakeDueRow();
   EXPECT_EQ(EnlargedGraph.pctGraph.traces.at(0).points.size(), 3U);
   EXPECT_EQ(EnlargedGraph.lblGraphValue.Caption, "2.00 u");
+}
+
+TEST(EnlargedGraphScreen, WithoutRoomForARowARangeIsStillDrawn) {
+  EnlargedWorld world;
+  display.GraphRedraw[1] = kTrue;
+  const auto before = Main.pctGraph(1).clearings;
+  const std::int32_t rows = std::exchange(sounding.RowCount, kMostRows);
+  sounding.ReadingsFresh = sounding.RecordPending = kTrue;
+  TakeDueRow();
+  sounding.RowCount = rows;
+  EXPECT_EQ(Main.pctGraph(1).clearings, before + 1);
+  EXPECT_EQ(display.GraphRedraw[1], 0);
+}
+
+TEST(EnlargedGraphScreen, AnotherGraphClosesTheFieldsOfTheOneBefore) {
+  EnlargedWorld world;
+  world.Open();
+  world.Press(EnlargedGraph, EnlargedGraph.pctGraph);
+  world.Type("1", "2");
+  world.Open();
+  EXPECT_TRUE(EnlargedGraph.frmSetXAxis.Visible) << "the same graph: the fields are its own";
+  world.Press(Main, Main.pctGraph(1));
+  EXPECT_EQ(display.EnlargedGraphIndex, 1);
+  EXPECT_FALSE(EnlargedGraph.frmSetXAxis.Visible);
+  world.Press(EnlargedGraph, EnlargedGraph.pctGraph);
+  EXPECT_EQ(EnlargedGraph.txtXmin.Text, "0");
+  EXPECT_EQ(EnlargedGraph.txtXmax.Text, "5");
 }
 
 TEST(EnlargedGraphScreen, MakesWayForTheStopQuestion) {

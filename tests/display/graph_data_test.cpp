@@ -175,6 +175,34 @@ TEST(GraphData, QtGetsASegmentWithEachRowAndTheOtherPorePressuresNone) {
   EXPECT_EQ(world.Drawn(2, GraphSeries::PorePressure5).size(), 4U);
 }
 
+TEST(GraphData, ABallTipDividesByItsLargerArea) {
+  GraphWorld world;
+  settings.TipConfiguration = 1;
+  settings.BallTipArea = 10'000;
+  channels.ChannelArea(1) = 1000;
+  world.Record(0.25F, {{1, 22}});
+  world.Record(0.5F, {{1, 42}});
+  EXPECT_EQ(Main.lblGraphValue(1).Caption, "4.20");
+  EXPECT_EQ(display.GraphShownMax[1], 5);
+  const auto points = world.Drawn(1, GraphSeries::Main);
+  ASSERT_EQ(points.size(), 2U);
+  EXPECT_NEAR(points[0].x, 2.2 / 5, 1e-5);
+  EXPECT_NEAR(points[1].x, 4.2 / 5, 1e-5);
+}
+
+TEST(GraphData, AChartThatIsDueIsDrawnWithoutANewRow) {
+  GraphWorld world({1, 2});
+  for (const float depth : {0.25F, 0.5F}) world.Record(depth, {{1, 4.5F}, {2, 4.5F}});
+  const auto first = Clearings(1);
+  const auto second = Clearings(2);
+  display.GraphRedraw[2] = kTrue;
+  for (int times = 0; times < 3; ++times) RedrawDueGraphs();
+  EXPECT_EQ(Clearings(1), first);
+  EXPECT_EQ(Clearings(2), second + 1);
+  EXPECT_EQ(world.Drawn(1, GraphSeries::Main).size(), 2U);
+  EXPECT_EQ(world.Drawn(2, GraphSeries::Main).size(), 2U);
+}
+
 // --- the depth axis ------------------------------------------------------------------------------
 
 TEST(GraphDepthAxis, BeginsAtTheStartDepthWithOneMetre) {

@@ -26,11 +26,30 @@ TEST(StatusStrip, SaysTheStateInWords) {
       {2, false, false, false, "RECORDING"}, {8, false, false, false, "RECORDING"},
       {5, false, false, false, "RECORDING"}, {1, false, false, true, "STOPPED"},
       {1, true, false, true, "STOPPED"},     {2, true, false, false, "LINK LOST"},
-      {1, true, true, false, "LINK LOST"},   {2, false, true, false, "TRUCK LINK LOST"},
+      {1, true, true, false, "LINKS LOST"},  {2, false, true, false, "TRUCK LINK LOST"},
   };
   for (const auto& row : rows) {
     StripValues values;
     values.ConsoleMode = row.mode;
+    values.cone_lost = row.cone_lost;
+    values.truck_lost = row.truck_lost;
+    values.ended = row.ended;
+    EXPECT_STREQ(WordOf(StateOf(values)), row.word);
+  }
+}
+
+TEST(StatusStrip, TellsALatchedQuitUnlessALinkIsLostOrTheSoundingEnded) {
+  const struct {
+    bool cone_lost, truck_lost, ended;
+    const char* word;
+  } rows[] = {{false, false, false, "STOPPED BY QUIT"},
+              {true, false, false, "LINK LOST"},
+              {false, true, false, "TRUCK LINK LOST"},
+              {false, false, true, "STOPPED"}};
+  for (const auto& row : rows) {
+    StripValues values;
+    values.ConsoleMode = 2;
+    values.quit = true;
     values.cone_lost = row.cone_lost;
     values.truck_lost = row.truck_lost;
     values.ended = row.ended;
@@ -94,6 +113,21 @@ struct Strip : testing::Test {
   World world;
 };
 
+TEST_F(Strip, ALostConeDimsWhatItToldLast) {
+  for (const bool cone_lost : {true, false}) {
+    cone.ConeLinkUp = cone_lost ? kFalse : kTrue;
+    Pass(2 * kSecond);
+    EXPECT_EQ(Main.lblChanValue(1).Enabled, !cone_lost);
+    EXPECT_EQ(Main.lblChanValue(30).Enabled, !cone_lost);
+    EXPECT_EQ(Main.lblInclination.Enabled, !cone_lost);
+    EXPECT_EQ(Main.lblLastRow.BackColor, cone_lost ? kRed : kGrey);
+  }
+  cone.TruckPortLost = kTrue;
+  Pass(2 * kSecond);
+  EXPECT_TRUE(Main.lblChanValue(1).Enabled) << "the cone goes on telling";
+  EXPECT_EQ(Main.lblLastRow.BackColor, kRed);
+}
+
 TEST_F(Strip, FollowsTheConsolesTimer) {
   Pass(2 * kSecond);
   EXPECT_EQ(Main.lblState.Caption, "RECORDING");
@@ -112,6 +146,19 @@ TEST_F(Strip, FollowsTheConsolesTimer) {
   EXPECT_EQ(Main.lblRowsHeld.Caption, "1");
 }
 
+TEST_F(Strip, IsTheAlarmsWhileAQuitIsLatchedAndGreenUnderTheOverride) {
+  Pass(kSecond);
+  EXPECT_EQ(Main.lblState.BackColor, kGreen);
+  sounding.QuitState = 1;
+  Pass(60'000);
+  EXPECT_EQ(Main.lblState.Caption, "STOPPED BY QUIT");
+  EXPECT_EQ(Main.lblState.BackColor, kRed);
+  sounding.QuitState = 3;
+  Pass(60'000);
+  EXPECT_EQ(Main.lblState.Caption, "RECORDING");
+  EXPECT_EQ(Main.lblState.BackColor, kGreen);
+}
+
 TEST_F(Strip, TellsALostLinkAtOnce) {
   Pass(kSecond);
   cone.ConeLinkUp = kFalse;
@@ -122,8 +169,13 @@ TEST_F(Strip, TellsALostLinkAtOnce) {
 
 TEST_F(Strip, NamesTheKeyOfTheStopOnlyWhileItStops) {
   Main.cmdStart.Caption = "STOP";
+  Main.cmdStart.Enabled = true;
   Pass(2 * kSecond);
   EXPECT_TRUE(Main.lblStopKey.Visible);
+  Main.cmdStart.Enabled = false;
+  Pass(2 * kSecond);
+  EXPECT_FALSE(Main.lblStopKey.Visible);
+  Main.cmdStart.Enabled = true;
   sounding.ConsoleMode = 1;
   Main.frmTakeFinalBaseline.Visible = true;
   Pass(2 * kSecond);

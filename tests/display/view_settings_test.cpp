@@ -6,6 +6,7 @@
 #include "core/reset_state.h"
 #include "core/session.h"
 #include "forms/main_form.h"
+#include "forms/start_up_form.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
 #include "sounding/sounding_state.h"
@@ -40,10 +41,14 @@ TEST_F(ViewFile, KeepsWhatWasChosen) {
   EXPECT_TRUE(Main.mnuNight.Checked);
   EXPECT_FALSE(Main.mnuDay.Checked);
   EXPECT_FALSE(Main.mnuAlarmTone.Checked);
+  EXPECT_TRUE(StartUp.mnuNight.Checked);
+  EXPECT_FALSE(StartUp.mnuDay.Checked);
+  EXPECT_FALSE(StartUp.mnuAlarmTone.Checked);
   ChooseLook(LookSet::Day);
   LoadViewSettings();
   EXPECT_EQ(ChosenLook(), LookSet::Night);
   EXPECT_EQ(view_settings.AlarmTone, 0);
+  EXPECT_TRUE(StartUp.mnuNight.Checked) << "also before the console is opened";
   Main_mnuDay_Click();
   EXPECT_EQ(ReadFile(kFile), "0\r\n0\r\n");
   EXPECT_EQ(ChosenLook(), LookSet::Day);

@@ -6,6 +6,7 @@
 #include "forms/main_form.h"
 #include "forms/reset_comms_form.h"
 #include "forms/restart_form.h"
+#include "forms/resume_depth_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
 #include "forms/specify_ascii_out_form.h"
@@ -25,6 +26,7 @@ const std::vector<Form*> kScreens = {&Main,
                                      &frmConeSettings,
                                      &frmCreateNewDirectory,
                                      &frmResetComms,
+                                     &frmResumeDepthStatus,
                                      &frmSpecifyASCIIOut,
                                      &frmSpecifyTruckInterface,
                                      &frmSpecifyVideoOverlay,
@@ -83,9 +85,10 @@ TEST(Screens, StopDialogAndOverrideTakeActionsInAnyCase) {
       if (control->AlwaysUsable) usable.insert(form->Name() + "." + control->Name());
     }
   }
-  EXPECT_EQ(usable, (std::set<std::string>{"Main.cmdResetQuits", "Main.cmdWarningCancel",
-                                           "Main.cmdWarningOK1", "Main.cmdWarningOK2",
-                                           "Main.mnuAlarmTone", "Main.mnuDay", "Main.mnuNight"}));
+  EXPECT_EQ(usable, (std::set<std::string>{
+                        "Main.cmdResetQuits", "Main.cmdWarningCancel", "Main.cmdWarningOK1",
+                        "Main.cmdWarningOK2", "Main.mnuAlarmTone", "Main.mnuDay", "Main.mnuNight",
+                        "StartUp.mnuAlarmTone", "StartUp.mnuDay", "StartUp.mnuNight"}));
 }
 
 TEST(Screens, UnloadBringsBackFirstValues) {
@@ -187,8 +190,7 @@ TEST(Screens, WhatComesLaterIsOutOfReach) {
   World world;
   for (const Control* control : std::initializer_list<const Control*>{
            &Main.cmdDissipation, &Main.cmdActivateSeismic, &Main.cmdChangeSeismicOptions,
-           &StartUp.cmdSystemSetup, &StartUp.cmdResume, &SetupSounding.cmdGetGPS,
-           &SetupSounding.cmdEnterGPS}) {
+           &StartUp.cmdSystemSetup, &SetupSounding.cmdGetGPS, &SetupSounding.cmdEnterGPS}) {
     EXPECT_FALSE(control->Visible && control->Enabled) << control->Name();
   }
   for (const Control* control :
@@ -196,6 +198,35 @@ TEST(Screens, WhatComesLaterIsOutOfReach) {
     EXPECT_TRUE(control->Visible && control->Enabled) << control->Name();
   }
   EXPECT_TRUE(StartUp.cmdCalibrate.Visible && StartUp.cmdCalibrate.Enabled);
+}
+
+TEST(Screens, StartOffersToResumeAndHidesThePanelUntilThen) {
+  World world;
+  EXPECT_TRUE(StartUp.cmdResume.Visible && StartUp.cmdResume.Enabled);
+  EXPECT_FALSE(StartUp.frmResume.Visible);
+  for (const Control* control : std::initializer_list<const Control*>{
+           &StartUp.lblLastSoundingCone, &StartUp.lblLastSoundingDepth, &StartUp.txtDistanceDrilled,
+           &StartUp.cmdResumeAtLastDepth, &StartUp.cmdResumeAtSurface, &StartUp.cmdCancel}) {
+    EXPECT_EQ(control->Container, &StartUp.frmResume) << control->Name();
+  }
+}
+
+TEST(Screens, ResumeDepthHasItsCaptions) {
+  World world;
+  EXPECT_EQ(frmResumeDepthStatus.Caption, "RESUME DEPTH STATUS");
+  EXPECT_EQ(frmResumeDepthStatus.lblDepthReached.Caption, "DEPTH REACHED");
+}
+
+TEST(Screens, ClosingTheResumeDepthLeavesItThere) {
+  World world;
+  Show(frmResumeDepthStatus);
+  OperatorAction close;
+  close.kind = ActionKind::Close;
+  close.form = &frmResumeDepthStatus;
+  PostActionNow(close);
+  Yield();
+  EXPECT_TRUE(frmResumeDepthStatus.Visible) << "no way round the press that goes on recording";
+  EXPECT_FALSE(EndUnderWay());
 }
 
 }  // namespace

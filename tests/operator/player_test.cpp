@@ -129,6 +129,42 @@ TEST_F(PlayerTest, FailsOnAnAnswerThatTheBoxDoesNotOffer) {
   EXPECT_EQ(Play("answer yes \"TOLD\"\n"), 1);
 }
 
+TEST_F(PlayerTest, TakesBoxesThatTheScriptDoesNotAnswerWhereItIsTold) {
+  form.cmdGo.Click = [this] {
+    PostBox("TOLD");
+    const bool yes = MsgBox("GO ON?", BoxButtons::YesNo) == BoxAnswer::Yes;
+    form.lblSaid.Caption = yes ? "yes" : "no";
+  };
+  const std::string script = "click Trial.cmdGo\nexpect Trial.lblSaid yes 2\n";
+  PlayerHands hands;
+  hands.takes_boxes = true;
+  EXPECT_EQ(Play(script, nullptr, hands), 0);
+  ResetYield();
+  ResetBoxes();
+  form.lblSaid.Caption.clear();
+  EXPECT_EQ(Play(script), 1) << "else each one must be named";
+  ResetYield();
+  ResetBoxes();
+  form.cmdGo.Click = [this] {
+    const bool no = MsgBox("GO ON?", BoxButtons::YesNo) == BoxAnswer::No;
+    form.lblSaid.Caption = no ? "no" : "yes";
+  };
+  std::string report;
+  const std::string answered = "click Trial.cmdGo\nanswer no \"GO ON?\"\n";
+  EXPECT_EQ(Play(answered + "expect Trial.lblSaid no\n", &report, hands), 0) << report;
+}
+
+TEST_F(PlayerTest, TellsEachActionAsItsTurnComes) {
+  std::vector<std::string> told;
+  PlayerHands hands;
+  hands.turn = [&](const ScriptAction& action) {
+    told.push_back(std::to_string(action.line) + " " + form.lblSaid.Caption);
+  };
+  form.cmdGo.Click = [this] { form.lblSaid.Caption = "went"; };
+  EXPECT_EQ(Play("wait 1\n\nclick Trial.cmdGo\nexpect Trial.lblSaid went\n", nullptr, hands), 0);
+  EXPECT_EQ(told, (std::vector<std::string>{"1 ", "3 ", "4 went"}));
+}
+
 TEST_F(PlayerTest, PressesAndReleases) {
   form.cmdGo.Press = [this] { form.lblSaid.Caption = "down"; };
   form.cmdGo.Release = [this] { form.lblSaid.Caption = "up"; };

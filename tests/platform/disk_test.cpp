@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/files.h"
 #include "platform/memory_disk.h"
 #include "platform/posix/posix_disk.h"
 #include "platform/runtime_fault.h"
@@ -275,6 +276,19 @@ TEST_P(EachDisk, ALockIsTakenOnceAndFreeAgainAfterTheUnlock) {
   EXPECT_TRUE(disk.Lock(path));
   disk.Unlock(path);
   EXPECT_NO_THROW(disk.Unlock(path));
+}
+
+TEST_P(EachDisk, TakesWholeFolderAndWhatStandsInAFileToItsMedium) {
+  UseDisk(&disk);
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    MakeWholeFolder(Path("x/y/z"));
+    EXPECT_TRUE(disk.FolderExists(Path("x/y/z")));
+  }
+  AppendToFile(Path("x/y/z/rows"), "one\r\n");
+  SettleFile(Path("x/y/z/rows"));
+  EXPECT_EQ(disk.Read(Path("x/y/z/rows")), "one\r\n");
+  EXPECT_THROW(MakeWholeFolder(Path("x/y/z/rows/below")), RuntimeFault);
+  UseDisk(nullptr);
 }
 
 TEST_P(EachDisk, DrivesHoldTheRoot) {

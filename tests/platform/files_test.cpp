@@ -211,6 +211,16 @@ TEST(Paths, AFreeNameStandsBeforeTheExtension) {
   EXPECT_EQ(FreeNameBeside("/d.e/name"), "/d.e/name (2)");
 }
 
+TEST_F(Files, AFileThatAnotherProcessWroteIsOnTheMediumOnceItIsSettled) {
+  const auto handle = world.disk.Create("/data/rows");
+  world.disk.Write(handle, "one\r\n");
+  world.disk.LosePower(Loss::Nothing);  // that process died
+  EXPECT_EQ(world.disk.After(Loss::ContentsAndNames).Files().count("/data/rows"), 0U);
+  SettleFile("/data/rows");
+  world.disk.LosePower();
+  EXPECT_EQ(ReadFile("/data/rows"), "one\r\n");
+}
+
 // Folders.
 
 /// What the medium holds of the folder and of a file that was synced in it.

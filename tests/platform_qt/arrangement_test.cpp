@@ -85,7 +85,8 @@ TEST(Arrangement, TextsOfASoundingAreNotCutOnAnyDisplay) {
   FillSetups();
   FillStartUp();
   SetupDisplay.frmSelectPPType.Visible = true;
-  for (Form* form : std::initializer_list<Form*>{&Main, &StartUp, &SetupSounding, &SetupDisplay}) {
+  for (Form* form : std::initializer_list<Form*>{&Main, &StartUp, &SetupSounding, &SetupDisplay,
+                                                 &frmResumeDepthStatus}) {
     Show(*form);
     FormWindow window(*form);
     for (const QSize& display : kDisplays) ExpectNothingCut(window, display);
@@ -378,6 +379,67 @@ TEST(Arrangement, NoNoticeMovesAnythingElse) {
       row.raise();
       EXPECT_EQ(places(), before) << row.name << " at " << display.width();
     }
+  }
+}
+
+/// A finger that is on its way to a button finds it where it was.
+TEST(Arrangement, ProgressMovesNothingOnTheFirstScreen) {
+  void (*const raised[])() = {
+      [] { StartUp.frLoad.Visible = true; },
+      [] {
+        StartUp.frLoad.Visible = true;
+        StartUp.lblLoad.Caption = "SEARCHING FOR CONE.  PLEASE WAIT.  THIS MAY TAKE SOME MINUTES.";
+        StartUp.lblStatusIndicator.Caption = "....................";
+        StartUp.lblProgress.Caption = "STEP 1 OF 5, PORT 3 OF 7";
+        StartUp.shpProgressGround.Visible = true;
+      },
+  };
+  for (const QSize& display : kDisplays) {
+    for (const auto raise : raised) {
+      World world;
+      Show(StartUp);
+      FormWindow window(StartUp);
+      const auto places = [&] {
+        LayOut(window, display);
+        std::vector<QRect> all;
+        for (const Control* control : std::initializer_list<Control*>{
+                 &StartUp.lblTitle, &StartUp.cmdStart, &StartUp.cmdResume, &StartUp.cmdCalibrate,
+                 &StartUp.cmdExit}) {
+          const QWidget* widget = window.MirrorOf(*control)->Widget();
+          all.emplace_back(widget->mapTo(&window, QPoint()), widget->size());
+        }
+        return all;
+      };
+      places();  // the first layout of all is none that anybody sees
+      const auto before = places();
+      raise();
+      EXPECT_EQ(places(), before) << "at " << display.width();
+      ExpectNothingCut(window, display);
+    }
+  }
+}
+
+/// What is read from afar uses the room that a few channels leave.
+TEST(Arrangement, FewChannelsHaveLargeFiguresAndChartsTheirRoom) {
+  const struct {
+    QSize display;
+    int figures, charts;  ///< least heights
+  } rows[] = {{{800, 600}, 23, 192}, {{1366, 768}, 32, 395}};
+  World world;
+  FillMain();
+  for (int ch = 6; ch <= 8; ++ch) {
+    Main.lblChanLabel(ch).Visible = Main.lblChanValue(ch).Visible = false;
+  }
+  Main.frmGraphArea.Visible = true;
+  Show(Main);
+  FormWindow window(Main);
+  for (const auto& row : rows) {
+    LayOut(window, row.display);
+    LayOut(window, row.display);
+    const auto* value = qobject_cast<TextView*>(window.MirrorOf(Main.lblChanValue(1))->Widget());
+    EXPECT_GE(value->FittingFont().pixelSize(), row.figures) << row.display.width();
+    EXPECT_GE(window.MirrorOf(Main.frmGraphArea)->Widget()->height(), row.charts)
+        << row.display.width();
   }
 }
 

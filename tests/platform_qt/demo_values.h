@@ -5,6 +5,7 @@
 #include "forms/create_new_directory_form.h"
 #include "forms/main_form.h"
 #include "forms/reset_comms_form.h"
+#include "forms/resume_depth_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
 #include "forms/specify_ascii_out_form.h"
@@ -79,10 +80,11 @@ inline void FillStartUp() {
   StartUp.lblStatusIndicator.Caption = ".........";
   StartUp.lblLastSoundingCone.Caption = "DCS0123";
   StartUp.lblLastSoundingDepth.Caption = "12.34 m";
-  for (Control* control : std::initializer_list<Control*>{&StartUp.frmResume, &StartUp.cmdResume,
-                                                          &StartUp.cmdSystemSetup}) {
-    control->Visible = true;
-  }
+  StartUp.frmResume.Visible = true;
+  StartUp.cmdSystemSetup.Visible = true;
+  frmResumeDepthStatus.lblTargetResumeDepth.Caption = "-1012.34";
+  frmResumeDepthStatus.lblCurrentResumeDepth.Caption = "-1008.86";
+  frmResumeDepthStatus.lblDifference.Caption = "1003.48 ft";
 }
 
 inline void FillSetups() {

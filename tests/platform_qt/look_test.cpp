@@ -82,7 +82,11 @@ TEST(Look, TheDayIsBrightAndTheNightDoesNotGlare) {
 
 TEST(Look, ARedMarkIsNotTheAlarm) {
   for (const LookSet set : {LookSet::Day, LookSet::Night}) {
-    EXPECT_NE(LookOf(set).red_mark, LookOf(set).alarm);
+    const QColor mark = LookOf(set).red_mark.toHsl();
+    const QColor alarm = LookOf(set).alarm.toHsl();
+    const int turn = std::abs(mark.hslHue() - alarm.hslHue());
+    EXPECT_GE(std::min(turn, 360 - turn), 20) << "degrees on the circle of colours";
+    EXPECT_GE(std::abs(mark.lightness() - alarm.lightness()), 5);
     EXPECT_NE(LookOf(set).red_text, LookOf(set).alarm);
   }
 }

@@ -162,6 +162,35 @@ TEST(Mirror, PlacesTheBubbleInFractionsOfTheLevel) {
   EXPECT_NEAR(bubble.x(), level.width() * 0.5, 1);
 }
 
+TEST(Mirror, AScreenThatIsShownAgainComesUpThoughItIsTheFrontOne) {
+  WindowWorld world;
+  Show(Main);
+  Show(frmWarning);
+  world.mirror.Follow();
+  const std::int64_t raised = world.mirror.Raised();
+  world.mirror.Follow();
+  EXPECT_EQ(world.mirror.Raised(), raised) << "nobody asked for it";
+  Show(frmWarning);  // another window lies above it since a press there
+  world.mirror.Follow();
+  EXPECT_EQ(world.mirror.Raised(), raised + 1);
+}
+
+TEST(Mirror, AHeldButtonKeepsTheKeysUntilItIsLetGo) {
+  WindowWorld world;
+  Main.cmdResetQuits.Visible = true;
+  Main.cmdResetQuits.Press = [] {};
+  Main.cmdResetQuits.Release = [] {};
+  Show(Main);
+  world.Settle();
+  EXPECT_EQ(world.Hand(ActionKind::Press, Main.cmdResetQuits), "");
+  Show(frmWarning);
+  world.mirror.Follow();
+  EXPECT_TRUE(world.mirror.WaitsForKeys());
+  EXPECT_EQ(world.Hand(ActionKind::Release, Main.cmdResetQuits), "");
+  world.mirror.Follow();
+  EXPECT_FALSE(world.mirror.WaitsForKeys());
+}
+
 TEST(Mirror, AReadingOverItsLimitIsRed) {
   WindowWorld world;
   Main.lblChanValue(1).Visible = true;

@@ -42,6 +42,12 @@ TEST(Notices, AreAmberAndNoAlarm) {
       EXPECT_GT(PixelsOf(picture, Look().lit), widget.width() * widget.height() / 3)
           << control->Name();
     }
+    frmWarning.frmSteps.BackColor = kAmber;  // as with the sign
+    Show(frmWarning);
+    world.Settle();
+    const QImage steps = world.Find(frmWarning.frmSteps).grab().toImage();
+    EXPECT_GT(PixelsOf(steps, Look().lit), steps.width() * steps.height() / 10)
+        << steps.width() << "x" << steps.height();
     const QImage window = world.mirror.WindowOf(Main).grab().toImage();
     EXPECT_EQ(PixelsOf(window, Look().alarm), 0);
     ChooseLook(LookSet::Day);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QProcess>
+
 #include "forms/enlarged_graph_form.h"
 #include "platform_qt/window_world.h"
 
@@ -55,6 +57,45 @@ TEST(PictureView, PointIsToldWhereSomebodyListens) {
   EXPECT_EQ(world.served, Names{"point pctGraph"});
   EXPECT_GE(across, 0);
   EnlargedGraph.pctGraph.Point = nullptr;
+}
+
+/// At the ratio of the display that the test runs on; the next test runs it once more on another.
+TEST(PictureView, IsCrispAtTheRatioOfItsDisplay) {
+  Form form("PictureViewTest", "");
+  Picture picture(form, "pct");
+  picture.Draw({DrawStep::Kind::Line, 0.37, 0, 0.37, 1, kBlack, {}});
+  QWidget window;
+  window.resize(200, 150);
+  PictureView view(&window);
+  view.setGeometry(31, 17, 101, 83);
+  view.Follow(picture);
+  const double ratio = view.devicePixelRatioF();
+  const QByteArray wanted = qgetenv("QT_SCALE_FACTOR");
+  EXPECT_TRUE(wanted.isEmpty() || ratio == wanted.toDouble()) << ratio;
+  EXPECT_EQ(view.Shown().size(), (QSizeF(101, 83) * ratio).toSize());
+  const QImage image = window.grab().toImage();
+  const int row = static_cast<int>((17 + 40) * ratio);
+  int lit = 0;
+  for (int x = static_cast<int>(34 * ratio); x < static_cast<int>(128 * ratio); ++x) {
+    const QColor pixel = image.pixelColor(x, row);
+    EXPECT_TRUE(pixel == Look().readout_ground || pixel == Shown(kBlack)) << x;
+    lit += pixel == Shown(kBlack) ? 1 : 0;
+  }
+  EXPECT_GE(lit, 1);
+  EXPECT_LE(lit, 2);
+}
+
+TEST(PictureView, IsCrispUnderAScaleFactor) {
+  QProcess once_more;
+  QProcessEnvironment surroundings = QProcessEnvironment::systemEnvironment();
+  surroundings.insert("QT_SCALE_FACTOR", "1.5");
+  once_more.setProcessEnvironment(surroundings);
+  once_more.start(QCoreApplication::applicationFilePath(),
+                  {"--gtest_filter=PictureView.IsCrispAtTheRatioOfItsDisplay"});
+  ASSERT_TRUE(once_more.waitForFinished());
+  const QByteArray told = once_more.readAllStandardOutput();
+  EXPECT_EQ(once_more.exitCode(), 0) << told.toStdString();
+  EXPECT_TRUE(told.contains("1 test from 1 test suite ran")) << told.toStdString();
 }
 
 }  // namespace

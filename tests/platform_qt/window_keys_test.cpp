@@ -7,6 +7,7 @@
 #include "forms/create_new_directory_form.h"
 #include "forms/main_form.h"
 #include "forms/restart_form.h"
+#include "forms/resume_depth_form.h"
 #include "forms/start_up_form.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/stop_key.h"
@@ -74,6 +75,27 @@ TEST_F(Keys, OnTheConsoleNoCommonKeyStopsStartsOrOverrides) {
   if (window.focusWidget() != nullptr) window.focusWidget()->clearFocus();
   for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) Key(window, key);
   EXPECT_EQ(world.served, Names{});
+}
+
+/// A depth at which rows are taken can't be unsaid.
+TEST_F(Keys, ToldTheDepthOfAResumeByNoCommonKey) {
+  FormWindow& window = Open(frmResumeDepthStatus);
+  for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) Key(window, key);
+  world.Find(frmResumeDepthStatus.lblDepthReached).setFocus();
+  for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) Key(window, key);
+  EXPECT_EQ(world.served, Names{});
+}
+
+/// Who types what was drilled and presses Enter does not mean the last depth.
+TEST_F(Keys, EnterInTheDistanceDrilledResumesNothingAndEscapeLeavesThePanel) {
+  StartUp.frmResume.Visible = true;
+  StartUp.cmdStart.Enabled = false;
+  FormWindow& window = Open(StartUp);
+  world.Find(StartUp.txtDistanceDrilled).setFocus();
+  for (const int key : {Qt::Key_Return, Qt::Key_Enter}) Key(window, key);
+  EXPECT_EQ(world.served, Names{});
+  Key(window, Qt::Key_Escape);
+  EXPECT_EQ(world.served, Names{"click cmdCancel"});
 }
 
 TEST_F(Keys, EscapeTakesTheStopDialogBack) {

@@ -139,7 +139,7 @@ expect frmWarning.frmEncoderConnected visible 10
 expect frmWarning.frmEncoderWarning hidden
 rig test look
 expect frmWarning.frmSteps "DEPTH STEPS MAY BE MISSING"
-expect frmWarning.lblSteps "~THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT 0\..* m\."
+expect frmWarning.lblSteps "~THE TRUCK INTERFACE WAS AWAY AT 0\..* m\."
 )" + after + "wait 30\n" +
                    ScriptToEnd());
   }
@@ -356,6 +356,53 @@ wait 5
 expect frmWarning.frmFrameGrabberConnected visible
 )" + ScriptToEnd());
   EXPECT_TRUE(scenario.heard[6].starts_with("{R{F0{MF{ML")) << scenario.heard[6];
+}
+
+TEST(OutputPorts, AnOverlayThatWasAwayDuringAScanForTheConeComesBackByItself) {
+  PortScenario scenario;
+  scenario.At("away", [&] { scenario.session.ports.Wire(6).SetPresent(false); });
+  scenario.At("back", [&] {
+    scenario.heard.clear();
+    scenario.session.ports.Wire(6).SetPresent(true);
+  });
+  scenario.Play(ScriptToRecording() + R"(rig test away
+rig replug cone 9 2s
+expect frmWarning.frmSerialWarning visible 5
+expect frmWarning.frmSerialConnected visible 30
+expect frmWarning.frmSensorayWarning visible 5
+rig test back
+expect frmWarning.frmFrameGrabberConnected visible 5
+expect frmWarning.frmSensorayWarning hidden
+wait 5
+)" + ScriptToEnd());
+  EXPECT_TRUE(scenario.heard[6].starts_with("{R{F0{MF{ML")) << scenario.heard[6];
+}
+
+TEST(OutputPorts, MovedWhileTheConeIsAwayAreServedAndTold) {
+  PortScenario scenario;
+  std::vector<int> ports;
+  scenario.At("look", [&] {
+    ports = {settings.ASCIIOutSerialPort, Main.ASCIIOutComm.CommPort(), cone.ConeLinkUp};
+  });
+  scenario.Play(ScriptToRecording() + R"(rig push 0.3
+wait 3
+rig unplug cone
+expect Main.lblState "LINK LOST" 20
+click Main.cmdResetPorts
+select frmResetComms.cmbASCIIOutSerialPort 7
+click frmResetComms.cmdOK
+wait 8
+rig test look
+expect frmWarning.frmASCIISerialConnected visible
+rig plug cone
+expect frmWarning.frmSerialConnected visible 60
+click Main.cmdResetPorts
+expect frmResetComms.lblASCIIOutSerialPort "7"
+click frmResetComms.cmdCancel
+wait 2
+)" + ScriptToEnd());
+  EXPECT_EQ(ports, (std::vector<int>{7, 7, 0}));
+  EXPECT_EQ(LinesOf(scenario.DataFile("System Setup Values.txt"))[54], "7");
 }
 
 // Questions that stay open.

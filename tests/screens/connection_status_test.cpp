@@ -4,9 +4,11 @@
 
 #include "app/wiring.h"
 #include "conelink/cone_state.h"
+#include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "forms/main_form.h"
+#include "forms/notice_colours.h"
 #include "forms/warning_form.h"
 #include "sounding/sounding_state.h"
 #include "sounding/truck_interface.h"
@@ -306,15 +308,17 @@ TEST_F(ConnectionStatus, StandsAtTheConsolesEdgeAndOnTheDisplay) {
     WindowPlace beside;
   } rows[] = {
       {{100, 50, 900, 700}, {1000, 50, 400, 500}},
-      {{100, 50, 1500, 900}, {1520, 50, 400, 500}},   // no room at the right
+      {{0, 0, 1920, 1080}, {618, 302, 845, 500}},     // no room at the right: over the charts
+      {{100, 50, 1500, 900}, {583, 302, 660, 455}},   // which are smaller
+      {{0, 0, 1700, 1280}, {714, 282, 969, 500}},     // a narrow console
       {{100, 700, 900, 300}, {1000, 580, 400, 500}},  // nor below
       {{-600, -40, 500, 700}, {0, 0, 400, 500}},      // the console half outside
-      {{1900, 50, 900, 700}, {1520, 50, 400, 500}},
+      {{1900, 50, 900, 700}, {1407, 204, 513, 396}},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(BesideMain(row.main, 400, 500, 1920, 1080), row.beside) << row.main.left;
   }
-  EXPECT_EQ(BesideMain({0, 0, 100, 100}, 400, 500, 300, 200), (WindowPlace{0, 0, 400, 500}))
+  EXPECT_EQ(BesideMain({0, 0, 100, 100}, 400, 500, 300, 200), (WindowPlace{42, 22, 57, 57}))
       << "larger than the display";
 }
 
@@ -328,6 +332,28 @@ TEST_F(ConnectionStatus, UnloadEndsTheTimers) {
 }
 
 // Stacking.
+
+TEST_F(ConnectionStatus, GivesWayToAQuestionThatStandsInItsPlace) {
+  session.ScreenScaleX = session.ScreenScaleY = 1;
+  for (const bool narrow : {true, false}) {
+    for (Frame* question : {&Main.frmLocalWarning, &Main.frmTakeFinalBaseline}) {
+      SCOPED_TRACE(testing::Message() << narrow << question->Name());
+      Show(Main);
+      Show(frmWarning);
+      cone.WarningShown = kTrue;
+      Drag(Main, {0, 0, 800, narrow ? 600 : 450});
+      World::RunFor(250 * kMillisecond);
+      EXPECT_EQ(ShownForms().back(), &frmWarning);
+      question->Visible = true;
+      World::RunFor(250 * kMillisecond);
+      EXPECT_EQ(ShownForms().back(), narrow ? static_cast<Form*>(&Main) : &frmWarning);
+      question->Visible = false;
+      World::RunFor(250 * kMillisecond);
+      EXPECT_EQ(ShownForms().back(), &frmWarning) << "the link is still lost";
+      Unload(frmWarning);
+    }
+  }
+}
 
 TEST_F(ConnectionStatus, GoesBehindTheConsoleOnceItsTimerFindsAllClear) {
   struct Row {
@@ -361,13 +387,17 @@ TEST_F(ConnectionStatus, TellsWhatMayBeMissingInTheDepth) {
       {{3, false, false, 0}, 0, 0, "3 EDGES OF THE TRUCK INTERFACE WERE LOST."},
       {{1, false, false, 0}, 0, 0, "1 EDGE OF THE TRUCK INTERFACE WAS LOST."},
       {{0, true, false, 0}, 0, 0, "THE ADAPTER TELLS NO EDGES: ITS LINES ARE POLLED."},
-      {{0, false, true, 12.5f}, 0, 0, "THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT 12.500 m."},
-      {{0, false, true, 12.5f}, 0, 1, "THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT -12.500 m."},
-      {{0, false, true, 10.0f}, 1, 0, "THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT 32.810 ft."},
+      {{0, false, true, 12.5f}, 0, 0, "THE TRUCK INTERFACE WAS AWAY AT 12.500 m."},
+      {{0, false, true, 12.5f}, 0, 1, "THE TRUCK INTERFACE WAS AWAY AT -12.500 m."},
+      {{0, false, true, 10.0f}, 1, 0, "THE TRUCK INTERFACE WAS AWAY AT 32.810 ft."},
+      {{0, false, true, 2.5f, 3, 1.0f},
+       0,
+       0,
+       "THE TRUCK INTERFACE WAS AWAY 3 TIMES, FIRST AT 1.000 m, LAST AT 2.500 m."},
       {{2, true, true, 1.0f},
        0,
        0,
-       "THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT 1.000 m.\n2 EDGES OF THE TRUCK INTERFACE "
+       "THE TRUCK INTERFACE WAS AWAY AT 1.000 m.\n2 EDGES OF THE TRUCK INTERFACE "
        "WERE LOST.\nTHE ADAPTER TELLS NO EDGES: ITS LINES ARE POLLED."},
   };
   for (const auto& row : rows) {
@@ -435,10 +465,20 @@ TEST_F(ConnectionStatus, LostEdgesOfTheConesPortCountWhileTheTruckInterfaceShare
 
 TEST_F(ConnectionStatus, TellsTheReturnOfTheTruckInterface) {
   Show(frmWarning);
+  sounding.ConsoleMode = 2;
   sounding.CurrentDepth = 7.5f;
   NoteStepsMayBeMissing();
   World::RunFor(250 * kMillisecond);
-  EXPECT_EQ(frmWarning.lblSteps.Caption, "THE TRUCK INTERFACE WAS AWAY AND CAME BACK AT 7.500 m.");
+  EXPECT_EQ(frmWarning.lblSteps.Caption, "THE TRUCK INTERFACE WAS AWAY AT 7.500 m.");
+  EXPECT_EQ(frmWarning.frmSteps.BackColor, kAmber);
+  sounding.CurrentDepth = 9.5f;
+  NoteStepsMayBeMissing();
+  World::RunFor(250 * kMillisecond);
+  EXPECT_EQ(frmWarning.lblSteps.Caption,
+            "THE TRUCK INTERFACE WAS AWAY 2 TIMES, FIRST AT 7.500 m, LAST AT 9.500 m.");
+  ForgetMissingSteps();
+  World::RunFor(250 * kMillisecond);
+  EXPECT_EQ(frmWarning.frmSteps.Caption, "DEPTH STEPS: OK");
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ TEST_F(StepsSign, IsHiddenWhileNoStepIsKnownToBeMissing) {
 
 TEST_F(StepsSign, StaysWhenTheStatusWindowGoesBehind) {
   Show(Main);
+  sounding.ConsoleMode = 2;
   NoteStepsMayBeMissing();
   Pass();
   EXPECT_TRUE(Main.lblStepsSign.Visible);

@@ -108,6 +108,19 @@ TEST(MovedPorts, AnASCIIPortAloneLeavesTheOverlayAlone) {
   EXPECT_EQ(world.heard, (std::map<int, std::string>{}));
 }
 
+TEST(MovedPorts, ATruckPortThatRefusesIsNotNotedAsBack) {
+  for (const bool refused : {true, false}) {
+    Requests world;
+    sounding.ConsoleMode = 2;
+    sounding.CurrentDepth = 4.0f;
+    world.ports.SetRefused(7, refused);
+    sounding.TruckPortRequest = {-1, 7};
+    ServePortRequests();
+    EXPECT_EQ(cone.TruckPortLost == kTrue, refused);
+    EXPECT_EQ(sounding.StepsMayBeMissing == kTrue, !refused);
+  }
+}
+
 TEST(MovedPorts, TheTruckInterfaceCanBeSwitchedOff) {
   Requests world;
   cone.TruckPortLost = -1;

@@ -1,6 +1,7 @@
 #include "sounding/recording_pass.h"
 
 #include "sounding/fake_cone.h"
+#include "sounding/record_grid.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
 

@@ -1,179 +1,53 @@
-// The files of a suspended sounding are taken up again. What they must hold is written here by
-// hand, from the forms of the document, and not by the console's own writer.
-#include "sounding/resumed_files.h"
+// The files of a suspended sounding are made whole before the first new row.
+#include <gtest/gtest.h>
 
-#include <array>
-#include <functional>
+#include <utility>
 
-#include "core/box_answers.h"
-#include "core/resume.h"
-#include "core/settings_replaced.h"
-#include "forms/start_up_form.h"
 #include "platform/files.h"
-#include "sounding/console.h"
+#include "platform/runtime_fault.h"
 #include "sounding/held_rows.h"
+#include "sounding/resumed_world.h"
 #include "sounding/sounding_end.h"
-#include "sounding/sounding_files.h"
-#include "support/temporary_lines.h"
 
 namespace penlog {
 namespace {
 
-using Texts = std::vector<std::string>;
-
-constexpr const char* kTemporary = "/data/TemporaryData.txt";
-constexpr const char* kCpt = "/data/s.cpt";
-constexpr const char* kTim = "/data/s.tim";
-constexpr int kLag = 3;
-
-/// Rows that channels 1, 2 and 3 lag behind the tip.
-constexpr std::array<int, 3> kDelays = {0, kLag, 1};
-
-std::string Right(const std::string& text, std::size_t width) {
-  return std::string(text.size() < width ? width - text.size() : 0, ' ') + text;
+/// What the disk does from now on but for bringing to its medium what stands there already.
+void NoteChanges(TakenUp& taken, Texts& changes) {
+  taken.disk.before = [&changes](std::string_view work, const std::string& path) {
+    if (work == "append" || work == "sync" || work == "close" || work == "sync folder") return;
+    changes.push_back(std::string(work) + " " + path);
+  };
 }
-
-std::string Column(const Texts& fields) {
-  std::string line(13, ' ');
-  for (const auto& field : fields) line += StoredField(field);
-  return line + "\r\n";
-}
-
-/// The head as the console of another day left it.
-std::string Head(bool new_form, const Texts& numbers = {"1", "2", "3"},
-                 const std::string& cone_id = "DSE1234",
-                 const std::string& date = "2026-06-15 09:30:00") {
-  std::string text =
-      new_form ? "KQ Sounding File ver. 2015.07.02.1\r\n" : "Dravenholtz Sounding File\r\n";
-  for (const std::string& line : Texts{"Company, Ltd.", "Oper", cone_id, "Loc", "Job", "Hole", date,
-                                       "Head", "Foot1", "Foot2", "GPS", " 1.5 ", "", ""}) {
-    text += line + "\r\n";
-  }
-  text += Column(numbers) + Column({"C1", "C2", "C3"}) + Column({"1", "1", "1"}) +
-          Column({"0.25310", "0.29880", "0.50070"}) + Column({"1 u1", "1 u2", "1 u3"}) +
-          Column({"u1", "u2", "u3"}) + Column({"1", "1", "1"});
-  return text + (new_form ? "    (m)(cm/s)\r\n" : "   (m) (cm/s)\r\n");
-}
-
-/// `mm` as metres with `places` decimals.
-std::string Metres(int mm, int places) {
-  const std::string sign = mm < 0 ? "-" : "";
-  const int all = std::abs(mm);
-  const std::string decimals = std::to_string(1000 + all % 1000).substr(1);
-  return sign + std::to_string(all / 1000) + "." +
-         decimals.substr(0, static_cast<std::size_t>(places));
-}
-
-std::string DepthAndSpeed(bool new_form, int mm, const std::string& speed) {
-  return new_form ? Right(Metres(mm, 3), 7) + Right(speed, 6)
-                  : Right(Metres(mm, 2), 6) + Right(speed, 7);
-}
-
-/// Row n of the `.cpt` file: each channel from the row where its sensor passed, the speed of the
-/// row that made it complete.
-std::string CptRow(int n, bool new_form = true, int sign = 1) {
-  std::string row = DepthAndSpeed(new_form, sign * 20 * n, StoredSpeed(n + kLag));
-  for (int channel = 1; channel <= 3; ++channel) {
-    row += StoredField(StoredValue(channel, n + kDelays[static_cast<std::size_t>(channel - 1)]));
-  }
-  return row + "\r\n";
-}
-
-std::string CptRows(int last, bool new_form = true, int sign = 1) {
-  std::string text;
-  for (int n = 1; n <= last; ++n) text += CptRow(n, new_form, sign);
-  return text;
-}
-
-constexpr int kRows = 12;
-constexpr int kAligned = kRows - kLag;
-
-std::string WholeCpt(bool new_form = true) {
-  return Head(new_form) + CptRows(kAligned, new_form);
-}
-
-/// A console whose cone has answered, with the sounding of `kRows` rows read back.
-struct TakenUp : Console {
-  explicit TakenUp(const std::string& temporary = JoinedLines(StoredLines(kRows))) {
-    replaced_settings = {};
-    settings.DepthResolution = 0.005F;
-    settings.DepthStepCounts = 4;
-    disk.Put(kTemporary, temporary);
-    disk.Put(kCpt, WholeCpt());
-  }
-  ~TakenUp() { DropCalls(this); }
-
-  void ReadBack() {
-    StartUp_cmdResume_Click();
-    boxes.texts.clear();
-    // As the cone's memory tells it.
-    for (int channel = 1; channel <= 3; ++channel) {
-      channels.ChannelDelayRows(channel) =
-          static_cast<std::int16_t>(kDelays[static_cast<std::size_t>(channel - 1)]);
-      channels.RecordMode(channel) = 0;
-    }
-    cone.DelayRows = 99;
-  }
-  void TakeUp() {
-    ReadBack();
-    TakeUpSounding();
-  }
-  /// The next row of the sounding, as a pass records it; channels read as their file tells.
-  static void Row() {
-    const int n = ++sounding.RowCount;
-    sounding.CurrentDepth = 0.02F * static_cast<float>(n);
-    sounding.RowSpeed(n - 1) = std::stof(StoredSpeed(n));
-    for (int channel = 1; channel <= 3; ++channel) {
-      sounding.Readings(channel) = std::stof(StoredValue(channel, n));
-    }
-    RecordRow();
-  }
-  std::string File(const std::string& path) { return disk.Read(path); }
-  bool Has(const std::string& path) { return disk.FileExists(path); }
-  /// Answers each file dialog with the next path; the last one again and again.
-  void ChooseFile(Texts paths) {
-    choices_ = std::move(paths);
-    Look();
-  }
-  bool WasTold(const std::string& part) const {
-    return std::any_of(boxes.texts.begin(), boxes.texts.end(), [&](const std::string& text) {
-      return text.find(part) != std::string::npos;
-    });
-  }
-
-  BoxAnswers boxes;
-  int dialogs = 0;
-
- private:
-  void Look() {
-    PostCall(
-        Now() + kMillisecond, this,
-        [this] {
-          if (const FileDialog* dialog = OpenFileDialog();
-              dialog != nullptr && dialog->id != last_) {
-            last_ = dialog->id;
-            ++dialogs;
-            AnswerFileDialog(dialog->id, choices_.front());
-            if (choices_.size() > 1) choices_.erase(choices_.begin());
-          }
-          Look();
-        },
-        EventKind::RepeatingCall);
-  }
-
-  Texts choices_;
-  int last_ = 0;
-};
 
 // The `.cpt` file.
 
-TEST(TakeUp, LeavesSoundFilesAlone) {
+/// The works on the disk that change what stands there.
+struct Changes {
+  explicit Changes(MemoryDisk& disk) {
+    disk.before = [this](std::string_view work, const std::string& path) {
+      const bool settles = work == "append" || work == "sync" || work == "sync folder";
+      if (!settles && work != "close") list.push_back(std::string(work) + " " + path);
+      if (settles) settled += std::string(work) + " " + path + ";";
+    };
+  }
+  Texts list;
+  std::string settled;
+};
+
+TEST(TakeUp, LeavesSoundFilesAloneAndSeesThemOnTheMedium) {
   TakenUp taken;
   taken.ReadBack();
-  const auto before = taken.disk.OperationCount();
+  const Changes changes(taken.disk);
   TakeUpSounding();
-  EXPECT_EQ(taken.disk.OperationCount(), before);
+  taken.disk.before = nullptr;
+  EXPECT_EQ(changes.list, Texts{});
+  for (const char* path : {kTemporary, kCpt}) {
+    EXPECT_NE(changes.settled.find(std::string("sync ") + path), std::string::npos)
+        << "a process that died may have written it and not lived to sync it";
+  }
   EXPECT_EQ(taken.boxes.texts, Texts{});
+  EXPECT_EQ(taken.File(kCpt), WholeCpt());
   EXPECT_EQ(cone.DelayRows, kLag) << "by the recorded columns";
 }
 
@@ -209,7 +83,7 @@ TEST(TakeUp, MendsTheCptFileFromTheRecoveryCopy) {
       {"another value", changed, mended + "  ROWS CHANGED: 1.", true},
       {"another speed", faster, mended + "  ROWS CHANGED: 1.", true},
       {"a row left out", Head(true) + CptRow(1) + CptRows(kAligned).substr(2 * CptRow(1).size()),
-       mended + "  ROWS ADDED: 1.  ROWS CHANGED: 8.", true},
+       mended + "  ROWS ADDED: 1.  ROWS CHANGED: 7.", true},
       {"an unfinished end", WholeCpt() + flush + flush + baseline,
        mended + "  LINES OF AN UNFINISHED END TAKEN OUT: 3.", true},
       {"half an unfinished end", WholeCpt() + flush + flush.substr(0, 20),
@@ -257,6 +131,15 @@ TEST(TakeUp, WritesACptFileAnewWhoseHeadIsNotTheSoundings) {
     EXPECT_TRUE(taken.WasTold("ROWS ADDED: 9."));
     EXPECT_EQ(taken.File("/data/s (2).cpt"), row.before);
   }
+}
+
+TEST(TakeUp, ANewHeadHasTheBaselinesOfTheSoundingAndNotThoseOfTheCone) {
+  TakenUp taken;
+  taken.disk.Remove(kCpt);
+  taken.ReadBack();
+  channels.Baselines(3) = 0.1F;  // a channel that keeps no zero has its record's
+  TakeUpSounding();
+  EXPECT_EQ(taken.File(kCpt), WholeCpt());
 }
 
 TEST(TakeUp, WritesAMissingCptFileAnew) {
@@ -321,11 +204,11 @@ TEST(TakeUp, KeepsMillimetresOfALongElevation) {
   Texts lines = StoredHeader();
   std::string cpt = Head(true);
   for (int n = 1; n <= 5; ++n) {
-    lines.push_back(StoredRowLine(Metres(-1'500'000 + 20 * n, 2), StoredSpeed(n),
+    lines.push_back(StoredRowLine(MetresOf(-1'500'000 + 20 * n, 2), StoredSpeed(n),
                                   {StoredValue(1, n), StoredValue(2, n), StoredValue(3, n)}));
   }
   for (int n = 1; n <= 2; ++n) {
-    cpt += Metres(1'500'000 - 20 * n + 4, 3) + Right(StoredSpeed(n + kLag), 6) +
+    cpt += MetresOf(1'500'000 - 20 * n + 4, 3) + Aligned(StoredSpeed(n + kLag), 6) +
            StoredField(StoredValue(1, n)) + StoredField(StoredValue(2, n + 3)) +
            StoredField(StoredValue(3, n + 1)) + "\r\n";
   }
@@ -342,9 +225,10 @@ TEST(TakeUp, OnceMoreFindsNothingToMend) {
   taken.disk.Remove(kCpt);
   taken.TakeUp();
   taken.boxes.texts.clear();
-  const auto before = taken.disk.OperationCount();
+  Texts changes;
+  NoteChanges(taken, changes);
   TakeUpSounding();
-  EXPECT_EQ(taken.disk.OperationCount(), before);
+  EXPECT_EQ(changes, Texts{});
   EXPECT_EQ(taken.boxes.texts, Texts{});
 }
 
@@ -521,9 +405,6 @@ TEST(TakeUp, WithoutAnotherFolderHoldsTheRowsUntilTheDiskTakesThem) {
     EXPECT_GT(sounding.RowsHeldBack, 0);
     EXPECT_EQ(taken.File(kTemporary), JoinedLines(StoredLines(kRows + 1)));
     taken.refuses = false;
-    if (before.ends_with("  0.0")) {
-      continue;  // what stands there is no beginning of the row: see below
-    }
     TakenUp::Row();
     EXPECT_EQ(sounding.RowsHeldBack, 0);
     EXPECT_EQ(taken.File(kCpt), Head(true) + CptRows(kAligned + 2));
@@ -532,7 +413,8 @@ TEST(TakeUp, WithoutAnotherFolderHoldsTheRowsUntilTheDiskTakesThem) {
 
 TEST(TakeUp, WithoutAnotherFolderAppendsNothingToAFileThatIsNotSound) {
   const std::string changed = Head(true) + CptRow(2) + CptRows(kAligned) + CptRows(kAligned);
-  for (const std::string& before : {changed, std::string("measured before\r\n")}) {
+  const std::string torn = Head(true) + CptRows(3) + "  0.2";
+  for (const std::string& before : {changed, torn, std::string("measured before\r\n")}) {
     Refusing taken(before);
     taken.refuses = false;
     for (int i = 0; i < 5; ++i) TakenUp::Row();
@@ -551,6 +433,23 @@ TEST(TakeUp, WithoutAnotherFolderAMissingFileIsMadeWholeLater) {
   taken.refuses = false;
   TakenUp::Row();
   EXPECT_EQ(taken.File(kCpt), Head(true) + CptRows(kAligned + 1));
+}
+
+TEST(TakeUp, KeepsTheFileOfBeforeOnceHoweverOftenItTries) {
+  TakenUp taken;
+  const std::string before = Head(true) + CptRow(2) + CptRows(kAligned);
+  taken.disk.Put(kCpt, before);
+  taken.disk.before = [refusals = 3](std::string_view work, const std::string& path) mutable {
+    if (work != "rename" || !path.starts_with("/data/s.cpt") || refusals-- <= 0) return;
+    throw RuntimeFault("Input/output error");
+  };
+  taken.ReadBack();
+  taken.ChooseFile({""});
+  TakeUpSounding();
+  EXPECT_EQ(taken.dialogs, 3);
+  EXPECT_EQ(taken.File(kCpt), WholeCpt());
+  EXPECT_EQ(taken.File("/data/s (2).cpt"), before);
+  EXPECT_FALSE(taken.Has("/data/s (3).cpt"));
 }
 
 TEST(TakeUp, OnADiskThatRefusesAnyOperationOnceMendsAllTheSame) {
@@ -579,167 +478,6 @@ TEST(TakeUp, OnADiskThatRefusesAnyOperationOnceMendsAllTheSame) {
     EXPECT_EQ(taken.File("/data/s (2).cpt"), WholeCpt() + flush);
   }
   EXPECT_GT(operation, 15);
-}
-
-// Columns, forms, tip and sign.
-
-TEST(TakeUp, TheColumnsSayWhatIsRecordedAndTheGraphsWhatIsDrawn) {
-  TakenUp taken;
-  Console::AddChannel(6);
-  Console::AddChannel(20);
-  channels.RecordMode(6) = 2;
-  display.GraphChannel = {0, 1, 20, 6, 0};
-  TextLines lines = StoredLines(kRows);
-  lines[14] = "3,23,2";
-  taken.disk.Put(kTemporary, JoinedLines(lines));
-  taken.TakeUp();
-  for (const int channel : {1, 2, 3}) EXPECT_EQ(channels.RecordMode(channel), 1);
-  EXPECT_EQ(channels.RecordMode(6), 0) << "no column: it would shift those behind it";
-  EXPECT_EQ(channels.RecordMode(20), 1) << "not a column at any time";
-  EXPECT_EQ(display.GraphChannel, (std::array<std::int16_t, 5>{0, 1, 3, 2, 0}))
-      << "23 is not there; no gap stays";
-  EXPECT_EQ(display.GraphCount, 3);
-}
-
-TEST(TakeUp, TheDelayIsFormedFromTheRecordedColumnsAlone) {
-  TakenUp taken;
-  Console::AddChannel(6);
-  channels.ChannelDelayRows(6) = 40;
-  taken.TakeUp();
-  EXPECT_EQ(cone.DelayRows, kLag);
-}
-
-TEST(TakeUp, AChannelThatIsMissingNowKeepsItsColumnAndItsDelay) {
-  struct Case {
-    int channel;
-    int delay;
-  };
-  for (const Case& row : {Case{2, kLag}, Case{3, 1}}) {
-    for (const int stands : {kAligned, kAligned - 1, 5}) {
-      SCOPED_TRACE(row.channel * 100 + stands);
-      TakenUp taken;
-      taken.disk.Put(kCpt, Head(true) + CptRows(stands));
-      taken.ReadBack();
-      channels.ChannelPresent(row.channel) = 0;
-      channels.ChannelDelayRows(row.channel) = 0;  // its record was not read
-      TakeUpSounding();
-      ASSERT_FALSE(taken.boxes.texts.empty());
-      EXPECT_EQ(taken.boxes.texts[0],
-                "RECORDED CHANNELS ARE MISSING NOW.  THEIR COLUMNS STAY IN THE FILE, AND NEW ROWS "
-                "HOLD -32768 THERE: " +
-                    std::to_string(row.channel) + " (Channel " + std::to_string(row.channel) + ")");
-      EXPECT_EQ(taken.File(kCpt), WholeCpt());
-      EXPECT_EQ(channels.ChannelDelayRows(row.channel), row.delay);
-      EXPECT_EQ(cone.DelayRows, kLag);
-      for (int i = 0; i < 6; ++i) TakenUp::Row();
-      std::string expected = WholeCpt();
-      for (int n = kAligned + 1; n <= kAligned + 6; ++n) {
-        std::string line = CptRow(n);
-        const auto at = 13 + 20 * static_cast<std::size_t>(row.channel - 1);
-        if (n + row.delay > kRows) line.replace(at, 20, StoredField("-32768"));
-        expected += line;
-      }
-      EXPECT_EQ(taken.File(kCpt), expected);
-      const std::string temporary = taken.File(kTemporary);
-      EXPECT_NE(temporary.find(StoredField("-32768"), temporary.size() - 80), std::string::npos);
-    }
-  }
-}
-
-TEST(TakeUp, AMissingChannelKeepsItsColumnInTheEndTooAndInANewHead) {
-  TakenUp taken;
-  taken.disk.Remove(kCpt);
-  taken.ReadBack();
-  channels.ChannelPresent(3) = 0;
-  TakeUpSounding();
-  const std::string head = taken.File(kCpt).substr(0, Head(true).size());
-  EXPECT_NE(head.find(Column({"1", "2", "3"})), std::string::npos);
-  EXPECT_NE(head.find(Column({"0.25310", "0.29880", "0.50070"})), std::string::npos);
-  sounding.CloseWithFinalBaseline = kTrue;
-  sounding.Readings(3) = 7;
-  EXPECT_TRUE(CloseSounding());
-  const std::string cpt = taken.File(kCpt);
-  const std::string last = cpt.substr(cpt.rfind('\n', cpt.size() - 2) + 1);
-  EXPECT_EQ(last.size(), 13 + 3 * 20 + 2U);
-  EXPECT_EQ(last.substr(13 + 40, 20), StoredField("-32768"));
-}
-
-TEST(TakeUp, ASecondTimeFindsTheEmptyColumnAgain) {
-  TakenUp taken;
-  taken.ReadBack();
-  channels.ChannelPresent(2) = 0;
-  TakeUpSounding();
-  for (int i = 0; i < 6; ++i) TakenUp::Row();
-  const std::string cpt = taken.File(kCpt);
-  taken.TakeUp();
-  channels.ChannelPresent(2) = 0;
-  EXPECT_EQ(taken.File(kCpt), cpt);
-  EXPECT_FALSE(taken.WasTold("MENDED"));
-}
-
-TEST(TakeUp, GoesOnInTheFormOfTheFile) {
-  for (const bool new_form : {true, false}) {
-    TakenUp taken;
-    settings.DepthSignificantDigits = new_form ? 2 : 3;
-    taken.disk.Put(kCpt, WholeCpt(new_form));
-    taken.TakeUp();
-    EXPECT_EQ(taken.boxes.texts,
-              Texts{"THE SOUNDING FILE HAS ROWS OF THE " + std::string(new_form ? "NEW" : "OLD") +
-                    " FORM, THE SETTINGS ASK FOR THE " + (new_form ? "OLD" : "NEW") +
-                    " ONE.  THE FILE KEEPS ITS FORM."});
-    TakenUp::Row();
-    EXPECT_EQ(taken.File(kCpt), Head(new_form) + CptRows(kAligned + 1, new_form));
-  }
-}
-
-TEST(TakeUp, TellsATipThatIsNotThatOfTheSettings) {
-  for (const bool ball : {true, false}) {
-    TakenUp taken;
-    std::string cpt = WholeCpt();
-    if (!ball) cpt.replace(cpt.find(StoredField("C1")), 20, StoredField("C1 BALL D mm  60"));
-    settings.TipConfiguration = ball ? 1 : 0;
-    settings.TipDiameter = ball ? 60 : 0;
-    taken.disk.Put(kCpt, cpt);
-    taken.TakeUp();
-    EXPECT_EQ(taken.boxes.texts,
-              Texts{ball ? "THE SOUNDING WAS BEGUN WITH THE TIP \"C1\", THE SETTINGS SAY \"C1 BALL "
-                           "D mm  60\"."
-                         : "THE SOUNDING WAS BEGUN WITH THE TIP \"C1 BALL D mm  60\", THE SETTINGS "
-                           "SAY \"C1\"."});
-    EXPECT_EQ(taken.File(kCpt), cpt);
-  }
-}
-
-TEST(TakeUp, TheSameTipIsNotTold) {
-  TakenUp taken;
-  std::string cpt = WholeCpt();
-  cpt.replace(cpt.find(StoredField("C1")), 20, StoredField("C1 BALL D mm  60"));
-  settings.TipConfiguration = 1;
-  settings.TipDiameter = 60;
-  taken.disk.Put(kCpt, cpt);
-  taken.TakeUp();
-  EXPECT_EQ(taken.boxes.texts, Texts{});
-}
-
-TEST(TakeUp, GoesOnWithTheSignOfTheFileAndTheSettingsKeepTheirOwn) {
-  for (const int sign : {1, -1}) {
-    TakenUp taken;
-    const std::string cpt = Head(true) + CptRows(kAligned, true, sign);
-    settings.DepthFormat = sign == 1 ? 1 : 0;
-    taken.disk.Put(kCpt, cpt);
-    taken.ReadBack();
-    session.ResumeDepthStatus = 1;
-    TakeUpSounding();
-    EXPECT_EQ(settings.DepthFormat, sign == 1 ? 0 : 1);
-    EXPECT_EQ(sounding.CurrentDepth, 0.0F) << "at the surface, which is the start depth here";
-    EXPECT_EQ(taken.boxes.texts.size(), 1U);
-    EXPECT_TRUE(taken.WasTold(sign == 1 ? "BEGUN IN DEPTHS" : "BEGUN IN ELEVATIONS"));
-    TakenUp::Row();
-    EXPECT_EQ(taken.File(kCpt), Head(true) + CptRows(kAligned + 1, true, sign));
-    ASSERT_EQ(replaced_settings.List.size(), 1U);
-    EXPECT_EQ(replaced_settings.List[0].in_file,
-              SettingValue(static_cast<std::int16_t>(sign == 1 ? 1 : 0)));
-  }
 }
 
 // The time marks.
@@ -778,15 +516,28 @@ TEST(TakeUp, MakesAMissingTimeFileWhereTheProbeMarks) {
   }
 }
 
-TEST(TakeUp, ATimeFileThatRefusesIsToldAndHoldsNothingUp) {
-  TakenUp taken;
-  settings.LumenProbePresent = 1;
-  taken.disk.before = [](std::string_view work, const std::string& path) {
-    if (work == "create" && path.starts_with(kTim)) throw RuntimeFault("Permission denied");
+TEST(TakeUp, ATimeFileThatRefusesCanBeTriedAgainOrLeft) {
+  struct Case {
+    BoxAnswer answer;
+    int refusals;
+    std::size_t told;
+    bool made;
   };
-  taken.TakeUp();
-  EXPECT_EQ(taken.boxes.texts,
-            Texts{"THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN: /data/s.tim"});
+  for (const Case& row : {Case{BoxAnswer::Ok, 2, 2, true}, Case{BoxAnswer::Cancel, 2, 1, false}}) {
+    TakenUp taken;
+    settings.LumenProbePresent = 1;
+    taken.disk.before = [left = row.refusals](std::string_view work,
+                                              const std::string& path) mutable {
+      if (work != "create" || !path.starts_with(kTim) || left-- <= 0) return;
+      throw RuntimeFault("Permission denied");
+    };
+    taken.boxes.Answer("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN.", row.answer);
+    taken.TakeUp();
+    EXPECT_EQ(taken.boxes.texts.size(), row.told);
+    EXPECT_EQ(taken.Has(kTim), row.made);
+    TakenUp::Row();
+    EXPECT_EQ(taken.File(kCpt), Head(true) + CptRows(kAligned + 1)) << "the sounding goes on";
+  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "sounding/sounding_end.h"
 
+#include "core/instance_lock.h"
 #include "forms/restart_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
@@ -179,6 +180,67 @@ TEST(ExitProgram, StopsTheTimersUnloadsTheScreensAndAsks) {
   action.control = &Main.cmdExit;
   action.stamp = StampOf(Main, &Main.cmdExit);
   EXPECT_NE(WhyRefused(action), "") << "nothing behind the question takes an action";
+}
+
+/// What is free at the moment in which the new console is started.
+struct LookingHost : VirtualHost {
+  bool StartProgram(const std::string& path, const std::vector<std::string>& words) override {
+    const bool is_helper = path.find("DoAgain") != std::string::npos;
+    if (!is_helper || helper_starts) Look();
+    return (!is_helper || helper_starts) && VirtualHost::StartProgram(path, words);
+  }
+  void Look() {
+    lock_was_free = TheDisk().Lock("/data/penlog.lock");
+    port_was_open = Main.ConeComm.PortOpen() || Main.EncoderComm.PortOpen();
+  }
+  bool helper_starts = true;
+  bool lock_was_free = false;
+  bool port_was_open = true;
+};
+
+struct StartingAgain : Console {
+  StartingAgain() {
+    session.DataDirectory = "/data";
+    UseHost(&looking);
+    TakeInstanceLock();
+    Main.ConeComm.SetCommPort(kConePort);
+    Main.ConeComm.Open();
+    OpenPorts();
+  }
+  ~StartingAgain() { UseHost(&host); }
+  LookingHost looking;
+};
+
+TEST(Restart, GivesLockAndPortsAwayBeforeTheNewConsoleStarts) {
+  for (const bool helper : {true, false}) {
+    StartingAgain again;
+    EXPECT_FALSE(again.disk.Lock("/data/penlog.lock"));
+    EXPECT_TRUE(Main.ConeComm.PortOpen() && Main.EncoderComm.PortOpen());
+    if (helper) again.disk.Put("/data/DoAgain.exe", "a program");
+    EXPECT_THROW(frmZOLRestart_cmdYes_Click(), ProgramEnd);
+    EXPECT_TRUE(again.looking.lock_was_free);
+    EXPECT_FALSE(again.looking.port_was_open);
+  }
+}
+
+TEST(Restart, RunsTheHelperOfTheDataDirectoryElseItself) {
+  struct Case {
+    std::vector<std::string> files;
+    bool helper_starts;
+    const char* started;
+  };
+  for (const Case& row :
+       {Case{{}, true, "itself"}, Case{{"/data/DoAgain.exe"}, true, "/data/DoAgain.exe"},
+        Case{{"/data/DoAgain"}, true, "/data/DoAgain"},
+        Case{{"/data/DoAgain", "/data/DoAgain.exe"}, true, "/data/DoAgain.exe"},
+        Case{{"/data/DoAgain.exe"}, false, "itself"},
+        Case{{"/program/DoAgain.exe"}, true, "itself"}}) {
+    StartingAgain again;
+    again.looking.helper_starts = row.helper_starts;
+    for (const auto& file : row.files) again.disk.Put(file, "a program");
+    EXPECT_THROW(StartAgain(), ProgramEnd);
+    EXPECT_EQ(again.looking.started, std::vector<std::string>{row.started});
+  }
 }
 
 TEST(Restart, NoEndsTheProgram) {

@@ -2,6 +2,7 @@
 
 #include "platform/files.h"
 #include "sounding/console.h"
+#include "sounding/missing_steps.h"
 #include "sounding/reading_cycle.h"
 #include "sounding/row_text.h"
 
@@ -114,6 +115,17 @@ TEST(Start, ZeroesDepthAndTurnsToRecording) {
   EXPECT_TRUE(Main.Shape1.Visible);
   EXPECT_EQ(ReadFile("/data/s.cpt"), CptHeader());
   EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), TemporaryHeader("/data/s.cpt"));
+}
+
+TEST(Start, ForgetsWhatWasMissingBefore) {
+  Console console;
+  sounding.ConsoleMode = 2;
+  NoteStepsMayBeMissing();
+  ASSERT_EQ(sounding.StepsMayBeMissing, -1);
+  sounding.ConsoleMode = 8;
+  StartRecording();
+  EXPECT_EQ(sounding.StepsMayBeMissing, 0);
+  EXPECT_EQ(missing_steps.TimesAway, 0);
 }
 
 TEST(Start, ShowsTheStartDepthInUnitsAndFormat) {

@@ -80,7 +80,9 @@ TEST(StopDialog, OkAsksForTheFinalBaseline) {
   sounding.CurrentDepth = 3.5f;
   cone.DistancePushed = 10.0f;
   Main.frmLocalWarning.Visible = true;
+  Main.cmdStart.Enabled = true;
   Main_cmdWarningOK1_Click();
+  EXPECT_FALSE(Main.cmdStart.Enabled) << "STOP would be red and dead";
   EXPECT_EQ(sounding.ConsoleMode, 1);
   EXPECT_FLOAT_EQ(cone.DistancePushed, 13.5f);
   EXPECT_EQ(cone.DistancePushedPending, -1);

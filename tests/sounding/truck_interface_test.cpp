@@ -1,5 +1,6 @@
 #include "sounding/truck_interface.h"
 
+#include "display/depth_word.h"
 #include "forms/enlarged_graph_form.h"
 #include "platform/files.h"
 #include "sounding/console.h"
@@ -517,6 +518,31 @@ TEST(TruckInterface, ADepthStepUnloadsTheEnlargedGraphWithEachDueRow) {
   EXPECT_FALSE(EnlargedGraph.Visible);
   EXPECT_FALSE(EnlargedGraph.Loaded);
   EXPECT_EQ(EnlargedGraph.txtXmin.Text, "");
+}
+
+/// The lamp is hollow at three of four edges; its word is not.
+TEST(DepthLamp, WordHoldsBetweenTheStepsAndTurnsWithThem) {
+  depth_word = {};
+  Truck truck;
+  truck.OpenPorts();
+  truck.EncoderDown();
+  truck.Cd(false);
+  EXPECT_FALSE(Truck::Solid(Main.shpDepth));
+  EXPECT_EQ(Main.shpDepth.Caption, "DOWN");
+  truck.Cd(true);
+  truck.EncoderUp(2);
+  EXPECT_EQ(Main.shpDepth.Caption, "UP");
+  Truck::RunFor(kStillAfter);
+  FollowDepthWord();
+  EXPECT_EQ(Main.shpDepth.Caption, "STILL");
+}
+
+TEST(DepthLamp, WordComesWithAPulseToo) {
+  depth_word = {};
+  Truck truck(1);
+  truck.OpenPorts();
+  truck.Pulse();
+  EXPECT_EQ(Main.shpDepth.Caption, "DOWN");
 }
 
 }  // namespace

@@ -85,7 +85,8 @@ bool ControlMirror::ChangesRoom() const {
   const bool has_text = qobject_cast<QLabel*>(widget_) != nullptr ||
                         qobject_cast<QAbstractButton*>(widget_) != nullptr;
   if (has_text) return control_.Caption != shadow_.Caption;
-  return control_.Fill != shadow_.Fill || control_.FillColor != shadow_.FillColor;
+  return control_.Fill != shadow_.Fill || control_.FillColor != shadow_.FillColor ||
+         (control_.Kind() == ControlKind::Shape && control_.Caption != shadow_.Caption);
 }
 
 void ControlMirror::FollowTexts(bool anew) {

@@ -28,6 +28,7 @@ namespace {
 
 const QSize kDrawnFor(800, 600);
 constexpr double kShareOfDisplay = 0.9;
+constexpr int kSettlingFrames = 3;
 
 /// The parts of which Qt itself builds a list, a box or a scroll bar.
 bool IsInside(const QObject& object) {
@@ -219,7 +220,8 @@ void FormWindow::Style() {
 /// Only where a text, its room or what is in sight has changed.
 void FormWindow::FollowTexts() {
   for (const auto& mirror : mirrors_) texts_due_ = mirror->TakeChange() || texts_due_;
-  if (!std::exchange(texts_due_, false)) return;
+  if (settling_ > 0) --settling_;
+  if (!std::exchange(texts_due_, settling_ > 0)) return;
   QString taken;
   if (auto* menus = findChild<QMenuBar*>()) {
     for (const QAction* menu : menus->actions()) taken += MnemonicOf(menu->text());
@@ -272,6 +274,7 @@ void FormWindow::resizeEvent(QResizeEvent* event) {
   TurnAreas(*this);
   for (QWidget* tall : findChildren<TextView*>()) tall->updateGeometry();
   texts_due_ = true;
+  settling_ = kSettlingFrames;
   TellPlace();
 }
 

@@ -80,6 +80,7 @@ class FormWindow : public QMainWindow {
   std::vector<Gaps> gaps_;
   std::vector<std::unique_ptr<ControlMirror>> mirrors_;
   std::vector<std::string> mismatches_;
+  int settling_ = 0;  // frames in which places in fractions may still follow a new size
 };
 
 }  // namespace penlog

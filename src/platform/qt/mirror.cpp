@@ -3,8 +3,11 @@
 #include <QApplication>
 #include <QPainter>
 #include <QPixmap>
+#include <QWindow>
 
+#include "forms/raises.h"
 #include "platform/qt/widget_acts.h"
+#include "platform/qt/widget_inputs.h"
 
 namespace penlog {
 
@@ -15,6 +18,10 @@ void Settle() {
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
                                   QEventLoop::ExcludeSocketNotifiers);
+}
+
+bool OrdersNoWindows() {
+  return QGuiApplication::platformName() == "offscreen";
 }
 
 /// Lays `above` over the picture, where it stands on the window.
@@ -58,12 +65,34 @@ void WindowMirror::Follow() {
   boxes_.Follow(ShownWindows());
 }
 
+/// A window that belongs to another stays above it also when that one is pressed.
+void WindowMirror::StandAbove(FormWindow& window) {
+  Form* below = FindForm(window.property("above").toString().toStdString());
+  if (below == nullptr || !below->Visible || window.windowHandle() == nullptr) return;
+  window.windowHandle()->setTransientParent(WindowOf(*below).windowHandle());
+}
+
 void WindowMirror::FollowOrder() {
-  if (ShownForms() == order_) return;
+  ActivateFront();
+  if (ShownForms() == order_ && raises.Count == raises_) return;
   order_ = ShownForms();
-  if (QGuiApplication::platformName() == "offscreen") return;  // knows no order of windows
-  for (Form* form : order_) WindowOf(*form).raise();
-  if (FormWindow* front = FrontWindow()) front->activateWindow();
+  raises_ = raises.Count;
+  ++raised_;
+  activation_due_ = true;
+  if (OrdersNoWindows()) return ActivateFront();
+  for (Form* form : order_) {
+    WindowOf(*form).raise();
+    StandAbove(WindowOf(*form));
+  }
+  ActivateFront();
+}
+
+/// A button that is held down stays in the operator's hand: another window gets the keys after it.
+void WindowMirror::ActivateFront() {
+  if (!activation_due_ || AnyButtonHeld()) return;
+  activation_due_ = false;
+  FormWindow* front = FrontWindow();
+  if (front != nullptr && !OrdersNoWindows()) front->activateWindow();
 }
 
 FormWindow* WindowMirror::FrontWindow() {

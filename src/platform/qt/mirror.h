@@ -32,16 +32,25 @@ class WindowMirror : public View {
   void Follow();
   /// Frames so far.
   std::int64_t Frames() const { return frames_; }
+  /// How often the windows were put into their order.
+  std::int64_t Raised() const { return raised_; }
+  /// The front window still waits for the keys: a button is held.
+  bool WaitsForKeys() const { return activation_due_; }
   /// The window of a form; made when it is first asked for.
   FormWindow& WindowOf(Form& form);
 
  private:
   void FollowOrder();
+  void ActivateFront();
+  void StandAbove(FormWindow& window);
   FormWindow* FrontWindow();
   std::vector<FormWindow*> ShownWindows();
 
   std::map<std::string, std::unique_ptr<FormWindow>> windows_;
   std::vector<Form*> order_;  // of the shown windows, the front one last
+  std::uint32_t raises_ = 0;  // of the forms, as far as the windows have followed
+  std::int64_t raised_ = 0;
+  bool activation_due_ = false;
   BoxWindows boxes_;
   StopKey stop_key_;
   QElapsedTimer since_frame_;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numeric>
 
 namespace penlog {
 
@@ -11,7 +12,7 @@ namespace {
 
 constexpr double kLeastPen = 1.5;  // pixels of the window
 constexpr double kPenShare = 330;  // of the picture's height
-constexpr double kTickShare = 45;  // of the same
+constexpr double kTickShare = 20;  // of the same: 150 twips of about 3000
 constexpr Colour kGrid{200, 200, 200};
 
 /// Lines that show a scale stand behind what is drawn in it: half as dark as a border.
@@ -192,7 +193,13 @@ void PictureCanvas::Compose(const Picture& picture, const PixelRows& rows) {
     std::memcpy(image_.scanLine(row), ground_.constScanLine(row),
                 static_cast<std::size_t>(image_.bytesPerLine()));
   }
-  for (std::size_t i = 0; i < traces_.size(); ++i) {
+  // By their series, not by their age: a trace that was broken off goes on in its old place.
+  std::vector<std::size_t> order(traces_.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return picture.traces[a].series < picture.traces[b].series;
+  });
+  for (const std::size_t i : order) {
     const QColor colour = Shown(picture.traces[i].colour);
     for (const TraceCover& part : traces_[i].parts) part.Paint(image_, rows, colour);
   }

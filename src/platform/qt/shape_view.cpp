@@ -29,8 +29,15 @@ void ShapeView::SetFill(FillStyle fill, Colour colour) {
   update();
 }
 
+void ShapeView::SetWord(const QString& word) {
+  if (word == word_) return;
+  word_ = word;
+  update();
+}
+
 QString ShapeView::Word() const {
   if (!IsLamp()) return {};
+  if (!word_.isEmpty()) return word_;
   if (!IsSolid()) return Told(word_off_);
   if (colour_ == kRed && !word_red_.isEmpty()) return Told(word_red_);
   if (colour_ == kGreen && !word_green_.isEmpty()) return Told(word_green_);
@@ -42,7 +49,7 @@ int ShapeView::WidestWord(const QFont& font) const {
   for (const QString& word : {word_on_, word_off_, word_red_, word_green_}) {
     widest = std::max(widest, QFontMetrics(font).horizontalAdvance(Told(word)));
   }
-  return widest;
+  return std::max(widest, QFontMetrics(font).horizontalAdvance(word_));
 }
 
 QRect ShapeView::WordRect() const {
@@ -92,11 +99,11 @@ void ShapeView::PaintLamp(QPainter& painter) const {
   painter.drawText(WordRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, Word());
 }
 
-/// Not to be taken for a lamp that is on: a small square beside the word it explains.
+/// Not to be taken for a lamp that is on: a small open square beside the word it explains.
 void ShapeView::PaintKey(QPainter& painter) const {
   const double side = std::min(width(), height()) * 0.5;
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(FillColour());
+  painter.setPen(QPen(FillColour(), std::max(kFirmLine, side / 5)));
+  painter.setBrush(Qt::NoBrush);
   painter.drawRect(QRectF((width() - side) / 2, (height() - side) / 2, side, side));
 }
 

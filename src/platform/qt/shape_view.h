@@ -23,6 +23,8 @@ class ShapeView : public QWidget {
 
   void SetFill(FillStyle fill, Colour colour);
   bool IsSolid() const { return fill_ == FillStyle::Solid; }
+  /// The word that the program itself gives a lamp; empty: the one for its fill and colour.
+  void SetWord(const QString& word);
   /// The state that a lamp shows now, in words; empty for the other figures.
   QString Word() const;
   /// The font that it is written with, and the room for it.
@@ -44,6 +46,7 @@ class ShapeView : public QWidget {
   void PaintGround(QPainter& painter) const;
 
   QString figure_ = "lamp";
+  QString word_;
   QString word_on_ = "ON";
   QString word_off_ = "OFF";
   QString word_red_;

@@ -74,7 +74,8 @@ constexpr char kTexts[] = R"(
   penlog--TextView[role="sign"] { font-size: {13}; font-weight: bold; }
   penlog--TextView[role="state"] { font-size: {16}; font-weight: bold; }
   penlog--TextView[role="caption"] { color: @caption; font-size: {13}; }
-  penlog--FrameView#frmGraphArea penlog--TextView { font-size: {11}; }
+  penlog--FrameView#frmGraphArea penlog--TextView { font-size: {12}; }
+  penlog--FrameView#frmGraphArea penlog--TextView[role="value"] { font-size: {18}; }
   penlog--FrameView { font-size: {13}; }
   penlog--ReportView { font-size: {13}; }
 )";

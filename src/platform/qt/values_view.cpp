@@ -8,7 +8,8 @@ namespace penlog {
 namespace {
 
 constexpr int kMostColumns = 3;
-constexpr double kShareOfName = 0.58;
+constexpr double kShareOfName = 0.5;
+constexpr int kMostLines = 5;  // that a row may be high: to be read from afar
 
 }  // namespace
 
@@ -33,7 +34,7 @@ void ValuesView::Arrange() {
   int columns = 1;
   const auto rows_of = [&] { return (count + columns - 1) / columns; };
   while (columns < kMostColumns && height() < rows_of() * line) ++columns;
-  const int high = std::min(height() / rows_of(), 3 * line);
+  const int high = std::min(height() / rows_of(), kMostLines * line);
   const int wide = width() / columns;
   const int name = static_cast<int>(wide * kShareOfName);
   for (int i = 0; i < count; ++i) {

@@ -124,6 +124,8 @@ void ShowCaption(QWidget& widget, const Control& control) {
     report->SetText(caption);
   } else if (auto* frame = qobject_cast<FrameView*>(&widget)) {
     frame->SetCaption(caption);
+  } else if (auto* shape = qobject_cast<ShapeView*>(&widget)) {
+    shape->SetWord(caption);
   } else if (auto* label = qobject_cast<QLabel*>(&widget)) {
     if (label->text() != caption) label->setText(caption);
   } else if (auto* button = qobject_cast<QAbstractButton*>(&widget)) {

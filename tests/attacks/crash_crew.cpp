@@ -1,0 +1,219 @@
+#include "attacks/crash_crew.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "app/console.h"
+#include "core/reset_state.h"
+#include "forms/main_form.h"
+#include "forms/setup_display_form.h"
+#include "forms/setup_sounding_form.h"
+#include "forms/specify_truck_interface_form.h"
+#include "forms/start_up_form.h"
+#include "platform/boxes.h"
+#include "platform/clock.h"
+#include "platform/numbers.h"
+#include "platform/yield.h"
+#include "rig/rig_setups.h"
+#include "sounding/sounding_state.h"
+
+namespace penlog {
+
+namespace {
+
+constexpr Micros kGlance = 100 * kMillisecond;
+constexpr Micros kPressAgain = 2 * kSecond;
+constexpr Micros kLongestLife = 10 * 60 * kSecond;
+constexpr double kStepMetres = 0.02;
+
+/// Prints nothing but what the ground says, so that two runs can be compared to the last digit.
+RigSetup SteadyRig() {
+  RigSetup rig = MakeRigSetup("proximity");
+  rig.cone.steady = true;
+  rig.cone.decimals = 5;  // as many as the files hold
+  rig.truck.push_speed = 5.0;
+  return rig;
+}
+
+VirtualSessionSetup TimeOf(CrewTask task) {
+  VirtualSessionSetup setup;
+  if (task != CrewTask::Record) setup.start.hour += 1;
+  return setup;
+}
+
+int EntryOf(const Control& list, const std::string& text) {
+  const auto found = std::find(list.List.begin(), list.List.end(), text);
+  return found == list.List.end() ? 0 : static_cast<int>(found - list.List.begin());
+}
+
+}  // namespace
+
+CrashCrew::CrashCrew(const MemoryDisk& from, CrewTask task)
+    : session(SteadyRig(), TimeOf(task)), task_(task) {
+  disk = from;
+  session.ports.Wire(6);
+  if (task != CrewTask::Resume) return;
+  const auto rows = static_cast<double>(StoredRows(ContentOf(disk, CrashTemporary())).size());
+  Order("at " + Format(rows * kStepMetres, "0.00") + " 0");
+}
+
+CrashCrew::~CrashCrew() {
+  DropCalls(this);
+}
+
+void CrashCrew::Live() {
+  ForgetEnd();
+  ResetBoxes();
+  ResetActions();
+  ResetState();
+  begun_ = Now();
+  PostLook();
+  RunConsole();
+  DropCalls(this);
+}
+
+bool CrashCrew::WasTold(const std::string& part) const {
+  return WasTold(part, 0, Now());
+}
+
+bool CrashCrew::WasTold(const std::string& part, Micros from, Micros limit) const {
+  return std::any_of(told.begin(), told.end(), [&](const Told& one) {
+    return one.time >= from && one.time <= from + limit && one.text.find(part) != part.npos;
+  });
+}
+
+std::string CrashCrew::AllTold() const {
+  std::string text;
+  for (const Told& one : told) text += "  " + one.text.substr(0, 200) + "\n";
+  return text;
+}
+
+void CrashCrew::PostLook() {
+  PostCall(
+      Now() + kGlance, this, [this] { Look(); }, EventKind::RepeatingCall);
+}
+
+void CrashCrew::Look() {
+  PostLook();
+  if (Now() - begun_ > kLongestLife) return RequestEnd();
+  if (const FileDialog* dialog = OpenFileDialog()) AnswerFileDialog(dialog->id, CrashCpt());
+  if (BoxIsOpen()) return Answer();
+  for (auto form = ShownForms().rbegin(); form != ShownForms().rend(); ++form) {
+    if ((*form)->Name() != "frmWarning") return ActOn((*form)->Name());
+  }
+}
+
+void CrashCrew::Answer() {
+  const MessageBox* box = FrontBox();
+  if (box == nullptr) return;
+  told.push_back({Now(), box->text});
+  const bool asks = Offers(box->buttons, BoxAnswer::Yes);
+  AnswerBox(box->id, asks ? BoxAnswer::Yes : BoxAnswer::Ok);
+}
+
+void CrashCrew::Order(const std::string& words) {
+  std::string reply;
+  EXPECT_TRUE(session.rig.Command(words, reply)) << words << ": " << reply;
+}
+
+void CrashCrew::Do(const std::string& control, ActionKind kind, const std::string& text,
+                   int number) {
+  OperatorAction action;
+  action.form = FindForm(control.substr(0, control.find('.')));
+  action.control = action.form->Find(control.substr(control.find('.') + 1));
+  action.kind = kind;
+  action.text = text;
+  action.number = number;
+  PostActionNow(std::move(action));
+}
+
+void CrashCrew::DoAgain(const std::string& control) {
+  const auto [pressed, is_first] = pressed_.emplace(control, Now());
+  if (!is_first && Now() - pressed->second < kPressAgain) return;
+  pressed->second = Now();
+  Do(control);
+}
+
+void CrashCrew::ActOn(const std::string& screen) {
+  if (screen == "StartUp") return ActOnStart();
+  if (screen == "frmSpecifyTruckInterface") return SpecifyTruck();
+  if (screen == "frmConeSettings") return DoAgain("frmConeSettings.cmdClose");
+  if (screen == "SetupSounding") return SetUpSounding();
+  if (screen == "SetupDisplay") {
+    const bool asks = SetupDisplay.frmSelectPPType.IsShown();
+    return DoAgain(asks ? "SetupDisplay.cmdU2PPFilter" : "SetupDisplay.cmdDone");
+  }
+  if (screen == "frmZOLRestart") {
+    ended = true;
+    return Do("frmZOLRestart.cmdNo");
+  }
+  if (screen == "Main") ActOnMain();
+}
+
+void CrashCrew::ActOnStart() {
+  if (task_ == CrewTask::Record) return DoAgain("StartUp.cmdStart");
+  if (StartUp.frmResume.IsShown()) return DoAgain("StartUp.cmdResumeAtLastDepth");
+  if (task_ == CrewTask::Resume && !std::exchange(asked_to_resume_, true)) {
+    return Do("StartUp.cmdResume");
+  }
+  left = true;
+  Do("StartUp.cmdExit");
+}
+
+void CrashCrew::SpecifyTruck() {
+  const Control& ports = frmSpecifyTruckInterface.cmbTruckInterfaceSerialPort;
+  if (ports.ListIndex >= 0) return DoAgain("frmSpecifyTruckInterface.cmdSavePort");
+  Do("frmSpecifyTruckInterface.cmbTruckInterfaceSerialPort", ActionKind::Select, "",
+     EntryOf(ports, "4"));
+}
+
+void CrashCrew::SetUpSounding() {
+  if (SetupSounding.Dir1.Text != "/soundings") {
+    return Do("SetupSounding.Dir1", ActionKind::Type, "/soundings");
+  }
+  if (SetupSounding.txtFileName.Text != "S1") {
+    return Do("SetupSounding.txtFileName", ActionKind::Type, "S1");
+  }
+  if (SetupSounding.txtStartDepth.Text != "12.34") {
+    return Do("SetupSounding.txtStartDepth", ActionKind::Type, "12.34");
+  }
+  DoAgain("SetupSounding.Command2");
+}
+
+void CrashCrew::LookAtResumedFiles() {
+  rows_taken_up = sounding.RowCount;
+  const auto rows = static_cast<std::size_t>(rows_taken_up);
+  const std::size_t aligned = rows > kCrashDelay ? rows - kCrashDelay : 0;
+  const struct {
+    const std::string& path;
+    std::size_t lines;
+  } files[] = {{CrashTemporary(), kTemporaryHead + rows}, {CrashCpt(), kCptHead + aligned}};
+  for (const auto& [path, lines] : files) {
+    const std::string& text = ContentOf(disk, path);
+    const std::size_t whole = WholeLines(text).size();
+    if (whole != lines || !text.ends_with("\r\n")) {
+      files_at_resume += path + " has " + std::to_string(whole) + " whole lines, not " +
+                         std::to_string(lines) + ".  ";
+    }
+  }
+  if (!ContentOf(disk, CrashTim()).ends_with("\r\n")) files_at_resume += "torn marks.  ";
+}
+
+void CrashCrew::ActOnMain() {
+  if (Main.frmTakeFinalBaseline.IsShown()) return DoAgain("Main.Command2");
+  if (Main.frmLocalWarning.IsShown()) return DoAgain("Main.cmdWarningOK1");
+  if (Main.cmdStart.Caption != "STOP") {
+    return DoAgain(Main.cmdStart.Enabled ? "Main.cmdStart" : "Main.cmdTakeBaseline");
+  }
+  if (task_ == CrewTask::Resume && rows_taken_up < 0) LookAtResumedFiles();
+  if (sounding.ReadingsTaken < 10) return;
+  if (!std::exchange(holds_, true) && sounding.RowCount < kCrashRows) {
+    Order("hold " + std::to_string(kCrashRows - sounding.RowCount) + " 6");
+  }
+  if (session.rig.truck.Busy() || sounding.RowCount < kCrashRows) return;
+  DoAgain("Main.cmdStart");
+}
+
+}  // namespace penlog

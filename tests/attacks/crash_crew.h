@@ -1,0 +1,74 @@
+// The crew that records the sounding of `crash_disk.h`, and resumes it, through the screens.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "attacks/crash_disk.h"
+#include "forms/operator_actions.h"
+#include "operator/virtual_session.h"
+
+namespace penlog {
+
+/// What a crew is to do in one life of the console.
+enum class CrewTask {
+  Record,  ///< the whole sounding
+  Resume,  ///< take up what "TemporaryData.txt" holds, and record the rest
+  Look,    ///< start the console, and leave it
+};
+
+/// An operator and a rig. He takes each box with OK or YES, each file dialog with the sounding's
+/// own file, and presses again what was refused.
+class CrashCrew {
+ public:
+  /// Works on a copy of `disk`. For a resume the tip stands where the last stored row was taken.
+  CrashCrew(const MemoryDisk& disk, CrewTask task);
+  ~CrashCrew();
+  CrashCrew(const CrashCrew&) = delete;
+  CrashCrew& operator=(const CrashCrew&) = delete;
+
+  /// One life of the console, until it ends by itself, is stopped by its disk, or takes too long.
+  void Live();
+
+  bool WasTold(const std::string& part) const;
+  /// Told within `limit` from `from` on.
+  bool WasTold(const std::string& part, Micros from, Micros limit) const;
+  std::string AllTold() const;
+
+  struct Told {
+    Micros time;
+    std::string text;
+  };
+
+  VirtualSession session;
+  MemoryDisk& disk = session.disk;
+  std::vector<Told> told;
+  bool ended = false;           ///< by the last NO behind a closed sounding
+  bool left = false;            ///< by EXIT of the start screen
+  int rows_taken_up = -1;       ///< that stood in memory as the console of a resume opened
+  std::string files_at_resume;  ///< what was not whole then; empty if all was
+
+ private:
+  void PostLook();
+  void Look();
+  void Answer();
+  void ActOn(const std::string& screen);
+  void ActOnStart();
+  void ActOnMain();
+  void SpecifyTruck();
+  void SetUpSounding();
+  void LookAtResumedFiles();
+  void Do(const std::string& control, ActionKind kind = ActionKind::Click,
+          const std::string& text = {}, int number = 0);
+  void DoAgain(const std::string& control);
+  void Order(const std::string& words);
+
+  CrewTask task_;
+  bool asked_to_resume_ = false;
+  bool holds_ = false;
+  Micros begun_ = 0;
+  std::map<std::string, Micros> pressed_;
+};
+
+}  // namespace penlog

@@ -1,0 +1,102 @@
+#include "attacks/crash_disk.h"
+
+#include <algorithm>
+#include <set>
+#include <string_view>
+
+#include "core/first_run_data.h"
+#include "operator/virtual_session.h"
+
+namespace penlog {
+
+namespace {
+
+/// The first-run settings for this rig, as an older version left them: without the last value.
+std::string OlderSettings(std::string_view first_run) {
+  std::vector<std::string> lines = WholeLines(std::string(first_run));
+  lines.at(19) = lines.at(20) = "0.02";  // resolution and step
+  for (const int line : {22, 23, 24, 25}) lines.at(static_cast<std::size_t>(line) - 1) = "1";
+  lines.at(40) = "3";
+  lines.at(41) = "0";  // the truck interface is to be found
+  lines.at(55) = "6";
+  lines.pop_back();
+  std::string text;
+  for (const std::string& line : lines) text += line + "\r\n";
+  return text;
+}
+
+}  // namespace
+
+std::string CrashData(std::string_view name) {
+  return VirtualSession::DataDirectory() + "/" + std::string(name);
+}
+
+const std::string& ContentOf(const MemoryDisk& disk, const std::string& path) {
+  static const std::string none;
+  const auto found = disk.Files().find(path);
+  return found == disk.Files().end() ? none : found->second;
+}
+
+const std::string& CrashTemporary() {
+  static const std::string path = CrashData("TemporaryData.txt");
+  return path;
+}
+
+const std::string& CrashCpt() {
+  static const std::string path = "/soundings/S1.cpt";
+  return path;
+}
+
+const std::string& CrashTim() {
+  static const std::string path = "/soundings/S1.tim";
+  return path;
+}
+
+const std::string& OldSounding() {
+  static const std::string text = "/soundings/OLD.cpt\r\nOLD\r\nrows of another day\r\n";
+  return text;
+}
+
+MemoryDisk DiskBeforeCrash() {
+  MemoryDisk disk;
+  for (const FirstRunFile& file : FirstRunFiles()) {
+    const bool is_setup = file.name == "System Setup Values.txt";
+    disk.Put(CrashData(file.name),
+             is_setup ? OlderSettings(file.content) : std::string(file.content));
+  }
+  disk.Put(CrashTemporary(), OldSounding());
+  disk.PutFolder("/soundings");
+  return disk;
+}
+
+std::vector<std::string> WholeLines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::size_t at = 0;
+  for (std::size_t end = text.find('\n'); end != text.npos; end = text.find('\n', at)) {
+    const bool has_return = end > at && text[end - 1] == '\r';
+    lines.push_back(text.substr(at, end - at - (has_return ? 1 : 0)));
+    at = end + 1;
+  }
+  return lines;
+}
+
+std::vector<std::string> StoredRows(const std::string& temporary) {
+  std::vector<std::string> lines = WholeLines(temporary);
+  const std::size_t head = std::min(lines.size(), kTemporaryHead);
+  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(head));
+  return lines;
+}
+
+void SyncedRows::Watch(MemoryDisk& disk) {
+  disk.after = [this, &disk](std::string_view operation, const std::string& path) {
+    if (operation == "sync" && path == CrashTemporary()) rows = StoredRows(disk.Files().at(path));
+  };
+}
+
+bool NeedsNoWord(const DiskWork& work) {
+  const std::set<std::string> above = {"/", "/allusers"};
+  return work.operation == "close" ||
+         (work.operation == "sync folder" && above.count(work.path) > 0);
+}
+
+}  // namespace penlog

@@ -1,0 +1,297 @@
+#include "attacks/crash_judge.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+#include "operator/run_hash.h"
+#include "platform/numbers.h"
+
+namespace penlog {
+
+namespace {
+
+bool IsOfSounding(const std::string& path) {
+  return path.starts_with("/soundings/") || path.starts_with(CrashData("TemporaryData"));
+}
+
+/// Left over by an operation that was cut off, and of no use.
+bool IsLeftOver(const std::string& path) {
+  return path.ends_with(".new") || path.ends_with("PENLOG Write Test.tmp");
+}
+
+std::uint64_t HashOf(const MemoryDisk& disk) {
+  RunHash hash;
+  hash.AddFiles(disk);
+  return hash.Value();
+}
+
+/// Without the soundings.
+MemoryDisk DataOf(const MemoryDisk& disk) {
+  MemoryDisk data;
+  for (const auto& [path, content] : disk.Files()) {
+    if (!path.starts_with("/soundings/")) data.Put(path, content);
+  }
+  return data;
+}
+
+}  // namespace
+
+// The whole sounding.
+
+WholeSounding::WholeSounding() : before(DiskBeforeCrash()) {
+  for (const auto& [path, content] : before.Files()) versions[path] = {content};
+  CrashCrew crew(before, CrewTask::Record);
+  crew.disk.fate = [this](std::string_view operation, const std::string& path, std::int64_t) {
+    works.push_back({std::string(operation), path});
+    return Fate::Done;
+  };
+  crew.disk.after = [&](std::string_view operation, const std::string& path) {
+    if (operation != "rename" || IsOfSounding(path)) return;
+    versions[path].insert(crew.disk.Files().at(path));
+  };
+  crew.Live();
+  cpt = ContentOf(crew.disk, CrashCpt());
+  tim = ContentOf(crew.disk, CrashTim());
+  EXPECT_TRUE(crew.ended) << crew.AllTold();
+  EXPECT_EQ(ContentOf(crew.disk, CrashTemporary()), "DONE\r\n");
+  EXPECT_EQ(WholeLines(cpt).size(), kCptHead + kCrashRows + 1) << "rows and a final baseline";
+  EXPECT_EQ(WholeLines(tim).size(), kTimHead + kCrashRows) << "a mark a row";
+  for (const std::string& path : {CrashTemporary(), CrashTim()}) {
+    EXPECT_EQ(std::count(works.begin(), works.end(), DiskWork{"sync", path}), kCrashRows)
+        << "each row is promised as it is taken: " << path;
+  }
+  EXPECT_EQ(versions[CrashData("System Setup Values.txt")].size(), 3U) << "rewritten and saved";
+}
+
+std::int64_t WholeSounding::StepOf(const DiskWork& work, int nth) const {
+  std::vector<std::int64_t> steps;
+  for (std::size_t i = 0; i < works.size(); ++i) {
+    if (works[i] == work) steps.push_back(static_cast<std::int64_t>(i) + 1);
+  }
+  const auto count = static_cast<int>(steps.size());
+  const int index = nth > 0 ? nth - 1 : count + nth;
+  EXPECT_TRUE(index >= 0 && index < count) << work.Text() << " " << nth << " of " << count;
+  return index >= 0 && index < count ? steps[static_cast<std::size_t>(index)] : 1;
+}
+
+LeftBehind DieAt(const MemoryDisk& from, CrewTask task, const CrashPoint& point,
+                 std::vector<std::string> synced) {
+  CrashCrew crew(from, task);
+  SyncedRows promised{std::move(synced)};
+  promised.Watch(crew.disk);
+  crew.disk.fate = [&](std::string_view operation, const std::string& path, std::int64_t number) {
+    if (number != point.step) return Fate::Done;
+    EXPECT_EQ(DiskWork({std::string(operation), path}).Text(), point.work.Text());
+    return point.stop;
+  };
+  crew.Live();
+  EXPECT_TRUE(crew.disk.Stopped()) << "the step was not reached";
+  LeftBehind left;
+  for (const NamedLoss& loss : kLosses) left.disks.push_back(crew.disk.After(loss.loss));
+  left.synced = std::move(promised.rows);
+  return left;
+}
+
+namespace {
+
+/// Where the speed stands in a row of that file.
+std::pair<std::size_t, std::size_t> SpeedPlace(const std::string& cpt) {
+  return cpt.starts_with("KQ") ? std::pair{7U, 6U} : std::pair{6U, 7U};
+}
+
+/// The rows of the file, from 0, that show the speed behind row `stood`.
+bool ShowsSpeedBehind(std::size_t row, int stood) {
+  const auto number = static_cast<int>(row) + 1;
+  const int flushed_from = kCrashRows - kCrashDelay + 1;
+  return number < flushed_from ? number + kCrashDelay == stood + 1 : number == stood + 1;
+}
+
+/// A sounding that was resumed without a row goes on one step below 0, as it tells.
+bool HasOwnDepths(const AllowedDifferences& allowed) {
+  return allowed.resumed_at.count(0) > 0;
+}
+
+bool SameRow(std::string row, std::string wanted, std::size_t index,
+             std::pair<std::size_t, std::size_t> place, const AllowedDifferences& allowed) {
+  if (row.size() != wanted.size()) return false;
+  const auto [at, width] = place;
+  if (row.size() < at + width) return row == wanted;
+  if (HasOwnDepths(allowed)) row.replace(0, at, wanted.substr(0, at));
+  const bool own_speed = std::any_of(allowed.resumed_at.begin(), allowed.resumed_at.end(),
+                                     [&](int stood) { return ShowsSpeedBehind(index, stood); });
+  const double speed = LeadingNumber(row.substr(at, width));
+  const double usual = LeadingNumber(wanted.substr(at, width));
+  const bool nearly = allowed.speeds_nearly && std::abs(speed - usual) <= 0.05 * usual;
+  if (own_speed || nearly) row.replace(at, width, wanted.substr(at, width));
+  return row == wanted;
+}
+
+std::string LineDifference(std::size_t line, const std::string& is, const std::string& wanted) {
+  return "line " + std::to_string(line + 1) + " is \"" + is + "\", not \"" + wanted + "\"";
+}
+
+}  // namespace
+
+std::string CptDifference(const std::string& cpt, const WholeSounding& whole,
+                          const AllowedDifferences& allowed) {
+  constexpr std::size_t kDateLine = 7;
+  const std::vector<std::string> lines = WholeLines(cpt);
+  const std::vector<std::string> wanted = WholeLines(whole.cpt);
+  for (std::size_t i = 0; i < std::min(lines.size(), wanted.size()); ++i) {
+    const bool same =
+        i >= kCptHead ? SameRow(lines[i], wanted[i], i - kCptHead, SpeedPlace(whole.cpt), allowed)
+                      : lines[i] == wanted[i] || (allowed.date && i == kDateLine);
+    if (!same) return LineDifference(i, lines[i], wanted[i]);
+  }
+  if (lines.size() != wanted.size()) {
+    return std::to_string(lines.size()) + " lines, not " + std::to_string(wanted.size());
+  }
+  return cpt.ends_with("\r\n") ? "" : "an unfinished line at the end";
+}
+
+std::string TimDifference(const std::string& tim, const WholeSounding& whole,
+                          const AllowedDifferences& allowed) {
+  std::vector<std::string> lines = WholeLines(tim);
+  const std::vector<std::string> wanted = WholeLines(whole.tim);
+  if (lines.empty() || lines[0] != wanted[0]) return "no title";
+  if (!tim.ends_with("\r\n")) return "an unfinished line at the end";
+  std::vector<std::string> depths;
+  for (std::size_t i = kTimHead; i < lines.size(); ++i) {
+    const std::string depth = lines[i].substr(0, lines[i].find(' '));
+    if (depths.empty() || depths.back() != depth) depths.push_back(depth);
+  }
+  const bool own = HasOwnDepths(allowed);
+  for (std::size_t i = kTimHead; i < wanted.size(); ++i) {
+    const std::string depth = wanted[i].substr(0, wanted[i].find(' '));
+    const auto found = std::find(depths.begin(), depths.end(), depth);
+    if (found == depths.end() && !own) return "no mark at " + depth;
+    if (found != depths.end()) depths.erase(depths.begin(), found + 1);
+  }
+  return depths.empty() || own ? "" : "marks out of their order";
+}
+
+// The judge.
+
+void CrashCount::Add(const CrashCount& other) {
+  cases += other.cases;
+  played += other.played;
+  rows_synced += other.rows_synced;
+  rows_lost += other.rows_lost;
+}
+
+std::string CrashCount::Text() const {
+  return std::to_string(cases) + " cases, " + std::to_string(played) +
+         " of them different disks that were taken up and ended; " + std::to_string(rows_synced) +
+         " rows promised, " + std::to_string(rows_lost) + " lost";
+}
+
+/// Old or new, never half.
+std::string CrashJudge::FilesAreWhole(const MemoryDisk& left) const {
+  std::string faults;
+  for (const auto& [path, content] : left.Files()) {
+    if (IsOfSounding(path) || IsLeftOver(path)) continue;
+    const auto known = whole_.versions.find(path);
+    if (known == whole_.versions.end()) {
+      faults += path + " is not known.  ";
+    } else if (known->second.count(content) == 0) {
+      faults += path + " is neither old nor new.  ";
+    }
+  }
+  for (const auto& [path, content] : whole_.before.Files()) {
+    if (!IsOfSounding(path) && left.Files().count(path) == 0) faults += path + " is gone.  ";
+  }
+  const bool has_old = std::any_of(left.Files().begin(), left.Files().end(),
+                                   [](const auto& file) { return file.second == OldSounding(); });
+  return has_old ? faults : faults + "the suspended sounding is gone.  ";
+}
+
+std::string CrashJudge::RowsAreHeld(const MemoryDisk& left, const std::vector<std::string>& synced,
+                                    const AllowedDifferences& allowed) {
+  const std::string& temporary = ContentOf(left, CrashTemporary());
+  count.rows_synced += static_cast<std::int64_t>(synced.size());
+  if (temporary == "DONE\r\n") {
+    const std::string difference = CptDifference(ContentOf(left, CrashCpt()), whole_, allowed);
+    if (difference.empty()) return {};
+    count.rows_lost += static_cast<std::int64_t>(synced.size());
+    return "DONE stands, and the sounding's file is not whole: " + difference;
+  }
+  const bool ours = temporary.starts_with(CrashCpt());
+  const std::vector<std::string> rows = ours ? StoredRows(temporary) : std::vector<std::string>();
+  const auto [lost, rest] = std::mismatch(synced.begin(), synced.end(), rows.begin(), rows.end());
+  count.rows_lost += synced.end() - lost;
+  if (lost != synced.end()) return "a promised row is lost: " + *lost;
+  const std::string& cpt = ContentOf(left, CrashCpt());
+  const bool has_head = WholeLines(cpt).size() >= kCptHead || (cpt.empty() && allowed.no_file);
+  if (ours && !has_head) return "the sounding's file has no whole head";
+  return {};
+}
+
+std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences allowed) const {
+  const auto rows = static_cast<int>(StoredRows(ContentOf(left, CrashTemporary())).size());
+  allowed.resumed_at.insert(rows);
+  CrashCrew crew(left, CrewTask::Resume);
+  crew.Live();
+  std::string faults = crew.files_at_resume;
+  if (crew.rows_taken_up != rows) {
+    faults += std::to_string(crew.rows_taken_up) + " rows were taken up, not " +
+              std::to_string(rows) + ".  ";
+  }
+  if (!crew.ended) faults += "the sounding did not end.  ";
+  if (ContentOf(crew.disk, CrashTemporary()) != "DONE\r\n") faults += "it is not DONE.  ";
+  faults += CptDifference(ContentOf(crew.disk, CrashCpt()), whole_, allowed);
+  faults += TimDifference(ContentOf(crew.disk, CrashTim()), whole_, allowed);
+  if (crew.WasTold("THOSE OF A FIRST RUN")) faults += "  The settings were damaged.";
+  return faults.empty() ? faults : faults + "\n" + crew.AllTold();
+}
+
+std::string CrashJudge::PlayStart(const MemoryDisk& left) const {
+  const bool old = ContentOf(left, CrashTemporary()) == OldSounding();
+  CrashCrew crew(left, old ? CrewTask::Look : CrewTask::Resume);
+  crew.Live();
+  std::string faults;
+  if (!crew.left) faults += "the start screen was not left.  ";
+  if (crew.WasTold("THOSE OF A FIRST RUN")) faults += "the settings were damaged.  ";
+  const bool done = ContentOf(left, CrashTemporary()) == "DONE\r\n";
+  const char* why = done ? "LAST SOUNDING COMPLETED" : "THERE IS NO SOUNDING TO RESUME";
+  if (!old && !crew.WasTold(why)) faults += std::string("not told: ") + why;
+  return faults.empty() ? faults : faults + "\n" + crew.AllTold();
+}
+
+void CrashJudge::LookAt(const MemoryDisk& left, const std::vector<std::string>& synced,
+                        const AllowedDifferences& allowed) {
+  ++count.cases;
+  EXPECT_EQ(FilesAreWhole(left), "");
+  EXPECT_EQ(RowsAreHeld(left, synced, allowed), "");
+}
+
+void CrashJudge::Judge(const MemoryDisk& left, const std::vector<std::string>& synced,
+                       const AllowedDifferences& allowed) {
+  LookAt(left, synced, allowed);
+  const bool ours = ContentOf(left, CrashTemporary()).starts_with(CrashCpt());
+  if (!played_.insert(ours ? HashOf(left) : HashOf(DataOf(left))).second) return;
+  ++count.played;
+  EXPECT_EQ(ours ? PlayResume(left, allowed) : PlayStart(left), "");
+}
+
+std::vector<std::int64_t> StepsOfPart(std::int64_t count, int part, int parts) {
+#ifdef NDEBUG
+  std::int64_t stride = 1;
+#else
+  std::int64_t stride = 7;
+#endif
+  if (const char* told = std::getenv("PENLOG_CRASH_STRIDE")) {
+    stride = std::max<std::int64_t>(1, std::atoll(told));
+  }
+  std::vector<std::int64_t> steps;
+  for (std::int64_t step = count * part / parts + 1; step <= count * (part + 1) / parts;
+       step += stride) {
+    steps.push_back(step);
+  }
+  return steps;
+}
+
+}  // namespace penlog

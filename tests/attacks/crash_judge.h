@@ -1,0 +1,100 @@
+// The sounding of `crash_disk.h` as it is without a fault, and the judge of what a crash leaves.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "attacks/crash_crew.h"
+#include "attacks/crash_disk.h"
+
+namespace penlog {
+
+/// The sounding without a fault.
+struct WholeSounding {
+  WholeSounding();
+  /// The number of its `nth` work of that kind, from 1; a negative one counts from the end.
+  std::int64_t StepOf(const DiskWork& work, int nth) const;
+
+  MemoryDisk before;
+  std::vector<DiskWork> works;  ///< in order
+  std::string cpt;
+  std::string tim;
+  /// Each whole content that a file of the data directory ever had.
+  std::map<std::string, std::set<std::string>> versions;
+};
+
+/// Where a life ends: at the work with that number, which must be this one.
+struct CrashPoint {
+  std::int64_t step;
+  Fate stop;
+  DiskWork work;
+};
+
+/// What a life leaves that ended so, by `kLosses`, and the rows promised so far.
+struct LeftBehind {
+  std::vector<MemoryDisk> disks;
+  std::vector<std::string> synced;
+};
+LeftBehind DieAt(const MemoryDisk& from, CrewTask task, const CrashPoint& point,
+                 std::vector<std::string> synced);
+
+/// Which differences to the whole sounding are to be expected.
+struct AllowedDifferences {
+  bool date = false;           ///< the setup was accepted later
+  std::set<int> resumed_at;    ///< rows that stood when it was resumed: the next one's speed
+  bool speeds_nearly = false;  ///< the link's pace has another phase: 5 % of a speed
+  bool no_file = false;        ///< the sounding's file was removed before it was resumed
+};
+
+/// Empty, or the first line that differs.
+std::string CptDifference(const std::string& cpt, const WholeSounding& whole,
+                          const AllowedDifferences& allowed);
+/// The same for the marks of the camera, but for their times. One may be there twice, none may be
+/// missing.
+std::string TimDifference(const std::string& tim, const WholeSounding& whole,
+                          const AllowedDifferences& allowed);
+
+/// What was found, counted over many cases.
+struct CrashCount {
+  std::int64_t cases = 0;
+  std::int64_t played = 0;  ///< the others left what was played already
+  std::int64_t rows_synced = 0;
+  std::int64_t rows_lost = 0;
+  void Add(const CrashCount& other);
+  std::string Text() const;
+};
+
+/// Judges what is left of a disk after a crash: first as it lies there, then by letting the console
+/// take it up and end the sounding. Each disk is played once.
+class CrashJudge {
+ public:
+  explicit CrashJudge(const WholeSounding& whole) : whole_(whole) {}
+
+  /// As it lies there; `synced` are the rows that were promised.
+  void LookAt(const MemoryDisk& left, const std::vector<std::string>& synced,
+              const AllowedDifferences& allowed = {});
+  /// The same, and whether the console can go on with it.
+  void Judge(const MemoryDisk& left, const std::vector<std::string>& synced,
+             const AllowedDifferences& allowed = {});
+
+  CrashCount count;
+
+ private:
+  std::string FilesAreWhole(const MemoryDisk& left) const;
+  std::string RowsAreHeld(const MemoryDisk& left, const std::vector<std::string>& synced,
+                          const AllowedDifferences& allowed);
+  std::string PlayResume(const MemoryDisk& left, AllowedDifferences allowed) const;
+  std::string PlayStart(const MemoryDisk& left) const;
+
+  const WholeSounding& whole_;
+  std::set<std::uint64_t> played_;
+};
+
+/// Of `count` steps those that part `part` of `parts` takes, from 1; with a stride in builds that
+/// are slow (PENLOG_CRASH_STRIDE, or told).
+std::vector<std::int64_t> StepsOfPart(std::int64_t count, int part, int parts);
+
+}  // namespace penlog
