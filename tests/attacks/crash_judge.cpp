@@ -281,7 +281,7 @@ std::vector<std::int64_t> StepsOfPart(std::int64_t count, int part, int parts) {
 #ifdef NDEBUG
   std::int64_t stride = 1;
 #else
-  std::int64_t stride = 7;
+  std::int64_t stride = 5;
 #endif
   if (const char* told = std::getenv("PENLOG_CRASH_STRIDE")) {
     stride = std::max<std::int64_t>(1, std::atoll(told));

@@ -26,6 +26,8 @@ expect StartUp.lblLastSoundingDepth "0.40 m"
                 R"(rig test resumed
 expect Main.lblDepth "0.400 m"
 expect Main.lblBigDepth "0.40m"
+expect Main.lblBigDepth visible
+expect Main.Shape1 visible
 expect Main.lblRebound "0.000 m"
 expect Main.lblState "RECORDING"
 expect Main.lblRowsOnDisk "20"
@@ -93,6 +95,20 @@ TEST(Suspended, InFeetAndElevationsGoesOnInThem) {
                 ScriptBy("cmdResumeAtLastDepth") + "expect Main.lblDepth \"-1.312 ft\"\n" +
                 Push("0.2", "-1.969 ft") + ScriptToEnd());
   ExpectCptDepths(scenario, -20, 30, -20);
+}
+
+TEST(Suspended, ShortlyBeforeMidnightHasItsSpeedsBehindItToo) {
+  ScenarioSetup setup;
+  setup.start = {2026, 6, 15, 23, 58, 20, 0};
+  Scenario scenario(setup);
+  scenario.Play(ScriptToRecording() + Push("0.2", "0.200 m") + ScriptToSuspend() + kRestart +
+                ScriptToResume() + Push("1.8", "2.000 m") + ScriptToEnd());
+  const Texts rows = RowsOf(scenario.File(kCpt), kCptHeader);
+  ASSERT_EQ(rows.size(), 100U);
+  EXPECT_EQ(scenario.session.clock.Wall().day, 16);
+  for (std::size_t i = 12; i < 50; ++i) {
+    EXPECT_NEAR(LeadingNumber(rows[i].substr(7, 6)), 2.0, 0.7) << rows[i].substr(0, 13);
+  }
 }
 
 TEST(Suspended, ShowsTheChartsOfAllRows) {

@@ -323,7 +323,7 @@ TEST(TakeUp, WaitsForADiskThatTakesTheRecoveryCopy) {
   TakenUp taken(JoinedLines(StoredLines(kRows)) + "\"torn");
   int refusals = 3;
   taken.disk.before = [&](std::string_view work, const std::string& path) {
-    if (work == "write" && path.find("TemporaryData") != path.npos && --refusals > 0) {
+    if (work == "write" && path == "/data/TemporaryData.txt.new" && --refusals > 0) {
       throw RuntimeFault("No space left on device");
     }
   };
@@ -503,6 +503,15 @@ TEST(TakeUp, GoesOnWithTheTimeMarksAndCutsATornOne) {
     EXPECT_EQ(taken.File(kTim), row.after + mark) << row.what;
     EXPECT_EQ(taken.boxes.texts, Texts{});
   }
+}
+
+TEST(TakeUp, ATimeFileThatGoesAwayIsNotBegunAnewWithoutItsHead) {
+  TakenUp taken;
+  settings.LumenProbePresent = 1;
+  taken.TakeUp();
+  taken.disk.Remove(kTim);
+  EXPECT_FALSE(AppendOrHold(kTimFile, "000.250 34262.75\r\n"));
+  EXPECT_FALSE(taken.Has(kTim));
 }
 
 TEST(TakeUp, MakesAMissingTimeFileWhereTheProbeMarks) {
