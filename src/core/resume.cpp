@@ -322,6 +322,7 @@ void StartUp_cmdResumeAtSurface_Click() {
     Tell(why_not);
     return;
   }
+  KeepStepOfRows();  // it moves the start depth
   session.ResumeDepthStatus = 1.0f;
   session.ResumeTargetDepth = sounding.Rows(sounding.RowCount, 0) + DistanceDrilled();
   sounding.CurrentDepth = settings.DepthFormat == 1 ? session.StartDepth : 0.0f;

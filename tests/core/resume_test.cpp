@@ -335,16 +335,23 @@ TEST_F(ResumeScreen, FindsAConeThatCameBackUnderAnotherNumber) {
 }
 
 TEST_F(ResumeScreen, TakesATruckInterfaceOnTheConesOwnPortWithIt) {
-  for (const int truck : {3, 4}) {
-    settings.ConeSerialPort = 3;
-    settings.TruckInterfaceSerialPort = static_cast<std::int16_t>(truck);
+  struct Case {
+    int cone;
+    int truck;
+    int truck_after;
+  };
+  // Two ports that are not in use are not the same one.
+  for (const Case& row : {Case{3, 3, 9}, Case{3, 4, 4}, Case{0, 0, 0}}) {
+    settings.ConeSerialPort = static_cast<std::int16_t>(row.cone);
+    settings.TruckInterfaceSerialPort = static_cast<std::int16_t>(row.truck);
     world.ports.Wire(3);
     Plug(9);
     PutRows(5);
     Show(StartUp);
     Resume();
     AtLastDepth();
-    EXPECT_EQ(settings.TruckInterfaceSerialPort, truck == 3 ? 9 : 4);
+    EXPECT_EQ(settings.ConeSerialPort, 9);
+    EXPECT_EQ(settings.TruckInterfaceSerialPort, row.truck_after);
     StartUp_cmdCancel_Click();
   }
 }

@@ -29,7 +29,7 @@ constexpr std::size_t kASCIIPort = 54;  // line of the settings, from 0
 
 const char* const kConeLost = R"(expect frmWarning.frmSerialWarning visible 10
 expect frmWarning.frmModuleWarning visible
-expect Main.lblState "LINK LOST"
+expect Main.lblState "~^LINKS? LOST$"
 )";
 const char* const kConeWell = R"(expect frmWarning.frmSerialConnected visible
 expect frmWarning.frmSerialWarning hidden

@@ -99,7 +99,7 @@ TEST(Suspended, InFeetAndElevationsGoesOnInThem) {
 
 TEST(Suspended, ShortlyBeforeMidnightHasItsSpeedsBehindItToo) {
   ScenarioSetup setup;
-  setup.start = {2026, 6, 15, 23, 58, 30, 0};
+  setup.start = {2026, 6, 15, 23, 59, 5, 0};
   Scenario scenario(setup);
   std::vector<int> hours;
   scenario.At("look", [&] { hours.push_back(scenario.session.clock.Wall().hour); });
