@@ -174,7 +174,7 @@ void CalmOperator::ActOnMain() {
   std::string reply;
   if (pushed_ == 0) {
     pushed_ = Now();
-    session.rig.Command("push " + std::to_string(metres), reply);
+    session.rig.Command("push " + PlainNumber(metres), reply);
   }
   Moment("recording");
   if (Now() - pushed_ < 20 * kSecond || session.rig.truck.Busy()) return;

@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "platform/clock.h"
+#include "platform/numbers.h"
 #include "scenarios/scenario.h"
 
 namespace penlog {
@@ -27,7 +28,7 @@ double TimeToFindTheCone(double away, int number) {
 wait 2
 rig unplug cone
 expect frmWarning.frmSerialWarning visible 5
-wait )" + std::to_string(away) +
+wait )" + PlainNumber(away) +
                 "\nrig replug cone " + std::to_string(number) + R"( 0.01s
 wait 0.01
 rig test back
