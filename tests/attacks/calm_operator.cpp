@@ -12,6 +12,7 @@
 #include "platform/boxes.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/numbers.h"
 #include "platform/yield.h"
 #include "sounding/sounding_state.h"
 
