@@ -43,6 +43,7 @@ bool SuperviseLink() {
 }
 
 void ResynchronisingPass() {
+  FollowResumeDepth();  // depth is counted while the cone is away
   ResyncConeData();
   if (cone.ConeLinkUp != kTrue) return;
   sounding.ReadingsFresh = kFalse;

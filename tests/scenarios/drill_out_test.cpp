@@ -156,8 +156,10 @@ rig unplug cone
 rig push 0.3
 wait 20
 expect Main.lblDepth "0.400 m"
-rig plug cone
 expect frmResumeDepthStatus.lblCurrentResumeDepth "0.40" 60
+rig plug cone
+expect Main.lblState "WAITING" 60
+wait 3
 click frmResumeDepthStatus.lblDepthReached
 expect Main.lblState "RECORDING" 30
 )" + Push("0.1", "0.500 m") +
