@@ -4,6 +4,7 @@
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/message.h"
+#include "core/resume.h"
 #include "core/session.h"
 #include "forms/cone_settings_form.h"
 #include "forms/main_form.h"
@@ -27,15 +28,23 @@ void GoToConsole() {
   frmConeSettings.RunMainloop();
 }
 
-/// Its files are made whole before the console opens; what can't be is told, and the page stays.
+/// Its files are made whole before the console opens. What can't be is told.
 bool IsTakenUp() {
   try {
-    TakeUpSounding();
-    return true;
+    if (TakeUpSounding()) return true;
+    Tell(
+        "THE LAST SOUNDING WAS NOT RESUMED.  NOTHING OF IT IS LOST, AND IT CAN BE RESUMED FROM THE "
+        "START SCREEN AT ANY TIME.");
   } catch (const RuntimeFault& fault) {
     Tell(std::string("THE LAST SOUNDING CANNOT BE RESUMED.  ") + fault.what());
-    return false;
   }
+  return false;
+}
+
+/// The start screen stands below the page; its search for the cone ends as if it was cancelled.
+void GoBackToStart() {
+  Unload(frmConeSettings);
+  StartUp_cmdCancel_Click();
 }
 
 }  // namespace
@@ -50,11 +59,16 @@ void ConeSettingsOpen() {
 }
 
 void frmConeSettings_cmdClose_Click() {
-  if (!session.ResumeConeId.empty() && !IsTakenUp()) return;
+  if (!session.ResumeConeId.empty() && !IsTakenUp()) return GoBackToStart();
   Unload(frmConeSettings);
   if (session.CalibrationMode == kTrue || !session.ResumeConeId.empty()) {
     GoToConsole();
   } else {
+    if (Trim(cone.ConeId).empty()) {
+      Tell(
+          "THE CONE GIVES NO NUMBER.  A SOUNDING WITH IT CANNOT BE RESUMED: NOTHING COULD TELL "
+          "WHETHER IT IS THE SAME CONE.");
+    }
     Show(SetupSounding);
   }
 }

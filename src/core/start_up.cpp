@@ -14,6 +14,7 @@
 #include "core/start_up_cone.h"
 #include "core/start_up_ports.h"
 #include "forms/start_up_form.h"
+#include "platform/boxes.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/port_driver.h"
@@ -48,11 +49,14 @@ std::string UnfinishedSounding() {
   return Trim(first_line) == "DONE" ? "" : Printable(first_line);
 }
 
-void TellOfUnfinishedSounding() {
+/// False when the operator would rather go back, to resume the last sounding.
+bool LeavesUnfinishedSounding() {
   const std::string file = UnfinishedSounding();
-  if (file.empty() || !session.ResumeConeId.empty()) return;
-  Tell("THE LAST SOUNDING WAS NOT FINISHED: " + file +
-       ".  ITS TEMPORARY DATA ARE KEPT WHEN A NEW SOUNDING IS STARTED.");
+  if (file.empty() || !session.ResumeConeId.empty()) return true;
+  return MsgBox("THE LAST SOUNDING WAS NOT FINISHED: " + file +
+                    ".  ITS TEMPORARY DATA ARE KEPT WHEN A NEW SOUNDING IS STARTED.  CANCEL GOES "
+                    "BACK: RESUME LAST SOUNDING GOES ON WITH IT.",
+                BoxButtons::OkCancel) == BoxAnswer::Ok;
 }
 
 void StartChecks() {
@@ -60,7 +64,11 @@ void StartChecks() {
   cone.ConeLinkUp = kFalse;
   KeepStartPorts();
   BeginStatus("");
-  TellOfUnfinishedSounding();
+  if (!LeavesUnfinishedSounding()) {
+    EndStatus();
+    EnableEveryButton();
+    return;
+  }
   if (ProveStartPorts()) LookForCone();
 }
 

@@ -4,51 +4,26 @@
 
 #include <QApplication>
 
-#include "app/wiring.h"
+#include "app/recording_windows.h"
 #include "display/display_state.h"
-#include "display/graph_world.h"
 #include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "platform/boxes.h"
-#include "platform_qt/demo_values.h"
-#include "platform_qt/room.h"
 
 namespace penlog {
 namespace {
 
-/// The console while rows are recorded, its window as large as a display.
-struct ConsoleWindows : GraphWorld {
-  explicit ConsoleWindows(const QSize& display_size) : GraphWorld({1, 3}) {
-    WireScreens();
-    Main.Load = nullptr;
+struct ConsoleWindows : RecordingWindows {
+  explicit ConsoleWindows(const QSize& display_size) {
     Show(Main);
     FillMain();
-    Main.lblRowsHeld.Visible = Main.lblRowsHeldCaption.Visible = true;
-    Record(0.25F, {{1, 4.5F}, {3, -2.5F}});
-    Record(0.5F, {{1, 4.5F}, {3, 3}});
-    Settle();
-    mirror.WindowOf(Main).setGeometry(QRect(QPoint(0, 0), display_size));
-    Settle();
-    Yield();
-  }
-
-  void Settle() {
-    for (int i = 0; i < 3; ++i) {
-      mirror.Follow();
-      QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-      QCoreApplication::processEvents();
-    }
+    ShowConsole(display_size);
   }
 
   void Open() {
     Press(Main, Main.pctGraph(2));
     Settle();
     Yield();
-  }
-
-  QRect OnDisplay(const Control& control) {
-    const QWidget* widget = mirror.WindowOf(control.Owner()).MirrorOf(control)->Widget();
-    return {widget->mapToGlobal(QPoint()), widget->size()};
   }
 
   void ExpectInSight(const QRect& above) {
@@ -61,8 +36,6 @@ struct ConsoleWindows : GraphWorld {
           << ", what stands on it begins at " << above.left() << ", " << above.top();
     }
   }
-
-  WindowMirror mirror;
 };
 
 /// With the title that a window manager adds, and without one.

@@ -71,15 +71,19 @@ class Program {
     if (::waitpid(process_, &status, WNOHANG) != process_) return false;
     process_ = 0;
     exit_code_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    end_signal_ = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     return true;
   }
   int ExitCode() const { return exit_code_; }
+  /// The signal that ended it; 0 if none did.
+  int EndSignal() const { return end_signal_; }
 
  private:
   pid_t process_ = 0;
   int input_ = -1;
   int output_ = -1;
   int exit_code_ = -1;
+  int end_signal_ = 0;
   std::string printed_;
 };
 

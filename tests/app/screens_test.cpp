@@ -127,7 +127,9 @@ INSTANTIATE_TEST_SUITE_P(Screens, EachScript,
                                          PlayRow{"MainPictures", "main_pictures.txt", false, 9,
                                                  true},
                                          PlayRow{"OutputPorts", "output_ports.txt", true, 2},
-                                         PlayRow{"Guide", "guide.txt", false, 14}),
+                                         PlayRow{"Guide", "guide.txt", false, 16},
+                                         PlayRow{"ResumePictures", "resume_pictures.txt", false,
+                                                 9, true}),
                          [](const testing::TestParamInfo<PlayRow>& row) { return row.param.name; });
 
 TEST(Screens, ChangingTheColoursLosesNoRow) {

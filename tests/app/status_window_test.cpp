@@ -3,24 +3,19 @@
 
 #include <QPainter>
 
-#include "app/wiring.h"
+#include "app/recording_windows.h"
 #include "conelink/cone_state.h"
 #include "conelink/port_supervision.h"
 #include "core/session.h"
-#include "display/graph_world.h"
 #include "forms/main_form.h"
 #include "forms/warning_form.h"
-#include "platform_qt/demo_values.h"
-#include "platform_qt/room.h"
 
 namespace penlog {
 namespace {
 
-/// The console while rows are recorded, its window as large as the display, all links lost.
-struct LossWindows : GraphWorld {
-  LossWindows(const QSize& display_size, int outputs) : GraphWorld({1, 3}) {
-    WireScreens();
-    Main.Load = nullptr;
+/// The console while rows are recorded, with every link that it can lose.
+struct LossWindows : RecordingWindows {
+  LossWindows(const QSize& display_size, int outputs) {
     settings.ConeSerialPort = 3;
     settings.TruckInterfaceSerialPort = 4;
     settings.ASCIIOutSerialPort = outputs > 0 ? 5 : 0;
@@ -31,22 +26,9 @@ struct LossWindows : GraphWorld {
     Show(Main);
     FillMain();
     RaiseNotices();
-    Main.lblRowsHeld.Visible = Main.lblRowsHeldCaption.Visible = Main.lblStepsSign.Visible = true;
+    Main.lblStepsSign.Visible = true;
     Main.frmLocalWarning.Visible = false;
-    Record(0.25F, {{1, 4.5F}, {3, -2.5F}});
-    Record(0.5F, {{1, 4.5F}, {3, 3}});
-    Settle();
-    mirror.WindowOf(Main).setGeometry(QRect(QPoint(0, 0), display_size));
-    Settle();
-    Yield();
-  }
-
-  void Settle() {
-    for (int i = 0; i < 3; ++i) {
-      mirror.Follow();
-      QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-      QCoreApplication::processEvents();
-    }
+    ShowConsole(display_size);
   }
 
   /// Time for the window to follow the console, and the console's to it.
@@ -66,11 +48,6 @@ struct LossWindows : GraphWorld {
     }
   }
 
-  QRect OnDisplay(const Control& control) {
-    const QWidget* widget = mirror.WindowOf(control.Owner()).MirrorOf(control)->Widget();
-    return {widget->mapToGlobal(QPoint()), widget->size()};
-  }
-
   void ExpectInSight(std::initializer_list<const Control*> controls, int title) {
     const WindowPlace& place = frmWarning.Window;
     const QRect above(place.left, place.top, place.width, place.height);
@@ -82,8 +59,6 @@ struct LossWindows : GraphWorld {
           << " to " << above.right() << ", " << above.top() << " to " << above.bottom();
     }
   }
-
-  WindowMirror mirror;
 };
 
 void ExpectRoomAsItIs(FormWindow& window) {

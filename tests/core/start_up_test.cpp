@@ -94,6 +94,17 @@ TEST_F(StartUpScreen, StartTellsOfAnUnfinishedSounding) {
   }
 }
 
+TEST_F(StartUpScreen, StartGoesBackWhenTheUnfinishedSoundingIsToBeResumed) {
+  world.disk.Put("/data/TemporaryData.txt", "/soundings/A(001).cpt\r\nA(001)\r\n");
+  world.boxes.Answer("THE LAST SOUNDING WAS NOT FINISHED: ", BoxAnswer::Cancel);
+  StartUp_cmdStart_Click();
+  EXPECT_EQ(world.boxes.texts.size(), 1U) << "asks for ports though the operator went back";
+  EXPECT_TRUE(StartUp.cmdResume.Enabled);
+  EXPECT_TRUE(StartUp.cmdStart.Enabled);
+  EXPECT_FALSE(StartUp.frLoad.Visible);
+  EXPECT_FALSE(StartUp.Timer1.Running());
+}
+
 TEST_F(StartUpScreen, StartSaysNothingOfSoundingsWhenThereIsNoTemporaryFile) {
   StartUp_cmdStart_Click();
   ASSERT_EQ(world.boxes.texts.size(), 1U);

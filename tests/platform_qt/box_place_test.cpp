@@ -8,6 +8,7 @@
 #include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "forms/reset_comms_form.h"
+#include "forms/resume_depth_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/start_up_form.h"
 #include "forms/warning_form.h"
@@ -147,6 +148,19 @@ TEST(BoxWindow, GoesOverToTheConsoleWhenItsScreenGoes) {
   world.Settle();
   EXPECT_EQ(OpenBox()->windowHandle()->transientParent(),
             world.mirror.WindowOf(Main).windowHandle());
+}
+
+/// The console that is pressed must not hide them.
+TEST(WindowOrder, TheGraphAndTheResumeDepthStayAboveTheConsole) {
+  for (Form* form : std::initializer_list<Form*>{&EnlargedGraph, &frmResumeDepthStatus}) {
+    WindowWorld world;
+    Show(Main);
+    Show(*form);
+    world.Settle();
+    EXPECT_EQ(world.mirror.WindowOf(*form).windowHandle()->transientParent(),
+              world.mirror.WindowOf(Main).windowHandle())
+        << form->Name();
+  }
 }
 
 TEST(BoxWindow, ScrollsOnlyWhatHasNoRoom) {

@@ -79,9 +79,8 @@ void WindowMirror::FollowOrder() {
   raises_ = raises.Count;
   ++raised_;
   activation_due_ = true;
-  if (OrdersNoWindows()) return ActivateFront();
   for (Form* form : order_) {
-    WindowOf(*form).raise();
+    if (!OrdersNoWindows()) WindowOf(*form).raise();
     StandAbove(WindowOf(*form));
   }
   ActivateFront();
