@@ -6,6 +6,7 @@
 #include "conelink/cone_state.h"
 #include "conelink/value_coding.h"
 #include "core/channels.h"
+#include "core/resumed_zeros.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "platform/numbers.h"
@@ -37,7 +38,8 @@ std::string SixBits(int value) {
 }
 
 bool KeepsBaseline(int channel) {
-  return !session.ResumeConeId.empty() && channels.ChannelKeepZero(channel) != 0;
+  return !session.ResumeConeId.empty() && channels.ChannelKeepZero(channel) != 0 &&
+         resumed_zeros.Restored(channel) == kTrue;
 }
 
 void StoreOutputs(const ChannelRecord& record) {

@@ -49,9 +49,9 @@ Subtraction DecodeSubtraction(std::string_view text);
 
 /// Puts a record into the channel tables for `unit` (0 the cone, 1 to 9 a module) and keeps
 /// `DelayRows` and `Channel14Present`. Channel 14 has a pair of coefficients in place of its
-/// outputs. While a sounding is resumed, a channel with `ChannelKeepZero` keeps its baseline.
-/// Without a span the gain is 0. A `RuntimeFault` for a channel number above 30, and for a distance
-/// that is no number of depth steps.
+/// outputs. While a sounding is resumed, a channel with `ChannelKeepZero` keeps the baseline
+/// that its files had. Without a span the gain is 0. A `RuntimeFault` for a channel number above
+/// 30, and for a distance that is no number of depth steps.
 void StoreChannelRecord(const ChannelRecord& record, int unit);
 
 /// A rule of thumb for a calibration check alone: the area of channel 1 or 2 from the full scale of

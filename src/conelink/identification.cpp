@@ -5,6 +5,7 @@
 #include "conelink/channel_record.h"
 #include "conelink/computed_channels.h"
 #include "conelink/cone_state.h"
+#include "conelink/other_cone.h"
 #include "conelink/plain_exchange.h"
 #include "conelink/select_commands.h"
 #include "conelink/unit_memory.h"
@@ -30,6 +31,7 @@ void TellComplaints(int unit) {
 void StoreHeader(const MemoryHeader& header) {
   cone.MemoryField1 = header.field1;
   cone.ConeId = header.number;
+  NoteKnownCone();
   cone.CreationDate = header.creation_date;
   cone.LastCalibrationDate = header.calibration_date;
   cone.DistancePushed = header.distance_pushed;

@@ -4,6 +4,8 @@
 
 #include "conelink/cone_state.h"
 #include "conelink/main_exchange.h"
+#include "conelink/other_cone.h"
+#include "conelink/resync_state.h"
 #include "conelink/unit_memory.h"
 #include "core/channels.h"
 #include "forms/main_form.h"
@@ -32,14 +34,16 @@ void SelectChannels() {
   // A number that got lost on the wire, or half of it, must not blank the one that names the cone's
   // family.
   const std::string number = PauseAndSend("C 3 7");
-  if (!number.empty() && cone.CommFailed == kFalse) cone.ConeId = MemoryText(number);
+  if (!number.empty() && cone.CommFailed == kFalse) {
+    cone.ConeId = MemoryText(number);
+    TellOtherCone();
+  }
   cone.ConeLinkUp = kTrue;
   Main_CommPause(3);
   Main_CommStringCheck(cone.ChannelSelectCommand);
   Main_CommPause(2);
   Main_CommStringCheck(cone.ChannelSelectCommand);
   Main_CommPause(2);
-  Main.frmLocalWarning.Visible = false;
 }
 
 bool RepeatsItself() {
@@ -50,12 +54,27 @@ bool RepeatsItself() {
          first.substr(0, kComparedCharacters) == second.substr(0, kComparedCharacters);
 }
 
+struct UnderWay {
+  UnderWay() { resync.UnderWay = kTrue; }
+  ~UnderWay() { resync.UnderWay = kFalse; }
+  UnderWay(const UnderWay&) = delete;
+  UnderWay& operator=(const UnderWay&) = delete;
+};
+
 }  // namespace
 
 void ResyncConeData() {
+  const UnderWay under_way;
+  sounding.ReadingsFresh = kFalse;  // those of before
   Main.ConeComm.SetInputMode(InputModes::Text);
+  bool answered = false;
   for (;;) {
-    if (Wake()) SelectChannels();
+    if (Wake()) {
+      SelectChannels();
+      // Once: a cone that repeats itself for hours must not take each question to the operator.
+      if (!answered) Main.frmLocalWarning.Visible = false;
+      answered = true;
+    }
     if (!RepeatsItself()) break;
     Yield();
     Main.lblCommError.Caption = "COMM ERR: duplicate";

@@ -39,7 +39,7 @@ void OpenConePort() {
 }
 
 void ReadModules() {
-  if (settings.DiscoverAddOnModules != 1 || !session.ResumeConeId.empty()) return;
+  if (settings.DiscoverAddOnModules != 1) return;
   for (int module = 1; module <= kModules; ++module) {
     StartUp.lblLoad.Caption = "Looking For Module (" + LeadingBlankNumber(module) + ")";
     ShowProgress("MODULE", module, kModules);
@@ -47,9 +47,9 @@ void ReadModules() {
   }
 }
 
-/// One attempt; modules are asked once the cone was found. What it could not make of the cone's
-/// memory goes into `fault`.
-void AskCone(int attempt, std::string& fault) {
+/// One attempt; modules are asked once the cone was found, and never for a resume, also when that
+/// was cancelled meanwhile. What it could not make of the cone's memory goes into `fault`.
+void AskCone(int attempt, bool resumes, std::string& fault) {
   OpenConePort();
   StartUp.lblLoad.Caption = attempt <= 2 ? "LOOKING FOR CONE" : "CONE NOT FOUND. CHECKING PORTS";
   ShowProgress("STEP", kStartSteps, kStartSteps);
@@ -59,7 +59,7 @@ void AskCone(int attempt, std::string& fault) {
     fault = found.what();
   }
   // Without a cone every channel with a file counts as present: each module would be a duplicate.
-  if (cone.ConeLinkUp == kTrue) ReadModules();
+  if (cone.ConeLinkUp == kTrue && !resumes) ReadModules();
   Trapped([] { AssignReplyPositions(); });
   Trapped([] { StartUp.ConeComm.Close(); });
 }
@@ -72,10 +72,11 @@ void GoOnWithPlaybackOnly() {
   OfferAnotherTry();
 }
 
-void ShowReport() {
+/// A resume that was given up on the page leads back.
+void ShowReport(bool resumes) {
   ShowModal(frmConeSettings);
   EndStatus();
-  Hide(StartUp);
+  if (!resumes || !session.ResumeConeId.empty()) Hide(StartUp);
 }
 
 /// A cone that answers and whose memory makes no sense is not asked again by itself.
@@ -96,13 +97,29 @@ bool FollowConePort(int old_port, bool shared) {
   return ProveTruckPort(settings.ConeSerialPort != old_port, changed);
 }
 
+/// As the console does it: kept apart by the numbers at the start, and the truck's port counts as
+/// lost. The file keeps the two numbers that it has: a pair of one would read as a shared port.
+void TakeTrucksNumber() {
+  settings.ConeSerialPort = settings.TruckInterfaceSerialPort;
+  cone.TruckPortLost = kTrue;
+  Tell("THE CONE WAS FOUND ON PORT " + PlainNumber(settings.ConeSerialPort) +
+       ", THE TRUCK INTERFACE'S PORT OF BEFORE.  NO DEPTH IS COUNTED UNTIL THE TRUCK INTERFACE IS "
+       "GIVEN ITS NEW PORT: PRESS RESET PORTS ON THE CONSOLE.");
+}
+
 /// A resume goes on without end: its cone may be plugged in yet, and the console itself finds the
-/// truck interface again.
+/// truck interface again, or says that it is lost.
 bool SearchForLastCone() {
   const int port = ReconnectKQSerial();
-  if (port == 0 || port == settings.ConeSerialPort) return true;
+  const bool given_up = session.ResumeConeId.empty();
+  if (port == 0 || port == settings.ConeSerialPort || given_up) return true;
+  GiveBackTrucksNumber();  // the cone has moved on
   const int old_port = settings.ConeSerialPort;
   const bool shared = old_port > 0 && settings.TruckInterfaceSerialPort == old_port;
+  if (!shared && settings.TruckInterfaceSerialPort == port) {
+    TakeTrucksNumber();
+    return true;
+  }
   settings.ConeSerialPort = static_cast<std::int16_t>(port);
   if (shared) settings.TruckInterfaceSerialPort = settings.ConeSerialPort;
   SaveKQSettings();
@@ -133,12 +150,12 @@ void LookForCone() {
   const auto given_up = [resumes] { return resumes && session.ResumeConeId.empty(); };
   std::string fault;
   for (int attempt = 1;; ++attempt) {
-    AskCone(attempt, fault);
+    AskCone(attempt, resumes, fault);
     if (given_up()) return;
     const bool found = cone.ConeLinkUp == kTrue;
     if (!found && session.CalibrationMode == kTrue) return GoOnWithPlaybackOnly();
     if (found && cone.ChannelCount == 0) return RefuseCone("Its memory lists no channel.");
-    if (found) return ShowReport();
+    if (found) return ShowReport(resumes);
     if (sounding.ConsoleMode == 1) return RefuseCone(fault);
     BreakLink();
     if (attempt % kAttemptsBetweenScans == 0 && !SearchAllPorts(resumes)) return;

@@ -2,8 +2,10 @@
 
 #include <string>
 
+#include "conelink/cone_state.h"
 #include "conelink/port_supervision.h"
 #include "conelink/reconnect.h"
+#include "core/channels.h"
 #include "core/progress.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -159,7 +161,15 @@ bool ProveTruckPort(bool cone_port_changed, bool& changed) {
   return true;
 }
 
+void GiveBackTrucksNumber() {
+  if (!ConeTookTheTrucksNumber()) return;
+  settings.ConeSerialPort = session.StartConePort;
+  settings.TruckInterfaceSerialPort = session.StartTruckPort;
+  cone.TruckPortLost = kFalse;
+}
+
 void KeepStartPorts() {
+  GiveBackTrucksNumber();
   session.StartConePort = settings.ConeSerialPort;
   session.StartTruckPort = settings.TruckInterfaceSerialPort;
   session.StartASCIIPort = settings.ASCIIOutSerialPort;

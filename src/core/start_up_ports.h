@@ -7,6 +7,10 @@ namespace penlog {
 /// the rest of the session, so they are kept again when a port changed.
 void KeepStartPorts();
 
+/// Undoes what a resume did that was given up: its cone answered under the number of the truck
+/// interface, and both have their numbers of before again. `KeepStartPorts` does so, too.
+void GiveBackTrucksNumber();
+
 /// Asks for each port that was set and isn't there; saves the settings if one changed. False when
 /// the start can't go on: the operator was told, and the buttons that lead on are enabled.
 bool ProveStartPorts();

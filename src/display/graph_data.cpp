@@ -15,6 +15,7 @@
 #include "display/scale_axis.h"
 #include "forms/main_form.h"
 #include "platform/numbers.h"
+#include "sounding/reached.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -97,7 +98,8 @@ void Redraw(int g) {
 void ShowBar(int g) {
   const int channel = ChannelOf(g);
   if (channel == kNoBar) return;
-  const float loaded = sounding.Rows(sounding.RowCount, channel) - channels.Baselines(channel);
+  const float raw = sounding.Rows(sounding.RowCount, channel);
+  const float loaded = IsReached(raw) ? raw - channels.Baselines(channel) : 0.0F;
   const SensorBar bar = BarOf(channel, loaded);
   const Place& track = Main.shpBar(g).Where;
   Main.lineBar(g).Where = {true, track.left, track.top,
@@ -175,6 +177,7 @@ void DrawGraph(int g, Picture& picture) {
 std::string GraphValueText(int g) {
   if (sounding.RowCount < 1) return {};
   const int channel = ChannelOf(g);
+  if (!IsReached(sounding.Rows(sounding.RowCount, channel))) return "-";
   return Format(GraphValue(channel, sounding.RowCount),
                 channels.UnitFormat(channels.ChannelUnits(channel), channel));
 }

@@ -28,7 +28,8 @@ void FollowValueAxis(int g);
 /// Clears the picture and draws graph `g` on it as it stands.
 void DrawGraph(int g, Picture& picture);
 
-/// The newest row's value of graph `g` in the form of its unit; "" before the first row.
+/// The newest row's value of graph `g` in the form of its unit; "" before the first row, "-" for
+/// one that was recorded without the channel.
 std::string GraphValueText(int g);
 
 }  // namespace penlog

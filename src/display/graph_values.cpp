@@ -2,11 +2,13 @@
 
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "display/display_state.h"
+#include "sounding/reached.h"
 #include "sounding/reading_values.h"
 #include "sounding/sounding_state.h"
 
@@ -24,7 +26,9 @@ float UnitFactorOf(int channel) {
 }
 
 float RowValue(int channel, std::int32_t row) {
-  const float loaded = sounding.Rows(row, channel) - channels.Baselines(channel);
+  const float raw = sounding.Rows(row, channel);
+  if (!IsReached(raw)) return std::numeric_limits<float>::quiet_NaN();
+  const float loaded = raw - channels.Baselines(channel);
   const float value = loaded * channels.ChannelGain(channel) * UnitFactorOf(channel);
   return channel == 1 ? value * BallFactor() : value;
 }

@@ -13,7 +13,7 @@ float UnitFactorOf(int channel);
 
 /// Value of a row in display units: baseline taken off, gain and unit factor applied, the tip of a
 /// ball scaled to the ball's area. Without the small addition that a graph makes to its own
-/// channel.
+/// channel. No number for a row that was recorded without the channel.
 float RowValue(int channel, std::int32_t row);
 
 /// The same as the graph of that channel shows it: 1e-06 higher, so that a zero rounds upward.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "conelink/cone_state.h"
+#include "conelink/resync_state.h"
 #include "core/channels.h"
 #include "core/session.h"
 #include "forms/main_form.h"
@@ -27,7 +28,9 @@ std::string NameOf(const std::string& path) {
 StripValues ValuesNow() {
   StripValues values;
   values.ConsoleMode = sounding.ConsoleMode;
-  values.cone_lost = cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue;
+  // A cone that is being brought back gives no row, and may repeat itself for ever.
+  values.cone_lost =
+      cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue || resync.UnderWay == kTrue;
   values.truck_lost = cone.TruckPortLost == kTrue;
   values.quit = sounding.QuitState == 1;
   values.ended = Main.frmTakeFinalBaseline.Visible || sounding.ExitUnderWay == kTrue;

@@ -5,6 +5,7 @@
 #include "conelink/link_world.h"
 #include "conelink/memory_image.h"
 #include "conelink/value_coding.h"
+#include "core/resumed_zeros.h"
 #include "platform/runtime_fault.h"
 
 namespace penlog {
@@ -161,20 +162,24 @@ TEST_F(Records, OtherChannelsLeaveTheCoefficientPairAlone) {
   EXPECT_EQ(cone.TemperatureCoeffA, 0);
 }
 
-TEST_F(Records, ResumeKeepsTheBaselineOfAChannelThatSaysSo) {
+TEST_F(Records, ResumeKeepsTheBaselineOfAChannelThatSaysSoWhereItsFilesHadOne) {
   const struct {
     std::string resume;
     std::int16_t keep;
+    std::int16_t restored;
     float baseline;
-  } rows[] = {{"", 0, 0.5f}, {"", 1, 0.5f}, {"DCS0001", 0, 0.5f}, {"DCS0001", 1, 0.75f}};
+  } rows[] = {{"", 0, -1, 0.5f},         {"", 1, -1, 0.5f},       {"DCS0001", 0, -1, 0.5f},
+              {"DCS0001", 1, -1, 0.75f}, {"DCS0001", 1, 0, 0.5f}, {"DCS0001", 0, 0, 0.5f}};
   for (const auto& row : rows) {
     session.ResumeConeId = row.resume;
     channels.ChannelKeepZero(1) = row.keep;
+    resumed_zeros.Restored(1) = row.restored;
     channels.Baselines(1) = 0.75f;
     Store(RecordImage{});
-    EXPECT_EQ(channels.Baselines(1), row.baseline) << row.resume << row.keep;
+    EXPECT_EQ(channels.Baselines(1), row.baseline) << row.resume << row.keep << row.restored;
     EXPECT_EQ(channels.ChannelSensitivity(1), 4.5f) << "the record's zero still makes the span";
   }
+  resumed_zeros = {};
 }
 
 TEST_F(Records, RecordWithoutFlagsClearsSubtractionAndArea) {

@@ -4,6 +4,7 @@
 
 #include "conelink/cone_settings_text.h"
 #include "conelink/link_world.h"
+#include "core/box_answers.h"
 #include "forms/cone_settings_form.h"
 #include "forms/setup_sounding_form.h"
 #include "support/temporary_lines.h"
@@ -79,6 +80,19 @@ TEST_F(ReportScreen, CloseOpensTheSetupOfTheSounding) {
   EXPECT_TRUE(StartUp.Timer1.Running());
 }
 
+TEST_F(ReportScreen, CloseTellsOfAConeWithoutANumber) {
+  cone.ConeId = "  ";
+  BoxAnswers boxes;
+  PostCall(Now() + kSecond, this, [] {
+    PostActionNow(
+        {ActionKind::Click, &frmConeSettings, &frmConeSettings.cmdClose, "", 0, 0, 0, {}});
+  });
+  ShowModal(frmConeSettings);
+  ASSERT_EQ(boxes.texts.size(), 1U);
+  EXPECT_EQ(boxes.texts[0].find("THE CONE GIVES NO NUMBER."), 0U);
+  EXPECT_TRUE(SetupSounding.Visible);
+}
+
 TEST_F(ReportScreen, BlanksAtTheEndsOfAConesNumberAreNoOtherCone) {
   session.ResumeConeId = " DCS0042 ";
   Show(frmConeSettings);
@@ -102,7 +116,7 @@ TEST_F(ReportScreen, CloseInAResumeOpensTheConsoleAndStartsItsLoop) {
   EXPECT_EQ(loops, 1);
 }
 
-TEST_F(ReportScreen, CloseInAResumeThatCannotBeTakenUpStays) {
+TEST_F(ReportScreen, CloseInAResumeThatCannotBeTakenUpLeadsBackToTheStart) {
   PutSounding();
   world.disk.Remove("/data/TemporaryData.txt");
   Show(frmConeSettings);
@@ -110,7 +124,9 @@ TEST_F(ReportScreen, CloseInAResumeThatCannotBeTakenUpStays) {
   world.AnswerNextBox(text);
   World::Press(frmConeSettings, frmConeSettings.cmdClose);
   EXPECT_EQ(text.find("THE LAST SOUNDING CANNOT BE RESUMED.  /data/TemporaryData.txt"), 0U) << text;
-  EXPECT_TRUE(frmConeSettings.Visible);
+  EXPECT_FALSE(frmConeSettings.Visible);
+  EXPECT_TRUE(StartUp.Visible);
+  EXPECT_EQ(session.ResumeConeId, "") << "another sounding may be begun";
   EXPECT_FALSE(Main.Visible);
   EXPECT_EQ(loops, 0);
 }

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "conelink/link_world.h"
+#include "conelink/other_cone.h"
+#include "platform/boxes.h"
 
 namespace penlog {
 namespace {
@@ -106,6 +108,38 @@ TEST_F(Resync, HalfOfANumberLeavesTheOldOne) {
   far.Once("D", "1 2 3 4 5\r\n");
   ResyncConeData();
   EXPECT_EQ(cone.ConeId, "DCS0001");
+}
+
+TEST_F(Resync, AnotherConeThanTheOneThatWasReadIsToldOnceAndSoIsItsReturn) {
+  cone.ConeId = "DCS0001";
+  NoteKnownCone();
+  Main.lblCommStatus.Caption = "Cone # DCS0001 Found";
+  const struct {
+    std::string answers;
+    std::string told;  // begins so; empty: no box
+    std::string shown;
+  } rows[] = {
+      {"DCS0001", "", "Cone # DCS0001 Found"},
+      {"DCS0002", "ANOTHER CONE ANSWERS: #DCS0002 IN PLACE OF #DCS0001.", "Cone # DCS0002 Found"},
+      {"DCS0002", "", "Cone # DCS0002 Found"},
+      {"DSE0042", "ANOTHER CONE ANSWERS: #DSE0042 IN PLACE OF #DCS0001.", "Cone # DSE0042 Found"},
+      {"DCS0001", "CONE #DCS0001 IS BACK.", "Cone # DCS0001 Found"},
+      {"DCS0001", "", "Cone # DCS0001 Found"},
+      {"DCS0002", "ANOTHER CONE ANSWERS: #DCS0002 IN PLACE OF #DCS0001.", "Cone # DCS0002 Found"},
+  };
+  sounding.ConsoleMode = 2;  // boxes wait, the resynchronisation does not
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.answers);
+    far.On("C 3 7", row.answers + "\r\n");
+    far.Once("D", "1 2 3 4 5\r\n");
+    ResyncConeData();
+    EXPECT_EQ(cone.ConeId, row.answers);
+    EXPECT_EQ(Main.lblCommStatus.Caption, row.shown);
+    ASSERT_EQ(OpenBoxes().size(), row.told.empty() ? 0U : 1U);
+    const std::string told = row.told.empty() ? "" : OpenBoxes()[0].text;
+    EXPECT_EQ(told.find(row.told), 0U) << told;
+    ResetBoxes();
+  }
 }
 
 TEST_F(Resync, CharactersOfAReadingAreBytesWhateverTheyHold) {

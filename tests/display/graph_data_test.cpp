@@ -410,5 +410,31 @@ TEST(GraphData, RangeOfAResumedSoundingComesFromAllRows) {
   EXPECT_EQ(world.Drawn(1, GraphSeries::Main).size(), 2U);
 }
 
+constexpr float kWithout = -32768.0F;  // a row that was recorded without the channel
+
+TEST(GraphData, ARowWithoutTheChannelLeavesAGapAndTheRangeAlone) {
+  GraphWorld world({1, 3});
+  settings.CombinePPPlots = 1;
+  channels.ChannelSensitivity(3) = -1;
+  for (const int row : {1, 2, 3, 4, 5, 6}) {
+    const bool without = row == 3 || row == 4;
+    const float value = without ? kWithout : static_cast<float>(row);
+    world.Record(0.1F * static_cast<float>(row), {{1, 2}, {3, value}, {4, value}, {5, 1}});
+    EXPECT_EQ(Main.lblGraphValue(2).Caption == "-", without) << row;
+    EXPECT_EQ(Main.lblGraphValue(1).Caption, "2.00");
+    if (without) {
+      EXPECT_EQ(Main.lineBar(2).Where.width, 0.0);
+    }
+  }
+  EXPECT_EQ(display.GraphMin[2], 0.0F);
+  EXPECT_NEAR(display.GraphMax[2], 6, 1e-4);
+  display.GraphRedraw.fill(kTrue);
+  RedrawDueGraphs();
+  EXPECT_EQ(world.Drawn(1, GraphSeries::Main).size(), 6U);
+  EXPECT_EQ(world.Drawn(2, GraphSeries::Main).size(), 4U);
+  EXPECT_EQ(world.Drawn(2, GraphSeries::PorePressure4).size(), 4U);
+  EXPECT_EQ(world.Drawn(2, GraphSeries::PorePressure5).size(), 6U);
+}
+
 }  // namespace
 }  // namespace penlog

@@ -1,6 +1,8 @@
 // The console killed in real time, again and again, at moments that are drawn by lot: the rig is a
 // program of its own (cone on a pseudo terminal, truck interface on the network), and so is the
-// console. One sounding after the other is recorded, killed, resumed, killed and ended.
+// console. One sounding after the other is recorded, killed, resumed at its last depth or from the
+// surface, killed and ended. A console that ends in any other way than by its script or our kill
+// fails the test.
 //
 // PENLOG_KILLS tells how often (5), PENLOG_KILL_SEED repeats the lots of a run.
 #include <algorithm>
@@ -18,41 +20,51 @@
 #include "platform/numbers.h"
 #include "platform/posix/line_server.h"
 #include "platform/texts.h"
+#include "real_time/kill_judge.h"
 #include "real_time/sounding_lines.h"
 
 namespace penlog {
 namespace {
 
-constexpr std::size_t kTemporaryHead = 17;
-constexpr std::size_t kCptHead = 23;
-constexpr std::size_t kDelay = 5;  // rows that the `.cpt` file lags behind
 constexpr double kLongestLife = 150;
-const std::map<int, int> kDelays = {{1, 0}, {2, 5}, {3, 2}, {6, 3}, {7, 4}};
+constexpr double kDrilled = 0.1;         // m below the last depth
+constexpr double kDeepestWayDown = 1.2;  // m; deeper ones take too long
+constexpr std::size_t kTailTold = 1500;  // characters of what the console printed
 
 /// A part of a life: from the turn of a script's line on, for `span` seconds.
 struct Stage {
   const char* name;
   const char* line;  ///< the beginning of the line
   double span;
-  int rows = 0;  ///< if more than 0, from one of so many told rows on
+  int rows = 0;  ///< if more than 0, from one of so many told lines on
 };
 
 const std::vector<Stage> kRecordStages = {{"start", "screen StartUp", 1},
                                           {"search for the cone", "click StartUp.cmdStart", 8},
                                           {"report page", "click frmConeSettings.cmdClose", 0.5},
                                           {"beginning of a sounding", "click Main.cmdStart", 0.5},
-                                          {"row on its way", "rig push", 0.004, 8},
+                                          {"row on its way", "rig speed 4", 0.004, 8},
                                           {"stop question", "expect Main.frmLocalWarning", 0.5},
                                           {"end", "click Main.Command2", 0.3},
-                                          {"recording", "rig push", 8}};
+                                          {"recording", "rig speed 4", 8}};
 const std::vector<Stage> kResumeStages = {{"start", "screen StartUp", 1},
                                           {"search for the cone", "click StartUp.cmdResumeAt", 8},
                                           {"files taken up", "click frmConeSettings.cmdClose", 0.5},
                                           {"resume", "expect Main.cmdStart \"STOP\"", 2},
-                                          {"row on its way", "rig push", 0.004, 8},
-                                          {"recording", "rig push", 8},
+                                          {"row on its way", "rig speed 4", 0.004, 8},
+                                          {"recording", "rig speed 4", 8},
                                           {"stop question", "expect Main.frmLocalWarning", 0.5},
                                           {"end", "click Main.Command2", 0.3}};
+
+const std::vector<Stage> kSurfaceStages = {
+    {"files taken up", "click frmConeSettings.cmdClose", 0.5},
+    {"way down", "rig speed 20", 4},
+    {"gap row", "click frmResumeDepthStatus.lblDepthReached", 0.1},
+    {"gap row on its way", "click frmResumeDepthStatus.lblDepthReached", 0.004, 1},
+    {"rows behind the gap row", "rig speed 4", 0.004, 3},
+    {"recording", "rig speed 4", 8},
+    {"end", "click Main.Command2", 0.3},
+    {"behind the gap row", "rig speed 4", 0.5}};
 
 /// Stages in an order by lot, all of them once before one comes again.
 class Deck {
@@ -120,6 +132,26 @@ expect Main.cmdStart "STOP" 20
 )" + kRecordAndEnd;
 }
 
+/// Down to a gap that was drilled below the last depth.
+std::string SurfaceScript(double last_depth) {
+  const std::string depth = Format(last_depth + kDrilled, "0.00");
+  return R"(screen StartUp
+click StartUp.cmdResume
+type StartUp.txtDistanceDrilled )" +
+         Format(kDrilled, "0.0") + R"(
+click StartUp.cmdResumeAtSurface
+screen frmConeSettings 60
+click frmConeSettings.cmdClose
+screen frmResumeDepthStatus 20
+expect Main.cmdStart "STOP" 20
+)" + kLook +
+         "rig speed 20\nrig push " + depth +
+         "\nexpect frmResumeDepthStatus.lblCurrentResumeDepth \"" + depth + R"(" 60
+click frmResumeDepthStatus.lblDepthReached
+expect Main.lblState "RECORDING"
+)" + kRecordAndEnd.substr(std::string(kLook).size());
+}
+
 /// The line of the script, from 1, that begins so; 0 if there is none.
 int LineThatBegins(const std::string& script, const std::string& beginning) {
   int number = 1;
@@ -127,22 +159,6 @@ int LineThatBegins(const std::string& script, const std::string& beginning) {
     if (script.compare(at, beginning.size(), beginning) == 0) return number;
   }
   return 0;
-}
-
-/// Lines that have their end; what stands behind the last one is left out.
-std::vector<std::string> WholeLines(const std::string& text) {
-  return LinesOf(text.substr(0, text.rfind("\r\n") == text.npos ? 0 : text.rfind("\r\n") + 2));
-}
-
-std::vector<std::string> StoredRows(const std::string& temporary) {
-  std::vector<std::string> rows = WholeLines(temporary);
-  const auto head = std::min(rows.size(), kTemporaryHead);
-  rows.erase(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(head));
-  return rows;
-}
-
-double DepthOf(const std::string& row) {
-  return LeadingNumber(row.substr(1));
 }
 
 unsigned NumberTold(const char* name, unsigned otherwise) {
@@ -197,8 +213,12 @@ struct RealKills : Programs {
   void Live();
   void TakeOutput(const std::string& text);
   void LookAtFilesTakenUp();
+  void ExpectEnd(const Program& console, bool sent, const std::string& said) const;
   void Judge();
-  void JudgeEnded(const std::vector<std::string>& rows);
+  void JudgeOpen(const std::vector<std::string>& promised, const std::string& temporary);
+  void JudgeClosed(const std::vector<std::string>& promised);
+  void Take(const KillFindings& findings);
+  std::size_t LotOf(std::size_t count) { return static_cast<std::size_t>(lots()) % count; }
 
   unsigned seed;
   std::mt19937 lots;
@@ -208,16 +228,22 @@ struct RealKills : Programs {
   int lives = 0;
   Deck record_stages{kRecordStages};
   Deck resume_stages{kResumeStages};
+  Deck surface_stages{kSurfaceStages};
+  bool from_surface = false;        ///< the last resume; they take turns
   std::map<std::string, int> done;  ///< kills by stage
   std::set<int> turns;              ///< lines of the script that have had their turn
-  std::vector<std::string> known;   ///< rows of the sounding that must stand
+  std::vector<std::string> known;   ///< lines of the sounding that must stand: rows and marks
   std::vector<std::string> told;    ///< and of this life
   std::string cpt;                  ///< path of the sounding's file
   std::size_t read = 0;             ///< of what the console has printed
   int soundings = 0;
   int rows_told = 0;
   int rows_lost = 0;
+  int looks = 0;  ///< for torn lines, one a resume
   int torn = 0;
+  int marks = 0;            ///< of gaps, told
+  int taken_out = 0;        ///< lines that were taken out of copies of the files
+  int taken_out_found = 0;  ///< and found to be lost
 };
 
 void RealKills::TakeOutput(const std::string& text) {
@@ -231,55 +257,70 @@ void RealKills::TakeOutput(const std::string& text) {
 
 /// Before the first new row: every line is whole, and the `.cpt` file has the rows that it should.
 void RealKills::LookAtFilesTakenUp() {
+  ++looks;
   const std::string temporary = Temporary();
-  const std::string sounding = Content(WholeLines(temporary).at(0));
+  const std::string sounding = Content(KilledLines(temporary).at(0));
   for (const std::string& text : {temporary, sounding}) {
     const bool whole = text.ends_with("\r\n");
     torn += whole ? 0 : 1;
     EXPECT_TRUE(whole) << text.substr(text.rfind('\n') + 1);
   }
-  const std::size_t rows = StoredRows(temporary).size();
-  const std::size_t aligned = rows > kDelay ? rows - kDelay : 0;
-  EXPECT_EQ(WholeLines(sounding).size(), kCptHead + aligned) << sounding;
+  const std::size_t rows = RowsOnly(LinesOfCopy(temporary)).size();
+  const std::size_t aligned = rows > kCptLag ? rows - kCptLag : 0;
+  EXPECT_EQ(KilledLines(sounding).size(), kCptHead + aligned) << sounding;
+}
+
+void RealKills::Take(const KillFindings& findings) {
+  rows_lost += findings.rows_lost;
+  for (const std::string& fault : findings.faults) ADD_FAILURE() << cpt << ": " << fault;
 }
 
 void RealKills::Judge() {
-  rows_told += static_cast<int>(told.size());
+  rows_told += static_cast<int>(RowsOnly(told).size());
+  marks += static_cast<int>(told.size() - RowsOnly(told).size());
   std::vector<std::string> promised = known;
+  // Of this life: one that took up a sounding whose last line is a mark went on above it.
+  std::vector<std::string> rows_of_life = RowsOnly(known);
+  if (rows_of_life.size() > 1) rows_of_life.erase(rows_of_life.begin(), rows_of_life.end() - 1);
+  rows_of_life.insert(rows_of_life.end(), told.begin(), told.end());
+  EXPECT_EQ(DepthFault(rows_of_life, kDrilled), "");
   promised.insert(promised.end(), told.begin(), told.end());
   const std::string temporary = Temporary();
-  if (!IsOpen(temporary)) {
-    if (!promised.empty()) JudgeEnded(promised);
-    known.clear();
-    return;
-  }
-  EXPECT_EQ(WholeLines(temporary).at(0), cpt);
-  const std::vector<std::string> rows = StoredRows(temporary);
-  for (std::size_t row = 0; row < promised.size(); ++row) {
-    const bool stands = row < rows.size() && rows[row] == promised[row];
-    rows_lost += stands ? 0 : 1;
-    EXPECT_TRUE(stands) << "row " << row + 1 << ": " << promised[row];
-  }
-  for (const std::string& row : rows) EXPECT_EQ(row.size(), rows.front().size()) << row;
-  known = rows;
+  if (IsOpen(temporary)) return JudgeOpen(promised, temporary);
+  if (!promised.empty()) JudgeClosed(promised);
+  known.clear();
 }
 
-/// The file holds each row, shifted by its sensors' places, and the final baseline.
-void RealKills::JudgeEnded(const std::vector<std::string>& rows) {
+/// And the judge must find out when a line is gone that was promised.
+void RealKills::JudgeOpen(const std::vector<std::string>& promised, const std::string& temporary) {
+  EXPECT_EQ(KilledLines(temporary).at(0), cpt);
+  Take(JudgeCopy(promised, temporary));
+  known = LinesOfCopy(temporary);
+  EXPECT_EQ(DepthFault(known, 0), "");
+  if (promised.empty()) return;
+  ++taken_out;
+  const std::string less = WithoutLine(temporary, kCopyHead + LotOf(promised.size()));
+  taken_out_found += JudgeCopy(promised, less).rows_lost > 0 ? 1 : 0;
+}
+
+void RealKills::JudgeClosed(const std::vector<std::string>& promised) {
   ++soundings;
-  const CptFile file = TakeApart(Content(cpt));
-  std::vector<std::string> unquoted;
-  for (const std::string& row : rows) unquoted.push_back(row.substr(1, row.size() - 2));
-  const auto aligned = AlignedRows(unquoted, file.channels, kDelays);
-  EXPECT_EQ(file.rows.size(), rows.size()) << cpt;
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    const bool stands = row < file.rows.size() &&
-                        std::abs(LeadingNumber(file.rows[row]) - DepthOf(rows[row])) < 0.0051 &&
-                        file.rows[row].substr(13) == aligned[row].substr(6);
-    rows_lost += stands ? 0 : 1;
-    EXPECT_TRUE(stands) << "row " << row + 1 << " of " << cpt << ": " << rows[row] << "\n"
-                        << (row < file.rows.size() ? file.rows[row] : "none");
-  }
+  const std::string text = Content(cpt);
+  Take(JudgeEnded(promised, text));
+  EXPECT_EQ(DepthFault(promised, 0), "");
+  ++taken_out;
+  const std::string less = WithoutLine(text, kCptHead + LotOf(RowsOnly(promised).size()));
+  taken_out_found += JudgeEnded(promised, less).rows_lost > 0 ? 1 : 0;
+}
+
+/// By our kill, or by the last line of its script.
+void RealKills::ExpectEnd(const Program& console, bool sent, const std::string& said) const {
+  const bool killed = sent && console.EndSignal() == SIGKILL;
+  const bool done = console.EndSignal() == 0 && console.ExitCode() == 0;
+  EXPECT_TRUE(killed || done) << "ended by signal " << console.EndSignal() << ", exit code "
+                              << console.ExitCode() << (sent ? ", killed" : ", not killed") << "\n"
+                              << said;
+  EXPECT_TRUE(killed || !IsOpen(Temporary())) << "ended before the sounding's end\n" << said;
 }
 
 /// One life of the console, to its kill, or to its end when that came first.
@@ -288,14 +329,24 @@ void RealKills::Live() {
   const std::string temporary = Temporary();
   const bool resumes = IsOpen(temporary);
   Order("stop");
-  const double depth = resumes && !known.empty() ? std::max(0.0, DepthOf(known.back())) : 0.0;
-  Order("at " + Format(depth, "0.00") + " 0");
-  const std::string script = resumes ? ResumeScript() : RecordScript(folder.Path(), lives);
+  const std::vector<std::string> rows_known = RowsOnly(known);
+  const double depth =
+      resumes && !rows_known.empty() ? std::max(0.0, DepthOfRow(rows_known.back())) : 0.0;
+  const bool surface = resumes && !from_surface && !rows_known.empty() && depth <= kDeepestWayDown;
+  if (resumes) from_surface = surface;
+  Order("at " + Format(surface ? 0.0 : depth, "0.00") + " 0");
+  const std::string script = surface   ? SurfaceScript(depth)
+                             : resumes ? ResumeScript()
+                                       : RecordScript(folder.Path(), lives);
   if (!resumes) cpt = folder / ("KILL" + std::to_string(lives) + ".cpt");
-  const Stage stage = (resumes ? resume_stages : record_stages).Draw(lots);
+  Deck& deck = surface ? surface_stages : resumes ? resume_stages : record_stages;
+  const Stage stage = deck.Draw(lots);
   const int aim = LineThatBegins(script, stage.line);
   ASSERT_GT(aim, 0) << stage.line;
-  const auto rows = static_cast<std::size_t>(Lot(stage.rows) + (stage.rows > 0 ? 1 : 0));
+  // The mark of the gap is told before the first row.
+  const bool behind_mark = surface && std::string(stage.line) == "rig speed 4";
+  const auto rows =
+      static_cast<std::size_t>(Lot(stage.rows) + (stage.rows > 0 ? 1 : 0)) + (behind_mark ? 1 : 0);
   const double delay = Delay(stage.span);
   const int look = resumes ? LineThatBegins(script, kLook) : 0;
   turns.clear();
@@ -306,6 +357,7 @@ void RealKills::Live() {
   const auto start = Clock::now();
   Clock::time_point reached{};
   bool looked = look == 0;
+  bool sent = false;
   while (!console.Ended() && SecondsSince(start) < kLongestLife) {
     TakeOutput(console.Printed());
     if (!looked && turns.contains(look)) {
@@ -316,18 +368,29 @@ void RealKills::Live() {
     if (reached == Clock::time_point{} && now) reached = Clock::now();
     if (reached != Clock::time_point{} && SecondsSince(reached) >= delay) {
       console.Signal(SIGKILL);
-      ++kills;
-      ++done[stage.name];
+      sent = true;
       ASSERT_TRUE(Until([&console] { return console.Ended(); }));
       break;
     }
     std::this_thread::sleep_for(std::chrono::microseconds(200));
   }
   TakeOutput(console.Printed());
-  const bool killed = console.ExitCode() == -1;
-  ASSERT_TRUE(killed || console.ExitCode() == 0) << console.Printed() << "\n" << script;
-  ASSERT_LT(SecondsSince(start), kLongestLife) << console.Printed() << "\n" << script;
+  const std::string& printed = console.Printed();
+  const std::string said = "PENLOG_KILL_SEED=" + std::to_string(seed) + ", life " +
+                           std::to_string(lives) + ", stage \"" + stage.name + "\"" +
+                           (surface ? " from the surface" : "") + "\n..." +
+                           printed.substr(printed.size() - std::min(kTailTold, printed.size()));
+  ASSERT_LT(SecondsSince(start), kLongestLife) << said << "\n" << script;
+  ExpectEnd(console, sent, said);
+  if (console.EndSignal() == SIGKILL && sent) {
+    ++kills;
+    ++done[(surface   ? "from the surface: "
+            : resumes ? "at the last depth: "
+                      : "first life: ") +
+           std::string(stage.name)];
+  }
   Judge();
+  if (HasFailure()) ADD_FAILURE() << said << "\n" << script;
 }
 
 TEST_F(RealKills, LoseNoRowWhoseSyncHadReturnedAndLeaveNoTornLine) {
@@ -336,10 +399,17 @@ TEST_F(RealKills, LoseNoRowWhoseSyncHadReturnedAndLeaveNoTornLine) {
   while (kills < wanted && !HasFailure()) Live();
   for (const auto& [stage, count] : done) std::cout << "| " << stage << " | " << count << " |\n";
   std::cout << kills << " kills in " << lives << " lives, " << soundings << " soundings ended, "
-            << rows_told << " rows told, " << rows_lost << " lost, " << torn
-            << " torn lines after a resume\n";
+            << rows_told << " rows and " << marks << " gap rows told, " << rows_lost << " lost, "
+            << torn << " torn lines in " << looks << " looks behind a resume; " << taken_out_found
+            << " of " << taken_out
+            << " lines that were taken out for a trial were found to be lost\n";
   EXPECT_EQ(rows_lost, 0);
   EXPECT_EQ(torn, 0);
+  EXPECT_EQ(taken_out_found, taken_out) << "the judge doesn't see what is lost";
+  if (wanted < 2) return;  // a recording, and behind it a resume
+  EXPECT_GT(rows_told, 0);
+  EXPECT_GT(looks, 0);
+  EXPECT_GT(taken_out, 0);
 }
 
 }  // namespace
