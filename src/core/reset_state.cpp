@@ -1,8 +1,11 @@
 #include "core/reset_state.h"
 
 #include "conelink/cone_state.h"
+#include "conelink/other_cone.h"
+#include "conelink/resync_state.h"
 #include "core/channels.h"
 #include "core/languages.h"
+#include "core/resumed_zeros.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "core/settings_replaced.h"
@@ -21,8 +24,10 @@
 #include "screens/reset_comms.h"
 #include "screens/setup_sounding.h"
 #include "screens/specify_ports.h"
+#include "sounding/held_rows.h"
 #include "sounding/missing_steps.h"
 #include "sounding/repeated_reading.h"
+#include "sounding/resume_depth.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -37,10 +42,15 @@ void ResetState() {
   settings = SettingsState{};
   replaced_settings = ReplacedSettingsState{};
   session = SessionState{};
+  resumed_zeros = ResumedZerosState{};
   cone = ConeState{};
+  known_cone = KnownConeState{};
+  resync = ResyncState{};
   sounding = SoundingState{};
+  held_reasons = HeldReasonsState{};
   missing_steps = MissingStepsState{};
   repeated_reading = RepeatedReadingState{};
+  resume_depth = ResumeDepthState{};
   display = DisplayState{};
   view_settings = ViewSettingsState{};
   ChooseLook(view_settings.Look);

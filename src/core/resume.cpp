@@ -3,15 +3,19 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <compare>
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "conelink/cone_state.h"
 #include "conelink/port_supervision.h"
 #include "core/channels.h"
+#include "core/error_trap.h"
 #include "core/message.h"
+#include "core/resumed_zeros.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "core/settings_replaced.h"
@@ -65,6 +69,7 @@ void TakeBaselines(const StoredSounding& stored) {
   for (std::size_t i = 0; i < stored.columns.size(); ++i) {
     if (!stored.zeros[i]) continue;
     channels.Baselines(stored.columns[i]) = *stored.zeros[i];
+    resumed_zeros.Restored(stored.columns[i]) = kTrue;
     sounding.Rows(0, stored.columns[i]) = *stored.zeros[i];
   }
 }
@@ -171,6 +176,8 @@ void KeepStepOfRows() {
 /// Nothing of the sounding is left: another may be begun.
 void ForgetSounding() {
   TakeHeader({});
+  GiveBackTrucksNumber();
+  resumed_zeros = {};
   session.StartDepth = 0;
   session.ResumeDepthStatus = 0;
   session.ResumeTargetDepth = 0;
@@ -216,6 +223,19 @@ std::string Few(const std::vector<std::string>& lines) {
   return text;
 }
 
+/// The mark doesn't say how deep the cone went: the operator does.
+void TellOpenGap(const StoredSounding& stored) {
+  if (!stored.EndsInGap()) return;
+  const float depth = sounding.Rows(sounding.RowCount, 0);
+  const std::string last =
+      stored.rows.empty()
+          ? ""
+          : "  ITS LAST ROW STANDS AT " +
+                MakeStartTexts(depth, settings.DepthUnits, settings.DepthFormat).depth + ".";
+  Tell("THE LAST SOUNDING WAS RESUMED FROM THE SURFACE, AND NO ROW WAS TAKEN AFTER THAT." + last +
+       "  IF THE CONE STANDS AT ANOTHER DEPTH NOW, RESUME FROM THE SURFACE AGAIN.");
+}
+
 void TellDamage(const StoredSounding& stored) {
   const std::string kept = "  WHEN THE SOUNDING IS RESUMED, THE DAMAGED FILE IS KEPT BESIDE.";
   if (!stored.damage.empty()) {
@@ -227,18 +247,64 @@ void TellDamage(const StoredSounding& stored) {
   }
 }
 
+/// A sounding that was put beside "TemporaryData.txt" and never ended.
+struct KeptSounding {
+  std::string date_time;
+  std::size_t rows = 0;
+  int number = 0;  ///< of its name; the first free one was taken
+  std::string path;
+  auto operator<=>(const KeptSounding&) const = default;
+};
+
+constexpr std::string_view kKeptHead = "TemporaryData (";
+
+std::optional<KeptSounding> KeptSoundingOf(const std::string& path, const std::string& name) {
+  std::optional<KeptSounding> kept;
+  Trapped([&] {
+    const auto stored = ReadTemporaryData(ReadFile(path), HasHeaderColumnOnly, kMostRows);
+    if (stored.done || !stored.unreadable.empty()) return;
+    const int number = ToInteger16(LeadingNumber(name.substr(kKeptHead.size())));
+    kept = {stored.date_time, stored.rows.size(), number, path};
+  });
+  return kept;
+}
+
+/// The newest one: what was begun last and holds the most rows.
+std::optional<KeptSounding> NewestKeptSounding(const std::string& folder) {
+  std::optional<KeptSounding> newest;
+  for (const DirectoryEntry& entry : TheDisk().List(folder)) {
+    if (entry.is_folder || !entry.name.starts_with(kKeptHead)) continue;
+    newest = std::max(newest, KeptSoundingOf(JoinPath(folder, entry.name), entry.name));
+  }
+  return newest;
+}
+
+/// What the operator can do with a sounding that stands beside the missing or empty file.
+std::string WhatStandsBeside(const std::string& path) {
+  const auto kept = NewestKeptSounding(FolderOf(path));
+  if (!kept) return {};
+  return "  AN UNFINISHED SOUNDING OF " + Left(kept->date_time, 40) +
+         " STANDS BESIDE: " + kept->path +
+         ".  TO GO ON WITH IT, RENAME THAT FILE TO \"TemporaryData.txt\" AND PRESS RESUME LAST "
+         "SOUNDING AGAIN.";
+}
+
 /// The stored sounding; none when there is nothing to resume, which is told.
 std::optional<StoredSounding> ReadLastSounding() {
   const std::string start = "THE LAST SOUNDING CANNOT BE RESUMED.  ";
   const std::string& path = session.SoundingFiles[0];
   try {
     if (!TheDisk().FileExists(path)) {
-      Tell("THERE IS NO SOUNDING TO RESUME.  " + path + " IS MISSING.");
+      Tell("THERE IS NO SOUNDING TO RESUME.  " + path + " IS MISSING." + WhatStandsBeside(path));
       return std::nullopt;
     }
-    StoredSounding stored = ReadTemporaryData(ReadFile(path), HasHeaderColumnOnly, kMostRows);
+    const std::string text = ReadFile(path);
+    StoredSounding stored = ReadTemporaryData(text, HasHeaderColumnOnly, kMostRows);
     if (stored.done) Tell(session.LastSoundingCompletedMessage);
-    if (!stored.unreadable.empty()) Tell(start + path + ": " + stored.unreadable + ".");
+    if (!stored.unreadable.empty()) {
+      Tell(start + path + ": " + stored.unreadable + "." +
+           (Trim(text).empty() ? WhatStandsBeside(path) : ""));
+    }
     if (!stored.done && stored.unreadable.empty()) return stored;
   } catch (const RuntimeFault& fault) {
     Tell(start + fault.what());
@@ -307,6 +373,7 @@ void StartUp_cmdResume_Click() {
   TakeRows(*stored);
   PlaceStart();
   TellDamage(*stored);
+  TellOpenGap(*stored);
   ShowPanel();
 }
 

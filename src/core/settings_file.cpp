@@ -16,6 +16,7 @@
 #include "platform/files.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
+#include "platform/texts.h"
 
 namespace penlog {
 
@@ -170,6 +171,17 @@ void WriteSetup(const std::vector<SettingField>& fields) {
   }
 }
 
+/// The line at a position, counted from 1.
+std::string LineAt(const std::string& text, int position) {
+  std::size_t begin = 0;
+  for (int i = 1; i < position; ++i) {
+    const std::size_t end = text.find('\n', begin);
+    if (end == std::string::npos) return {};
+    begin = end + 1;
+  }
+  return text.substr(begin, text.find_first_of("\r\n", begin) - begin);
+}
+
 /// The text with another line at a position, counted from 1; a text with fewer lines stays.
 std::string WithLine(std::string text, int position, const std::string& line) {
   std::size_t begin = 0;
@@ -184,6 +196,11 @@ std::string WithLine(std::string text, int position, const std::string& line) {
 
 /// Each value stands on a line of its own.
 std::string WithPortNumbers(std::string text) {
+  // A truck interface that was given the cone's old number would read as one on the cone's port.
+  const bool apart = settings.TruckInterfaceSerialPort != settings.ConeSerialPort;
+  if (apart && Trim(LineAt(text, 41)) == PlainNumber(settings.TruckInterfaceSerialPort)) {
+    text = WithLine(std::move(text), 41, PlainNumber(settings.ConeSerialPort));
+  }
   text = WithLine(std::move(text), 42, PlainNumber(settings.TruckInterfaceSerialPort));
   text = WithLine(std::move(text), 55, PlainNumber(settings.ASCIIOutSerialPort));
   return WithLine(std::move(text), 56, PlainNumber(settings.VideoOverlaySerialPort));

@@ -22,8 +22,9 @@ void SaveSystemSetup();
 /// The same under its other name, for a port that changed at the start.
 void SaveKQSettings();
 
-/// Puts the numbers of the truck interface, the ASCII output and the overlay into the file; all
-/// else in it stays as it stands, and a file that is missing, damaged or of a layout without them
+/// Puts the numbers of the truck interface, the ASCII output and the overlay into the file, and the
+/// cone's where the truck interface was given the number that the file has for it; all else in it
+/// stays as it stands, and a file that is missing, damaged or of a layout without them
 /// is left alone. A failure is told.
 void SavePortNumbers();
 

@@ -136,8 +136,10 @@ std::optional<StoredRow> RowOf(std::string_view line) {
   return text ? Row(*text) : std::nullopt;
 }
 
+/// A mark that was torn as it was written has a part of a field.
 bool IsGap(std::string_view line) {
-  return line.starts_with(kGapMark) && line.find_first_not_of('*', kGapMark.size()) == line.npos;
+  return line.starts_with(kGapMark) && line.find_first_not_of('*', kGapMark.size()) == line.npos &&
+         (line.size() - kGapMark.size()) % kField == 0;
 }
 
 void TellLine(StoredSounding& stored, std::size_t number, const std::string& why) {

@@ -43,6 +43,10 @@ struct StoredSounding {
   std::vector<int> row_channels;            ///< those of `columns` that have a field in a row
   std::vector<StoredRow> rows;
   std::vector<std::int32_t> gaps;  ///< rows before each mark of a drilled gap
+  /// Whether a mark stands behind the last row: the depth was reached, and no row taken there.
+  bool EndsInGap() const {
+    return !gaps.empty() && gaps.back() == static_cast<std::int32_t>(rows.size());
+  }
 
   /// The lines that are sound, as they stand, each with its line end: what the file should hold.
   std::string sound_text;

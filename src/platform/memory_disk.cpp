@@ -36,7 +36,7 @@ MemoryDisk::MemoryDisk() {
 // Operations.
 
 void MemoryDisk::Perform(std::string_view operation, const std::string& path, const Part& whole,
-                         const Part& half) {
+                         const Part& half, const Part& forgets) {
   ++operations_;
   if (stopped_) {
     if (operation == "close") return;
@@ -48,6 +48,7 @@ void MemoryDisk::Perform(std::string_view operation, const std::string& path, co
   const bool is_half = how == Fate::StopAmid || how == Fate::RefusedHalf;
   if (is_whole && whole) whole();
   if (is_half && half) half();
+  if (how == Fate::RefusedAndForgotten && forgets) forgets();
   if (how == Fate::StopBefore || how == Fate::StopAmid || how == Fate::StopAfter) {
     return Die(operation);
   }
@@ -117,10 +118,17 @@ void MemoryDisk::SyncTail(const std::string& path, bool half) {
   synced.append(file->second, synced.size(), half ? tail / 2 : tail);
 }
 
+/// The medium has taken the length alone: a hole stands there, and later syncs go on behind it.
+void MemoryDisk::ForgetTail(const std::string& path) {
+  const auto file = files_.find(path);
+  if (file != files_.end()) medium_.contents[numbers_[path]].resize(file->second.size());
+}
+
 void MemoryDisk::Sync(Handle handle) {
   const std::string path = PathOf(handle);
   Perform(
-      "sync", path, [&] { SyncTail(path, false); }, [&] { SyncTail(path, true); });
+      "sync", path, [&] { SyncTail(path, false); }, [&] { SyncTail(path, true); },
+      [&] { ForgetTail(path); });
 }
 
 void MemoryDisk::Close(Handle handle) {

@@ -4,7 +4,8 @@
 // Fault model of the medium: the content of a file is on it after a sync of the file, the names in
 // a folder (those of folders too) after a sync of the folder. A rename is atomic: the old name, the
 // new one or both lead to the file. Emptying a file is on the medium at once, the worst there is.
-// A sync that failed is made good by the next one. A lock goes with its process.
+// A sync that failed is made good by the next one, but for a fate that says otherwise. A lock goes
+// with its process.
 #pragma once
 
 #include <cstdint>
@@ -37,6 +38,8 @@ enum class Fate {
   Refused,       ///< an input-output error, and nothing was done
   RefusedHalf,   ///< the same with a half done, as in `StopAmid`
   RefusedAfter,  ///< the same, and yet all was done
+  RefusedAndForgotten,  ///< as `Refused`; of a sync: what it was to bring to the medium stays in
+                        ///< sight, and no later sync brings it there, only writing it once more
 };
 
 class MemoryDisk : public Disk {
@@ -103,13 +106,14 @@ class MemoryDisk : public Disk {
   using Part = std::function<void()>;
 
   void Perform(std::string_view operation, const std::string& path, const Part& whole,
-               const Part& half = {});
+               const Part& half = {}, const Part& forgets = {});
   void Die(std::string_view operation);
   void CheckWritable(const std::string& path) const;
   std::string PathOf(Handle handle) const;
   void EmptyFile(const std::string& path);
   void Append(const std::string& path, std::string_view bytes);
   void SyncTail(const std::string& path, bool half);
+  void ForgetTail(const std::string& path);
   void Forget(const std::string& path);
   void AddFolders(const std::string& path);
   std::vector<std::string> ChangedNames(const std::string& folder) const;

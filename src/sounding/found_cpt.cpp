@@ -1,8 +1,10 @@
 #include "sounding/found_cpt.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 #include "conelink/cone_state.h"
 #include "platform/numbers.h"
@@ -92,22 +94,23 @@ bool AgreesButForLastDigit(const std::string& row, const std::string& expected, 
          expected.substr(StartOf(expected, form)->depth_end);
 }
 
-/// The first rows, as many as are matched.
-std::vector<std::string> FirstRows(const FoundCpt& found) {
-  const std::size_t count = std::min(found.rows.size(), static_cast<std::size_t>(kRowsMatched));
-  return {found.rows.begin(), found.rows.begin() + static_cast<std::ptrdiff_t>(count)};
-}
+/// A text of a row of the file.
+struct PlacedText {
+  std::size_t place = 0;  ///< of the row, from 0
+  std::string text;
+};
 
-/// The shift from `least` on with which most of `first` equal the later entries of `all`.
-std::int16_t ShiftOf(const std::vector<std::string>& first, const std::vector<std::string>& all,
-                     std::int16_t least) {
-  std::int16_t best = least;
+/// The shift from `least` on with which most of `some` equal the later entries of `all`; none where
+/// nothing is equal.
+std::optional<std::int16_t> ShiftOf(const std::vector<PlacedText>& some,
+                                    const std::vector<std::string>& all, std::int16_t least) {
+  std::optional<std::int16_t> best;
   int most = 0;
   for (std::int32_t shift = least; shift <= least + kMostDelay; ++shift) {
     int equal = 0;
-    for (std::size_t i = 0; i < first.size(); ++i) {
-      const std::size_t place = i + static_cast<std::size_t>(shift);
-      equal += place < all.size() && first[i] == all[place] ? 1 : 0;
+    for (const PlacedText& one : some) {
+      const std::size_t place = one.place + static_cast<std::size_t>(shift);
+      equal += place < all.size() && one.text == all[place] ? 1 : 0;
     }
     if (equal <= most) continue;
     most = equal;
@@ -116,8 +119,9 @@ std::int16_t ShiftOf(const std::vector<std::string>& first, const std::vector<st
   return best;
 }
 
-std::int32_t LastRowMatched(std::int16_t least) {
-  return std::min(sounding.RowCount, kRowsMatched + least + kMostDelay);
+std::int32_t LastRowMatched(const std::vector<PlacedText>& some, std::int16_t least) {
+  const std::size_t rows = some.empty() ? 0 : some.back().place + 1;
+  return std::min(sounding.RowCount, static_cast<std::int32_t>(rows) + least + kMostDelay);
 }
 
 /// The field of a row's channel, counted from the end: a long depth pushes it to the right.
@@ -127,8 +131,28 @@ std::string FieldOf(std::string_view row, std::size_t column, std::size_t column
   return text.size() < behind ? "" : std::string(text.substr(text.size() - behind, kColumn));
 }
 
+/// The first fields with a reading of the channel and the first without one, as many as are matched
+/// of each: a sounding may have gone on without the channel from near its begin.
+std::vector<PlacedText> FirstFields(const FoundCpt& found, std::size_t column,
+                                    std::size_t columns) {
+  const std::string none = RightField(PlainNumber(kNotReached), static_cast<int>(kColumn));
+  std::vector<PlacedText> fields;
+  std::array<std::int32_t, 2> taken{};
+  for (std::size_t i = 0; i < found.rows.size(); ++i) {
+    std::string text = FieldOf(found.rows[i], column, columns);
+    if (++taken[text == none ? 0 : 1] <= kRowsMatched) fields.push_back({i, std::move(text)});
+  }
+  return fields;
+}
+
 std::string SpeedText(float speed) {
   return Format(speed, "##0.00");
+}
+
+/// 1 for a row that is negated, -1 for one that is not, 0 for one that is 0 but for its rounding.
+int SignVote(float depth, float stored) {
+  const float apart = std::abs(depth - stored) - std::abs(depth + stored);
+  return apart > kHundredth ? 1 : apart < -kHundredth ? -1 : 0;
 }
 
 }  // namespace
@@ -162,43 +186,43 @@ std::optional<float> BaselineInHead(const FoundCpt& found, int channel) {
 }
 
 std::optional<bool> HoldsElevations(const FoundCpt& found) {
-  if (!found.has_head || found.rows.empty() || sounding.RowCount == 0) return std::nullopt;
-  const auto depth = DepthOf(found.rows[0], found.form);
-  const float stored = sounding.Rows(1, 0);
-  if (!depth) return std::nullopt;
-  const bool negated = std::abs(*depth + stored) <= kHundredth;
-  const bool plain = std::abs(*depth - stored) <= kHundredth;
-  return negated == plain ? std::nullopt : std::optional(negated);
+  if (!found.has_head) return std::nullopt;
+  int votes = 0;
+  const std::size_t rows = std::min(found.rows.size(), static_cast<std::size_t>(sounding.RowCount));
+  for (std::size_t i = 0; i < rows; ++i) {
+    const auto depth = DepthOf(found.rows[i], found.form);
+    if (depth) votes += SignVote(*depth, sounding.Rows(static_cast<std::int32_t>(i) + 1, 0));
+  }
+  return votes == 0 ? std::nullopt : std::optional(votes > 0);
 }
 
-std::int16_t DelayInFile(const FoundCpt& found, int channel) {
+std::optional<std::int16_t> DelayInFile(const FoundCpt& found, int channel) {
   const std::vector<int> columns = RowChannels();
   const auto place = std::find(columns.begin(), columns.end(), channel);
-  if (place == columns.end()) return 0;
-  std::vector<std::string> fields = FirstRows(found);
-  for (std::string& row : fields) {
-    row = FieldOf(row, static_cast<std::size_t>(place - columns.begin()), columns.size());
-  }
+  if (place == columns.end()) return std::nullopt;
+  const auto fields =
+      FirstFields(found, static_cast<std::size_t>(place - columns.begin()), columns.size());
   std::vector<std::string> values;
-  for (std::int32_t row = 1; row <= LastRowMatched(0); ++row) {
+  for (std::int32_t row = 1; row <= LastRowMatched(fields, 0); ++row) {
     values.push_back(RowValue(row, channel));
   }
   return ShiftOf(fields, values, 0);
 }
 
 std::int16_t LagOfFile(const FoundCpt& found, std::int16_t least) {
-  std::vector<std::string> speeds = FirstRows(found);
-  for (std::string& row : speeds) {
+  std::vector<PlacedText> speeds;
+  for (const std::string& row : found.rows) {
+    if (speeds.size() == static_cast<std::size_t>(kRowsMatched)) break;
     const auto start = StartOf(row, found.form);
     const std::string text =
         start ? row.substr(start->depth_end, start->speed_end - start->depth_end) : "";
-    row = Trim(text);
+    speeds.push_back({speeds.size(), std::string(Trim(text))});
   }
   std::vector<std::string> recorded;
-  for (std::int32_t row = 1; row <= LastRowMatched(least); ++row) {
+  for (std::int32_t row = 1; row <= LastRowMatched(speeds, least); ++row) {
     recorded.push_back(SpeedText(sounding.RowSpeed(row - 1)));
   }
-  return ShiftOf(speeds, recorded, least);
+  return ShiftOf(speeds, recorded, least).value_or(least);
 }
 
 CptMending MendCpt(const FoundCpt& found) {

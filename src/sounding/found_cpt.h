@@ -29,12 +29,14 @@ FoundCpt ReadCpt(std::string_view text, const StoredSounding& stored);
 /// The baseline of a recorded channel, as the head of the file has it.
 std::optional<float> BaselineInHead(const FoundCpt& found, int channel);
 
-/// Whether the rows of the file are negated depths; none where they don't tell.
+/// Whether the rows of the file are negated depths: each row that lies on one side of 0 tells, and
+/// most of them decide. None where they don't tell.
 std::optional<bool> HoldsElevations(const FoundCpt& found);
 
 /// The rows that a channel lags in the file: those with which most of its first rows hold what
-/// stands in memory. A channel that is missing now does not tell its delay any more.
-std::int16_t DelayInFile(const FoundCpt& found, int channel);
+/// stands in memory. A channel that is missing now does not tell its delay any more. None where no
+/// row of the file does.
+std::optional<std::int16_t> DelayInFile(const FoundCpt& found, int channel);
 
 /// The rows that the file lags, `least` at least: the speed of a row is that of the newest one.
 std::int16_t LagOfFile(const FoundCpt& found, std::int16_t least);

@@ -2,10 +2,15 @@
 // what can't be written stays in memory, in order, and goes out before what comes later.
 //
 // Fault model: a write fails whole (no room), fails in part (the medium goes away), or lands whole
-// and its sync fails. After a failure the file's length tells what landed. A file that is gone or
-// shorter than what was written to it takes nothing: its medium may come back.
+// and its sync fails. After a failed write the file's content tells what landed. After a failed
+// sync the system may have forgotten it, with no later sync to tell: the file is replaced as a
+// whole by what earlier syncs had brought to the medium and all that came since. A file that is
+// gone or shorter than what was written to it takes nothing: its medium may come back.
 #pragma once
 
+#include <array>
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace penlog {
@@ -18,6 +23,12 @@ enum SoundingFile : int {
   kSeismicFile = 3,
   kTimFile = 4,
 };
+
+/// Why the last attempt on each file failed, by the index of `SoundingFiles`.
+struct HeldReasonsState {
+  std::array<std::string, 7> Why;
+};
+inline HeldReasonsState held_reasons;
 
 /// Appends with one write and one sync, together with what is held for that file. True when all of
 /// it is on the disk; otherwise it is held, and the operator is told once.
@@ -32,14 +43,30 @@ bool WriteAllHeld();
 /// The same once a second at most, for the main loop.
 void RetryHeld();
 
-/// Raises a `RuntimeFault` when the file is gone or shorter than what was written to it.
-void RequireWhole(SoundingFile file);
+/// Why a file is not whole: why it took nothing of what is held for it, or that it is gone or
+/// shorter than what was written to it. Empty for a whole file, and for one that was not begun.
+std::string WhyNotWhole(SoundingFile file);
+
+/// What helps a file that is not whole.
+enum class Remedy {
+  Disk,    ///< its disk takes nothing: room, a right, a sound medium
+  Medium,  ///< it is gone
+  Resume,  ///< it stands there changed: a resume mends it
+};
+Remedy RemedyFor(SoundingFile file);
+
+/// Rows, or time marks, that are held for a file.
+std::int32_t LinesHeld(SoundingFile file);
 
 /// Whether this console has made the file, or goes on with it.
 bool IsBegun(SoundingFile file);
 
 /// The file was made anew with `length` bytes: nothing is held for it.
 void StartFile(SoundingFile file, std::size_t length);
+
+/// What stands there would have to be changed: it takes nothing before the next resume mends it,
+/// and it is not whole.
+void StartUnfitFile(SoundingFile file);
 
 /// The start of the file was taken back: what stands under its name is no business of this console.
 void ForgetFile(SoundingFile file);

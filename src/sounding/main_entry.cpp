@@ -61,8 +61,10 @@ void LayOut() {
   SetDisplay();  // clears the ranges of the charts and their shown copies
 }
 
-/// Above 2 no setting is made: the port keeps what it had.
+/// Above 2 no setting is made: the port keeps what it had. Where the cone came up under the truck's
+/// number, its lines are not the truck's.
 void OpenTruck() {
+  if (ConeTookTheTrucksNumber()) return;
   const bool opened = Trapped([] {
     Main.EncoderComm.Close();
     OpenTruckPort(settings.LumenProbePresent < 2    ? "19200,N,8,1"

@@ -8,8 +8,8 @@
 #include "conelink/reconnect.h"
 #include "conelink/resync.h"
 #include "core/channels.h"
-#include "display/depth_word.h"
 #include "display/alarms.h"
+#include "display/depth_word.h"
 #include "display/status_strip.h"
 #include "forms/main_form.h"
 #include "platform/clock.h"
@@ -43,10 +43,10 @@ bool SuperviseLink() {
 }
 
 void ResynchronisingPass() {
-  FollowResumeDepth();  // depth is counted while the cone is away
   ResyncConeData();
   if (cone.ConeLinkUp != kTrue) return;
   sounding.ReadingsFresh = kFalse;
+  sounding.ReadingsTaken = 0;  // a baseline waits until none of before the loss is averaged in
   ShowConeConnected();
 }
 
@@ -54,7 +54,6 @@ void WaitingPass() {
   // In calibration mode the calibrator is read beside the cone here once its screen stands.
   GetConeData();
   TakeAskedBaseline();
-  FollowResumeDepth();
 }
 
 void WorkOfMode(bool link_was_lost) {
@@ -84,6 +83,7 @@ void Main_Timer1_Timer() {
   FollowDepthWord();
   FollowStatusStrip();
   FollowAlarms();
+  FollowResumeDepth();
 }
 
 void MainloopPass() {

@@ -13,7 +13,8 @@ namespace penlog {
 /// went by waits for the next event.
 void MainloopPass();
 
-/// The console's 55 ms timer: ticks, seconds and the pauses of the cone link.
+/// The console's 55 ms timer: ticks, seconds, the pauses of the cone link, and what must be shown
+/// in time also while a pass waits for the cone.
 void Main_Timer1_Timer();
 
 }  // namespace penlog

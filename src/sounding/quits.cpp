@@ -7,6 +7,7 @@
 #include "display/enlarged_graph.h"
 #include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
+#include "sounding/reached.h"
 #include "sounding/sounding_state.h"
 #include "sounding/truck_interface.h"
 
@@ -49,8 +50,8 @@ bool IsInclinationOver() {
 
 bool IsRateOver(int channel) {
   const float limit = channels.QuitRateLimit(channel);
-  const float rate = sounding.Readings(channel) - sounding.Rows(sounding.RowCount, channel);
-  return limit != 0.0f && rate > limit;
+  const float before = sounding.Rows(sounding.RowCount, channel);
+  return limit != 0.0f && IsReached(before) && sounding.Readings(channel) - before > limit;
 }
 
 std::string TestChannels() {

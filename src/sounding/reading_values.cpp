@@ -10,6 +10,7 @@
 #include "core/settings.h"
 #include "display/display_state.h"
 #include "platform/numbers.h"
+#include "sounding/reached.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -113,10 +114,16 @@ bool SoilIsWanted() {
   return graphed && IsPresent(1) && IsPresent(2);
 }
 
+float PorePressureOf(std::int32_t row) {
+  const float raw = sounding.Rows(row, 3);
+  return IsReached(raw) ? raw : channels.Baselines(3);
+}
+
 float QtOfRow(std::int32_t row) {
+  if (!IsReached(sounding.Rows(row, 1))) return std::numeric_limits<float>::quiet_NaN();
   const float tip = Loaded(1, sounding.Rows(row, 1)) * channels.ChannelGain(1);
   const float pressure =
-      Loaded(3, sounding.Rows(row, 3)) * kPorePressureShare * channels.ChannelGain(3);
+      Loaded(3, PorePressureOf(row)) * kPorePressureShare * channels.ChannelGain(3);
   return pressure + (IsPresent(1) ? tip * BallFactor() : tip);
 }
 

@@ -44,8 +44,13 @@ SoilTypeAndN SoilOf(float tip, float sleeve, float pore_pressure);
 /// One of the four graphs shows channel 21 or 22, and the channels 1 and 2 are present.
 bool SoilIsWanted();
 
+/// Raw pore pressure of a recorded row; its baseline, which counts as no load, for a row that was
+/// recorded without the channel.
+float PorePressureOf(std::int32_t row);
+
 /// Corrected tip resistance of a recorded row in base units, with the ball's area. The pressure
-/// term stands also without channel 3, whose row value is then 0.
+/// term stands also without channel 3, whose row value is then 0. No number for a row that was
+/// recorded without a tip.
 float QtOfRow(std::int32_t row);
 
 }  // namespace penlog

@@ -49,7 +49,8 @@ void FollowResumeDepth() {
 
 void frmResumeDepthStatus_lblDepthReached_Click() {
   if (session.ResumeDepthStatus != kWaits || sounding.ConsoleMode != 1) return;
-  AppendOrHold(kTemporaryFile, GapRow());
+  if (resume_depth.RowsAtGap != sounding.RowCount) AppendOrHold(kTemporaryFile, GapRow());
+  resume_depth.RowsAtGap = sounding.RowCount;
   session.ResumeDepthStatus = 0;
   sounding.LastStepSeconds = sounding.ElapsedMs / 1000.0;
   sounding.NextRecordCount =

@@ -9,6 +9,7 @@
 #include "forms/main_form.h"
 #include "platform/numbers.h"
 #include "sounding/depth_count.h"
+#include "sounding/reached.h"
 #include "sounding/reading_cycle.h"
 #include "sounding/reading_values.h"
 #include "sounding/resume_depth.h"
@@ -82,21 +83,29 @@ void RebuildDerivedChannels() {
 void RebuildFrictionRatio() {
   const float ball = BallFactor();
   for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
+    const float tip = sounding.Rows(row, 1);
+    const float sleeve = sounding.Rows(row, 2);
+    const bool reached = IsReached(tip) && IsReached(sleeve);
     sounding.Rows(row, 20) =
-        FrictionRatioOf(sounding.Rows(row, 1), sounding.Rows(row, 2), ball).value_or(0.0f);
+        reached ? FrictionRatioOf(tip, sleeve, ball).value_or(0.0f) : kNoReading;
   }
 }
 
 void RebuildInclination() {
   for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
-    sounding.Rows(row, 19) = InclinationOf(sounding.Rows(row, 6), sounding.Rows(row, 7));
+    const float x = sounding.Rows(row, 6);
+    const float y = sounding.Rows(row, 7);
+    sounding.Rows(row, 19) = IsReached(x) && IsReached(y) ? InclinationOf(x, y) : kNoReading;
   }
 }
 
 void RebuildSoilType() {
   for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
+    const float tip = sounding.Rows(row, 1);
+    const float sleeve = sounding.Rows(row, 2);
+    const bool reached = IsReached(tip) && IsReached(sleeve);
     const SoilTypeAndN found =
-        SoilOf(sounding.Rows(row, 1), sounding.Rows(row, 2), sounding.Rows(row, 3));
+        reached ? SoilOf(tip, sleeve, PorePressureOf(row)) : SoilTypeAndN{kNoReading, kNoReading};
     sounding.Rows(row, 21) = found.zone;
     sounding.Rows(row, 22) = found.n;
   }

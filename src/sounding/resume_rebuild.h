@@ -10,6 +10,8 @@ void MarkComputedChannels();
 /// The step of the main loop's entry for a resume. Yields: ten readings fill the averages.
 void RebuildResumedSounding();
 
+// A row that was recorded without a channel has none of what is computed from it: -32768.
+
 /// Friction ratio of each row in percent, here with the ball tip's area ratio, which the live
 /// reading leaves out; 0 for a row whose tip is not above its baseline.
 void RebuildFrictionRatio();
@@ -17,5 +19,7 @@ void RebuildFrictionRatio();
 void RebuildInclination();
 /// Soil behaviour type and N of each row.
 void RebuildSoilType();
+/// Corrected tip resistance of each row.
+void RebuildQt();
 
 }  // namespace penlog

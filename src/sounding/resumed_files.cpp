@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
 #include "core/message.h"
 #include "core/resume.h"
+#include "core/resumed_zeros.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "core/settings_replaced.h"
@@ -25,6 +27,9 @@
 #include "screens/last_sounding_parameters.h"
 #include "sounding/found_cpt.h"
 #include "sounding/held_rows.h"
+#include "sounding/moved_files.h"
+#include "sounding/reached.h"
+#include "sounding/resume_depth.h"
 #include "sounding/resume_rebuild.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
@@ -120,12 +125,14 @@ void ReplaceTemporary(const std::string& text) {
          [&] { ReplaceFile(PathOf(kTemporaryFile), text); });
 }
 
-/// The damaged file is copied beside before the sound part takes its place.
+/// The damaged file is copied beside before the sound part takes its place. Behind a refusal a
+/// sound one is written anew as well: no later sync tells of what a failed one forgot.
 void MendTemporary(const std::string& text, const StoredSounding& stored) {
   const std::string& path = PathOf(kTemporaryFile);
   bool is_kept = !stored.loses_lines;
+  bool settles = text == stored.sound_text;
   Insist("THE TEMPORARY DATA CANNOT BE WRITTEN.", [&] {
-    if (text == stored.sound_text) return SettleFile(path);
+    if (std::exchange(settles, false)) return SettleFile(path);
     if (!is_kept) CopyFile(path, FreeNameBeside(path));
     is_kept = true;
     ReplaceFile(path, stored.sound_text);
@@ -164,14 +171,21 @@ void KeepSignOfRows(const FoundCpt& found) {
                     "DEPTHS.");
 }
 
+/// The others have the zero of the cone's record, which is not read for a missing channel.
+bool KeepsSavedZero(int channel) {
+  return channels.ChannelKeepZero(channel) != 0 || sounding.KeptColumn(channel) == kTrue;
+}
+
 /// Baselines that the recovery copy lost stand in the head, too.
 void TakeLostBaselines(const FoundCpt& found, const StoredSounding& stored) {
   for (std::size_t i = 0; i < stored.columns.size(); ++i) {
     const int channel = stored.columns[i];
     const auto zero = BaselineInHead(found, channel);
     if (stored.zeros[i] || !zero) continue;
-    channels.Baselines(channel) = *zero;
     sounding.Rows(0, channel) = *zero;
+    if (!KeepsSavedZero(channel)) continue;
+    channels.Baselines(channel) = *zero;
+    resumed_zeros.Restored(channel) = kTrue;
   }
 }
 
@@ -186,10 +200,31 @@ bool AnyIsMissing() {
 void FormDelays(const FoundCpt& found) {
   for (const int channel : RowChannels()) {
     if (sounding.KeptColumn(channel) != kTrue) continue;
-    channels.ChannelDelayRows(channel) = DelayInFile(found, channel);
+    channels.ChannelDelayRows(channel) = DelayInFile(found, channel).value_or(std::int16_t{0});
   }
   FormDelayRows();
   if (AnyIsMissing()) cone.DelayRows = LagOfFile(found, cone.DelayRows);
+}
+
+/// Its record is not read, and nothing stands in the file: the values stay in their own rows.
+bool IsDelayUnknown(const FoundCpt& found, int channel) {
+  if (sounding.KeptColumn(channel) != kTrue || DelayInFile(found, channel)) return false;
+  for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
+    if (IsReached(sounding.Rows(row, channel))) return true;
+  }
+  return false;
+}
+
+void TellUnknownDelays(const FoundCpt& found) {
+  std::string unknown;
+  for (const int channel : RowChannels()) {
+    if (IsDelayUnknown(found, channel)) unknown += (unknown.empty() ? "" : ", ") + NameOf(channel);
+  }
+  if (unknown.empty()) return;
+  Tell(
+      "NOTHING TELLS HOW FAR THE SENSORS OF MISSING CHANNELS SIT FROM THE TIP.  THEIR VALUES STAND "
+      "IN THE ROWS IN WHICH THEY WERE READ, NOT MOVED TO THEIR DEPTHS: " +
+      unknown);
 }
 
 std::string Mended(const CptMending& mending, const FoundCpt& found) {
@@ -220,26 +255,48 @@ CptOnDisk LookAtCpt() {
   return cpt;
 }
 
-/// The new place of the sounding's files; the recovery copy names it.
-void MoveSounding(const std::string& main_file, StoredSounding& stored) {
-  stored.main_file = main_file;
-  stored.sound_text = main_file + stored.sound_text.substr(stored.sound_text.find("\r\n"));
-  TakeSoundingPaths(main_file);
-  ReplaceTemporary(stored.sound_text);
-  StartFile(kTemporaryFile, stored.sound_text.size());
-}
+/// What the operator does about a folder that refuses.
+enum class WayOn { Again, Hold, Back };
 
-/// False when the operator wants no other place.
-bool AskForOtherFolder(const std::string& why, StoredSounding& stored) {
+/// Another folder that he chooses becomes the place of the sounding's files.
+WayOn AskWayOn(const std::string& why) {
   if (MsgBox("THE SOUNDING FILE CANNOT BE WRITTEN.  " + why +
                  "  DO YOU WANT TO CHOOSE ANOTHER "
                  "FOLDER?  IF 'NO', ITS ROWS ARE KEPT IN THE TEMPORARY DATA ALONE.",
              BoxButtons::YesNo) == BoxAnswer::No) {
-    return false;
+    return WayOn::Hold;
   }
   const auto chosen = AskFile("SOUNDING FILE", FolderOf(PathOf(kCptFile)), "*.cpt", true);
-  if (chosen) MoveSounding(EndsWithNoCase(*chosen, ".cpt") ? *chosen : *chosen + ".cpt", stored);
-  return true;
+  if (chosen) {
+    TakeSoundingPaths(EndsWithNoCase(*chosen, ".cpt") ? *chosen : *chosen + ".cpt");
+    return WayOn::Again;
+  }
+  return MsgBox(
+             "NO OTHER FOLDER WAS CHOSEN.  PRESS OK TO TRY AGAIN, OR CANCEL TO GO BACK TO THE "
+             "START SCREEN.  THE LAST SOUNDING CAN BE RESUMED LATER.",
+             BoxButtons::OkCancel) == BoxAnswer::Cancel
+             ? WayOn::Back
+             : WayOn::Again;
+}
+
+/// Where the recovery copy says that the sounding's files stand.
+struct Home {
+  SoundingPaths paths = session.SoundingFiles;
+  bool has_dissipation_file = session.HasDissipationFile == kTrue;
+  bool has_seismic_file = session.HasSeismicFile == kTrue;
+  bool IsHere() const { return paths[kCptFile] == PathOf(kCptFile); }
+};
+
+/// The sounding file stands in its new place: the others follow, and then the recovery copy names
+/// it. Cut off on the way, the sounding is still at home.
+void MoveFrom(const Home& home, bool is_its_place, StoredSounding& stored) {
+  MoveSideFiles(home.paths, session.SoundingFiles, is_its_place, home.has_dissipation_file,
+                home.has_seismic_file);
+  stored.main_file = PathOf(kCptFile);
+  stored.sound_text = stored.main_file + stored.sound_text.substr(stored.sound_text.find("\r\n"));
+  TakeSoundingPaths(stored.main_file);
+  ReplaceTemporary(stored.sound_text);
+  StartFile(kTemporaryFile, stored.sound_text.size());
 }
 
 /// The last file that was kept beside, and where.
@@ -269,15 +326,13 @@ std::string WhereKept(const KeptCpt& kept) {
 }
 
 /// Lines that only go on behind what stands there are held like refused rows. A file that would
-/// have to be changed takes nothing until the next resume mends it.
-void HoldMended(const CptOnDisk& cpt, const std::string& mended) {
+/// have to be changed takes nothing until the next resume mends it. `is_unsure`: a sync of what
+/// stands there failed.
+void HoldMended(const CptOnDisk& cpt, const std::string& mended, bool is_unsure) {
   const bool goes_on = cpt.is_read == cpt.exists && mended.starts_with(cpt.text);
-  if (!goes_on) {
-    StartFile(kCptFile, std::max(cpt.text.size(), mended.size()) + 1);
-    sounding.Held[kCptFile].Failed = true;  // its length is looked at before each attempt
-    return;
-  }
+  if (!goes_on) return StartUnfitFile(kCptFile);
   StartFile(kCptFile, cpt.text.size());
+  sounding.Held[kCptFile].Failed = sounding.Held[kCptFile].SyncFailed = is_unsure;
   AppendOrHold(kCptFile, mended.substr(cpt.text.size()));
 }
 
@@ -291,60 +346,86 @@ FoundCpt TakeFoundCpt(const CptOnDisk& cpt, const StoredSounding& stored) {
   return found;
 }
 
-/// Tries until the file is whole, or held back as the operator wants it.
-void MendCptFile(StoredSounding& stored) {
+/// Makes the file whole, or sees that what stands there is on its medium.
+void WriteCpt(const CptOnDisk& cpt, const FoundCpt& found, const CptMending& mending,
+              bool was_refused, KeptCpt& kept, std::string& told) {
+  const bool is_whole = cpt.is_read && cpt.text == mending.text;
+  if (is_whole && !was_refused) {
+    SettleFile(PathOf(kCptFile));
+  } else {
+    KeepCpt(cpt, found, mending, kept);
+    if (!is_whole) told = Mended(mending, found);
+    ReplaceFile(PathOf(kCptFile), mending.text);
+  }
+  StartFile(kCptFile, mending.text.size());
+}
+
+/// Tries until the file is whole, or held back as the operator wants it; false when he goes back.
+bool MendCptFile(StoredSounding& stored) {
+  const Home home;
   KeptCpt kept;
   std::string told;
+  std::string refused;  // the file that took nothing last
+  bool is_its_place = false;
+  WayOn way = WayOn::Again;
   for (;;) {
     const CptOnDisk cpt = LookAtCpt();
     const FoundCpt found = TakeFoundCpt(cpt, stored);
     const CptMending mending = MendCpt(found);
-    try {
-      if (!cpt.is_read || cpt.text != mending.text) {
-        KeepCpt(cpt, found, mending, kept);
-        told = Mended(mending, found);
-        ReplaceFile(PathOf(kCptFile), mending.text);
-      } else {
-        SettleFile(PathOf(kCptFile));
-      }
-      StartFile(kCptFile, mending.text.size());
-    } catch (const RuntimeFault& fault) {
-      if (AskForOtherFolder(fault.what(), stored)) continue;
-      HoldMended(cpt, mending.text);
+    const bool was_refused = refused == PathOf(kCptFile);
+    if (!was_refused) is_its_place = found.has_head;
+    if (way == WayOn::Hold) {
+      HoldMended(cpt, mending.text, was_refused && cpt.text == mending.text);
       told.clear();
+    } else {
+      try {
+        WriteCpt(cpt, found, mending, was_refused, kept, told);
+        if (!home.IsHere()) MoveFrom(home, is_its_place, stored);
+      } catch (const RuntimeFault& fault) {
+        refused = PathOf(kCptFile);
+        way = AskWayOn(fault.what());
+        if (way == WayOn::Back) return false;
+        if (way == WayOn::Hold) TakeSoundingPaths(home.paths[kCptFile]);
+        continue;
+      }
     }
     if (!told.empty()) Tell(told + WhereKept(kept));
     if (found.has_head) TellOfHead(found);
-    return;
+    TellUnknownDelays(found);
+    return true;
   }
 }
 
 // The time marks.
 
+constexpr std::ptrdiff_t kTimHeaderLines = 2;
+
 float SecondsNow() {
   return static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
 }
 
-void TakeUpTimFile() {
+/// A file that was cut off as it was begun has no whole header.
+void TakeUpTimFile(bool was_refused) {
   const std::string& path = PathOf(kTimFile);
   const bool stands = TheDisk().FileExists(path);
   if (!stands && !HasTimFile()) return;
   const std::string text = stands ? ReadFile(path) : "";
   std::string whole = text.substr(0, text.rfind('\n') + 1);
-  if (whole.empty()) whole = TimHeader(SecondsNow());
-  if (whole != text) {
-    ReplaceFile(path, whole);
-  } else {
+  const auto lines = std::count(whole.begin(), whole.end(), '\n');
+  if (lines < kTimHeaderLines) whole = TimHeader(SecondsNow());
+  if (whole == text && !was_refused) {
     SettleFile(path);
+  } else {
+    ReplaceFile(path, whole);
   }
   StartFile(kTimFile, whole.size());
 }
 
 /// The sounding can go on without the marks.
 void MendTimFile() {
-  for (;;) {
+  for (bool was_refused = false;; was_refused = true) {
     try {
-      return TakeUpTimFile();
+      return TakeUpTimFile(was_refused);
     } catch (const RuntimeFault& fault) {
       if (MsgBox("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN.  PRESS OK TO TRY AGAIN, OR "
                  "CANCEL TO GO ON AS IT IS.  " +
@@ -360,20 +441,55 @@ bool HasHeaderColumnOnly(int channel) {
   return channels.RecordMode(channel) == 3;
 }
 
-}  // namespace
+/// What an attempt that was given up must not leave changed: another sounding may be begun.
+struct SessionBefore {
+  ChannelState tables = channels;
+  DisplayState charts = display;
+  ReplacedSettingsState replaced = replaced_settings;
+  std::int16_t depth_format = settings.DepthFormat;
+  std::int16_t delay_rows = cone.DelayRows;
 
-void TakeUpSounding() {
+  void Restore() const {
+    channels = tables;
+    display = charts;
+    replaced_settings = replaced;
+    settings.DepthFormat = depth_format;
+    cone.DelayRows = delay_rows;
+    sounding.KeptColumn = {};
+    sounding.RowForm = CptForm::OfSettings;
+    for (const SoundingFile file : {kTemporaryFile, kCptFile, kTimFile}) ForgetFile(file);
+  }
+};
+
+bool TakeUp() {
   const std::string text = ReadFile(PathOf(kTemporaryFile));
   StoredSounding stored = ReadTemporaryData(text, HasHeaderColumnOnly, kMostRows);
   if (stored.done || !stored.unreadable.empty()) {
     throw RuntimeFault("TemporaryData.txt HAS CHANGED SINCE IT WAS READ.");
   }
+  resume_depth.RowsAtGap = stored.gaps.empty() ? -1 : stored.gaps.back();
   MarkComputedChannels();
   TakeColumns(stored);
   TakeGraphs(stored);
   MendTemporary(text, stored);
-  MendCptFile(stored);
+  if (!MendCptFile(stored)) return false;
+  TellZerosOfRecord();
   MendTimFile();
+  return true;
+}
+
+}  // namespace
+
+bool TakeUpSounding() {
+  const SessionBefore before;
+  try {
+    if (TakeUp()) return true;
+  } catch (const RuntimeFault&) {
+    before.Restore();
+    throw;
+  }
+  before.Restore();
+  return false;
 }
 
 }  // namespace penlog

@@ -8,6 +8,7 @@
 #include "display/display_state.h"
 #include "platform/numbers.h"
 #include "platform/value_writer.h"
+#include "sounding/reached.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -148,8 +149,7 @@ std::string ColumnTitle(int channel) {
 
 std::string RowValue(std::int32_t row, int channel) {
   const float raw = sounding.Rows(row, channel);
-  const bool lacks = sounding.KeptColumn(channel) == kTrue && raw == kNotReached;
-  return lacks ? NotReached() : Value(raw);
+  return IsReached(raw) ? Value(raw) : NotReached();
 }
 
 std::string CptHeader() {

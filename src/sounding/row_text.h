@@ -22,7 +22,8 @@ std::vector<int> FlushChannels(bool with_derived);
 
 /// The short label; with a ball tip that of channel 1 holds the ball's diameter in mm.
 std::string ColumnTitle(int channel);
-/// The field of a channel in a row, raw, 20 characters; -32768 for one that a resume lacks.
+/// The field of a channel in a row, raw, 20 characters; "-32768" in a row that was recorded without
+/// it, also once the channel is back: lines that stand in the files are never formed otherwise.
 std::string RowValue(std::int32_t row, int channel);
 
 /// The first lines of the `.cpt` file; `DepthSignificantDigits` above 2 selects the new form.

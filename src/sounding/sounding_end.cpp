@@ -26,12 +26,155 @@ namespace penlog {
 
 namespace {
 
-bool TellNotClosed(const std::string& reason) {
-  PostBox(
-      "THE SOUNDING IS NOT CLOSED YET, ITS FILES CANNOT BE WRITTEN.  NOTHING IS LOST.  FREE SOME "
-      "ROOM ON THE DISK AND PRESS TAKE BASELINE OR NO BASELINE AGAIN.  " +
-      reason);
+const std::string kNotClosed = "THE SOUNDING IS NOT CLOSED YET.  ";
+
+/// "3 ROWS", "1 ROW"; empty for none.
+std::string Counted(std::int32_t count, const std::string& word) {
+  if (count == 0) return {};
+  return PlainNumber(count) + " " + word + (count == 1 ? "" : "S");
+}
+
+std::string HeldRows() {
+  return Counted(LinesHeld(kTemporaryFile), "ROW");
+}
+
+std::string HeldMarks() {
+  return Counted(LinesHeld(kTimFile), "TIME MARK");
+}
+
+std::string WhatHelps(SoundingFile file) {
+  switch (RemedyFor(file)) {
+    case Remedy::Medium:
+      return "  IF ITS MEDIUM WAS PULLED OUT, PUT IT BACK.";
+    case Remedy::Resume:
+      return file == kCptFile ? "  A RESUME MENDS IT." : "  SOMETHING ELSE HAS CHANGED IT.";
+    case Remedy::Disk:
+      break;
+  }
+  return "  FREE SOME ROOM ON ITS DISK, OR LET IT BE WRITTEN AGAIN.";
+}
+
+/// Why the `.cpt` file has to be made whole by a resume; empty for a whole one.
+std::string WhyCompletedLater() {
+  const std::string why = WhyNotWhole(kCptFile);
+  if (why.empty()) return {};
+  return "THE SOUNDING FILE IS NOT COMPLETE YET: " + why +
+         ".  ALL ITS ROWS STAND IN THE TEMPORARY DATA.  RESUME LAST SOUNDING COMPLETES IT, ALSO IN "
+         "ANOTHER FOLDER.";
+}
+
+void TellIfAny(const std::string& text) {
+  if (!text.empty()) PostBox(text);
+}
+
+/// Rows that no file holds are lost with the program: it isn't left. `again`: what is to be
+/// pressed.
+bool RefuseForHeldRows(const std::string& refusal, const std::string& again) {
+  const std::string why = WhyNotWhole(kTemporaryFile);
+  if (why.empty()) return false;
+  const std::string rows = HeldRows();
+  PostBox(refusal + (rows.empty() ? "" : "IN MEMORY ALONE: " + rows + ".  ") + why + "." +
+          WhatHelps(kTemporaryFile) + "  THEN PRESS " + again + " AGAIN.");
+  return true;
+}
+
+void LeaveUnfinished() {
+  sounding.ConsoleMode = 1;
+  ExitProgram();
+}
+
+void Suspend(bool is_told) {
+  WriteAllHeld();
+  const auto is_refused = [] {
+    return RefuseForHeldRows("THE SOUNDING CANNOT BE SUSPENDED.  ", "SUSPEND");
+  };
+  if (is_refused()) return;
+  const std::string marks = HeldMarks();
+  if (!marks.empty()) {
+    PostBox("IN MEMORY ALONE: " + marks + ", WHICH WOULD BE LOST.  " + WhyNotWhole(kTimFile) + "." +
+                WhatHelps(kTimFile) + "  SUSPEND THE SOUNDING ALL THE SAME?",
+            BoxButtons::YesNoCareful, [is_refused, is_told](BoxAnswer answer) {
+              if (answer != BoxAnswer::Yes || sounding.ExitUnderWay == kTrue) return;
+              if (is_refused()) return;  // rows came meanwhile
+              if (!is_told) TellIfAny(WhyCompletedLater());
+              LeaveUnfinished();
+            });
+    return;
+  }
+  if (!is_told) TellIfAny(WhyCompletedLater());
+  LeaveUnfinished();
+}
+
+void TryAgainToClose() {
+  if (CloseSounding()) ExitProgram();
+}
+
+/// `why`: what could not be written. All rows stand in the recovery copy, or a suspension would
+/// lose some.
+bool TellNotClosed(const std::string& why) {
+  const std::string what_helps = WhatHelps(kCptFile);
+  WriteHeld(kTemporaryFile);
+  if (RefuseForHeldRows(kNotClosed + why + "." + what_helps + "  ",
+                        "TAKE BASELINE OR NO BASELINE")) {
+    return false;
+  }
+  const std::string baseline =
+      sounding.FinalBaselineMade == kTrue ? "  THE FINAL BASELINE IS TAKEN ANEW THEN." : "";
+  PostBox(kNotClosed + why + "." + what_helps +
+              "  ALL ROWS STAND IN THE TEMPORARY DATA.  DO YOU WANT TO TRY AGAIN?  IF 'NO', THE "
+              "SOUNDING IS SUSPENDED: RESUME LAST SOUNDING COMPLETES ITS FILE, ALSO IN ANOTHER "
+              "FOLDER, AND IT IS ENDED BEHIND THAT." +
+              baseline,
+          BoxButtons::YesNo, [](BoxAnswer answer) {
+            if (sounding.ExitUnderWay == kTrue) return;
+            answer == BoxAnswer::Yes ? TryAgainToClose() : Suspend(true);
+          });
   return false;
+}
+
+/// All of the sounding stands in its file, and the mark alone is missing.
+bool TellNotMarked(const std::string& why) {
+  PostBox("THE SOUNDING FILE IS WHOLE, BUT IT COULD NOT BE NOTED THAT THE SOUNDING IS DONE.  " +
+              why +
+              ".  DO YOU WANT TO TRY AGAIN?  IF 'NO', RESUME LAST SOUNDING MAY OFFER IT ONCE MORE.",
+          BoxButtons::YesNo, [](BoxAnswer answer) {
+            if (sounding.ExitUnderWay == kTrue) return;
+            answer == BoxAnswer::Yes ? TryAgainToClose() : LeaveUnfinished();
+          });
+  return false;
+}
+
+bool AskToLeaveOutMarks() {
+  PostBox(kNotClosed + WhyNotWhole(kTimFile) + "." + WhatHelps(kTimFile) +
+              "  IN MEMORY ALONE: " + HeldMarks() +
+              ".  DO YOU WANT TO TRY AGAIN?  IF 'NO', THE SOUNDING IS CLOSED WITHOUT THEM.",
+          BoxButtons::YesNo, [](BoxAnswer answer) {
+            if (sounding.ExitUnderWay == kTrue) return;
+            if (answer == BoxAnswer::No) ForgetFile(kTimFile);
+            TryAgainToClose();
+          });
+  return false;
+}
+
+/// Fewer rows than the largest delay: nothing is closed, and a resume goes on with them.
+bool LeaveTooFewRows() {
+  WriteAllHeld();
+  if (RefuseForHeldRows(kNotClosed, "TAKE BASELINE OR NO BASELINE")) return false;
+  if (!HeldMarks().empty()) return AskToLeaveOutMarks();
+  TellIfAny(WhyCompletedLater());
+  return true;
+}
+
+/// What would be lost with the program, in words; empty for nothing.
+std::string LostWithProgram() {
+  const std::string rows = HeldRows();
+  const std::string marks = HeldMarks();
+  const std::string held = rows + (rows.empty() || marks.empty() ? "" : " AND ") + marks;
+  if (!held.empty()) {
+    return "THE DISK REFUSES " + held + ", WHICH STAND IN MEMORY ALONE AND WOULD BE LOST.";
+  }
+  const std::string why = WhyNotWhole(kTemporaryFile);
+  return why.empty() ? "" : "A RESUME WOULD LACK ROWS: " + why + ".";
 }
 
 /// A program "DoAgain" in the data directory, whose work it is to start the console again.
@@ -53,27 +196,40 @@ void CloseMainPorts() {
 }  // namespace
 
 bool CloseSounding() {
-  if (cone.DelayRows > sounding.RowCount) {
-    return WriteAllHeld() || TellNotClosed("");
-  }
+  if (cone.DelayRows > sounding.RowCount) return LeaveTooFewRows();
   const bool marks_stand = WriteHeld(kTimFile);
-  if (!WriteClosingRows() || !marks_stand) return TellNotClosed("");
+  WriteClosingRows();
+  // "DONE" would destroy the last copy.
+  if (const std::string why = WhyNotWhole(kCptFile); !why.empty()) {
+    return TellNotClosed(why);
+  }
+  if (!marks_stand) return AskToLeaveOutMarks();
   try {
-    RequireWhole(kCptFile);  // "DONE" would destroy the last copy
     MarkSoundingDone();
   } catch (const RuntimeFault& fault) {
-    return TellNotClosed(fault.what());
+    return TellNotMarked(fault.what());
   }
   return true;
 }
 
+void SuspendSounding() {
+  Suspend(false);
+}
+
 void Main_QueryUnload() {
-  if (WriteAllHeld()) EndProgram();
-  PostBox("THE DISK REFUSES" + PrintNumber(sounding.RowsHeldBack) +
-              "ROWS, WHICH STAND IN MEMORY ALONE AND WOULD BE LOST.  END THE PROGRAM ALL THE SAME?",
-          BoxButtons::YesNoCareful, [](BoxAnswer answer) {
-            if (answer == BoxAnswer::Yes) EndProgram();
-          });
+  if (sounding.ExitUnderWay == kTrue) EndProgram();  // closed or suspended already
+  WriteAllHeld();
+  const std::string lost = LostWithProgram();
+  if (!lost.empty()) {
+    PostBox(lost + "  END THE PROGRAM ALL THE SAME?", BoxButtons::YesNoCareful,
+            [](BoxAnswer answer) {
+              if (answer == BoxAnswer::Yes) EndProgram();
+            });
+    return;
+  }
+  const std::string later = WhyCompletedLater();
+  if (later.empty()) EndProgram();
+  PostBox(later + "  THE PROGRAM ENDS NOW.", BoxButtons::Ok, [](BoxAnswer) { EndProgram(); });
 }
 
 void ExitProgram() {

@@ -6,11 +6,18 @@ namespace penlog {
 /// Writes what alignment held back, with `CloseWithFinalBaseline` the final baselines, and marks
 /// the sounding as done, the last only after the `.cpt` file is on the disk. With fewer rows than
 /// the largest delay nothing is written, and the sounding counts as unfinished. False when the disk
-/// refused: the operator is told, and the same call tries again.
+/// refused: the operator is told which file and asked whether to try again, to suspend the sounding
+/// or, where time marks alone are refused, to do without them.
 bool CloseSounding();
 
-/// The console's window is closed: the program ends and the sounding can be resumed. While rows
-/// stand in memory alone the operator is asked first, and the console goes on meanwhile.
+/// Leaves the sounding unfinished, to be resumed, and asks whether the console should start again.
+/// Refused in words while rows stand in memory alone; time marks that do are asked about. A `.cpt`
+/// file that could not be written is told: the recovery copy holds its rows.
+void SuspendSounding();
+
+/// The console's window is closed: the program ends and the sounding can be resumed. While rows or
+/// time marks stand in memory alone the operator is asked first, and the console goes on meanwhile;
+/// a `.cpt` file that a resume has to complete is told before the end.
 void Main_QueryUnload();
 
 /// Stops the timers, unloads the screens and asks whether the console should start again.

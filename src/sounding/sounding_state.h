@@ -19,13 +19,14 @@ struct PortRequest {
 };
 constexpr std::int16_t kNoTruckPort = -1;
 
-/// What is to be appended to one file and could not be written yet.
+/// What is to be appended to one file and is not known to be on its medium.
 struct HeldText {
   std::string Text;
-  std::int64_t FileLength = -1;  ///< bytes of the file as last known; -1 unknown
-  bool Failed = false;           ///< the last attempt failed: part of it may have landed
-  std::int32_t UnsyncedRows =
-      0;  ///< rows that landed in the file though no sync has returned since
+  std::int64_t FileLength = -1;  ///< bytes of the file that are on the medium; -1: not begun
+  bool Failed = false;           ///< the last attempt failed: part of the text may have landed
+  /// A sync failed. The system may have forgotten what it was to bring to the medium, and then no
+  /// later sync tells: the file has to be written anew.
+  bool SyncFailed = false;
 };
 
 /// The two forms of the `.cpt` file.
@@ -85,7 +86,7 @@ struct SoundingState {
   ChannelTable<float> Readings;
   std::array<ChannelTable<float>, 11> ReadingWindow;  ///< samples 1 to 10 of each channel
   std::int16_t ReadingsFresh = 0;    ///< -1 a reading was taken since the link last came up
-  std::int16_t ReadingsTaken = 0;    ///< since the console was entered, up to the window's 10
+  std::int16_t ReadingsTaken = 0;    ///< since entry, or in mode 1 since a loss; at most 10
   std::int16_t BaselinePending = 0;  ///< -1 asked for before the window was full
   std::array<std::string, 31> ReplyTokens;  ///< fields 1 to 30 of the last reply
   std::int32_t RowCount = 0;                ///< last row used; row 0 the baselines

@@ -3,12 +3,12 @@
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/message.h"
+#include "core/session.h"
 #include "display/enlarged_graph.h"
 #include "forms/enlarged_graph_form.h"
 #include "forms/main_form.h"
 #include "platform/boxes.h"
 #include "platform/yield.h"
-#include "sounding/held_rows.h"
 #include "sounding/resume_depth.h"
 #include "sounding/sounding_end.h"
 #include "sounding/sounding_state.h"
@@ -89,14 +89,7 @@ void Main_cmdWarningOK1_Click() {
 }
 
 void Main_cmdWarningOK2_Click() {
-  if (!WriteAllHeld()) {
-    PostBox(
-        "THE SOUNDING CANNOT BE SUSPENDED WHILE ROWS STAND IN MEMORY ALONE.  FREE SOME ROOM ON THE "
-        "DISK AND PRESS SUSPEND AGAIN.");
-    return;
-  }
-  sounding.ConsoleMode = 1;
-  ExitProgram();
+  SuspendSounding();
 }
 
 void Main_cmdWarningCancel_Click() {
@@ -105,6 +98,19 @@ void Main_cmdWarningCancel_Click() {
 }
 
 void Main_Command2_Click() {
+  // The readings of before a loss are those of the ground, and no baseline.
+  if (cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue || sounding.ReadingsFresh != kTrue) {
+    PostBox(
+        "FINAL BASELINE CANNOT BE TAKEN WHILE CONE IS DISCONNECTED.  RECONNECT THE CONE AND PRESS "
+        "TAKE BASELINE AGAIN, OR PRESS NO BASELINE.");
+    return;
+  }
+  if (sounding.ReadingsTaken < session.ReadingsAveraged) {
+    PostBox(
+        "FINAL BASELINE CANNOT BE TAKEN YET: THE AVERAGES ARE NOT FULL.  PRESS TAKE BASELINE AGAIN "
+        "IN A MOMENT, OR PRESS NO BASELINE.");
+    return;
+  }
   Close(kTrue);
 }
 

@@ -13,7 +13,8 @@ void Main_cmdWarningOK1_Click();
 /// stand in memory alone.
 void Main_cmdWarningOK2_Click();
 void Main_cmdWarningCancel_Click();
-/// TAKE BASELINE of the final baseline: closes the sounding with it.
+/// TAKE BASELINE of the final baseline: closes the sounding with it. Refused in words while the
+/// cone is away or the averages are not full.
 void Main_Command2_Click();
 /// NO BASELINE: closes the sounding without.
 void Main_Command3_Click();

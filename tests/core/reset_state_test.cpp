@@ -4,6 +4,7 @@
 
 #include "conelink/cone_state.h"
 #include "core/languages.h"
+#include "core/resumed_zeros.h"
 #include "core/soil_tables.h"
 #include "display/display_state.h"
 #include "forms/main_form.h"
@@ -31,7 +32,9 @@ TEST(ResetState, ClearsEveryTableInPlace) {
   words.WordCount = 1;
   setup_sounding.BackFlag = -1;
   specify_ports.ChosenPort = 3;
+  resumed_zeros.Restored(3) = kTrue;
   ResetState();
+  EXPECT_EQ(resumed_zeros.Restored(3), 0);
   EXPECT_EQ(channels.ChannelPresent(3), 0);
   EXPECT_EQ(settings.Language, 0);
   EXPECT_TRUE(replaced_settings.List.empty());

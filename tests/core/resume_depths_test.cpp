@@ -41,6 +41,24 @@ TEST_F(ResumeScreen, AtTheSurfaceBeginsAtTheStartDepthInTheElevationFormat) {
   EXPECT_FLOAT_EQ(session.ResumeTargetDepth, -2.94F) << "drilled downward";
 }
 
+TEST_F(ResumeScreen, AtTheSurfaceTheStartDepthGoesByTheStepOfTheRows) {
+  for (const float step : {0.02F, 0.04F, 0.01F}) {
+    SCOPED_TRACE(step);
+    settings.DepthFormat = 1;
+    settings.DepthStep = step;
+    Plug(3);
+    PutDepths({"-4.98", "-4.96", "-4.94", "-4.92", "-4.90"});
+    Show(StartUp);
+    Resume();
+    AtSurface("");
+    EXPECT_EQ(settings.DepthStep, 0.02F);
+    EXPECT_FLOAT_EQ(session.StartDepth, -5.0F);
+    EXPECT_FLOAT_EQ(sounding.CurrentDepth, -5.0F);
+    EXPECT_FLOAT_EQ(session.ResumeTargetDepth, -4.9F);
+    StartUp_cmdCancel_Click();
+  }
+}
+
 TEST_F(ResumeScreen, AtTheSurfaceRefusesWhatIsNoDistance) {
   PutRows(5);
   Resume();

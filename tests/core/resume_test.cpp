@@ -21,6 +21,58 @@ TEST_F(ResumeScreen, WithoutAFileOnlySaysSo) {
   ExpectIdle();
 }
 
+/// A start puts an unfinished sounding beside, and the start may be cut off behind that.
+TEST_F(ResumeScreen, OfAMissingOrEmptyFileNamesTheNewestSoundingThatStandsBeside) {
+  const auto sounding_of = [](const std::string& date_time, int rows) {
+    TextLines lines = StoredLines(rows);
+    lines[8] = date_time;
+    return JoinedLines(lines);
+  };
+  struct Case {
+    std::vector<std::string> beside;  // (2), (3) ...
+    int newest;                       // 0: none is named
+  };
+  const std::string old = sounding_of("2026-06-14 16:10:00", 9);
+  const std::string later = sounding_of("2026-06-15 09:30:00", 3);
+  const std::string longer = sounding_of("2026-06-15 09:30:00", 4);
+  const std::string text = "  AN UNFINISHED SOUNDING OF ";
+  for (const Case& row :
+       {Case{{later}, 2}, Case{{old, later}, 3}, Case{{later, old}, 2},
+        Case{{longer, later, old}, 2}, Case{{later, later}, 3},
+        Case{{"DONE\r\n", "", "half a head"}, 0}, Case{{"half a head", old}, 3}}) {
+    for (const char* content : {static_cast<const char*>(nullptr), "", "\r\n"}) {
+      world.boxes.texts.clear();
+      for (int n = 2; n < 6; ++n) {
+        const std::string path = "/data/TemporaryData (" + std::to_string(n) + ").txt";
+        if (world.disk.FileExists(path)) world.disk.Remove(path);
+        const auto at = static_cast<std::size_t>(n - 2);
+        if (at < row.beside.size()) world.disk.Put(path, row.beside[at]);
+      }
+      if (world.disk.FileExists(kTemporary)) world.disk.Remove(kTemporary);
+      if (content != nullptr) world.disk.Put(kTemporary, content);
+      Resume();
+      ASSERT_EQ(world.boxes.texts.size(), 1U);
+      const std::string& told = world.boxes.texts.front();
+      EXPECT_TRUE(told.starts_with(content == nullptr ? "THERE IS NO SOUNDING TO RESUME."
+                                                      : "THE LAST SOUNDING CANNOT BE RESUMED."))
+          << told;
+      EXPECT_EQ(told.find(text) != std::string::npos, row.newest > 0) << told;
+      if (row.newest > 0) {
+        EXPECT_TRUE(told.ends_with(" STANDS BESIDE: /data/TemporaryData (" +
+                                   std::to_string(row.newest) +
+                                   ").txt.  TO GO ON WITH IT, RENAME THAT FILE TO "
+                                   "\"TemporaryData.txt\" AND PRESS RESUME LAST SOUNDING AGAIN."))
+            << told;
+      }
+      ExpectIdle();
+    }
+  }
+  world.disk.Remove(kTemporary);
+  world.disk.Rename("/data/TemporaryData (3).txt", kTemporary);
+  Resume();
+  ExpectPanel();
+}
+
 TEST_F(ResumeScreen, OfAFileThatCannotBeUsedSaysWhyAndStays) {
   struct Case {
     std::string content;
@@ -138,6 +190,39 @@ TEST_F(ResumeScreen, TakesRowsWithTheirSpeedsWhereTheyWereTakenFrom) {
   EXPECT_FLOAT_EQ(sounding.DepthCounts, 12.0F);
   EXPECT_FLOAT_EQ(channels.Baselines(2), 0.2988F);
   EXPECT_FLOAT_EQ(sounding.Rows(0, 3), 0.5007F);
+}
+
+TEST_F(ResumeScreen, ThatEndedBehindTheMarkOfAGapSaysSo) {
+  const std::string was =
+      "THE LAST SOUNDING WAS RESUMED FROM THE SURFACE, AND NO ROW WAS TAKEN AFTER THAT.";
+  const std::string again =
+      "  IF THE CONE STANDS AT ANOTHER DEPTH NOW, RESUME FROM THE SURFACE AGAIN.";
+  struct Case {
+    int units;
+    int format;
+    const char* depth;
+  };
+  for (const Case& row : {Case{0, 0, "0.10 m"}, Case{1, 0, "0.33 ft"}, Case{0, 1, "-0.10 m"}}) {
+    world.boxes.texts.clear();
+    settings.DepthUnits = static_cast<std::int16_t>(row.units);
+    settings.DepthFormat = static_cast<std::int16_t>(row.format);
+    TextLines lines = StoredLines(5);
+    lines.push_back("DRILLOUT*****" + std::string(60, '*'));
+    Put(lines);
+    Resume();
+    EXPECT_EQ(world.boxes.texts,
+              Texts{was + "  ITS LAST ROW STANDS AT " + row.depth + "." + again});
+    ExpectPanel();
+    EXPECT_EQ(StartUp.lblLastSoundingDepth.Caption, row.depth);
+    StartUp_cmdCancel_Click();
+  }
+  world.boxes.texts.clear();
+  TextLines lines = StoredLines(0);
+  lines.push_back("DRILLOUT*****" + std::string(60, '*'));
+  Put(lines);
+  Resume();
+  ASSERT_EQ(world.boxes.texts.size(), 2U);
+  EXPECT_EQ(world.boxes.texts[1], was + again);
 }
 
 TEST_F(ResumeScreen, OfAHeaderWithoutRowsStartsOneStepBelow0AndWarns) {
@@ -377,7 +462,8 @@ TEST_F(ResumeScreen, CancelEndsTheSearch) {
   EXPECT_FALSE(StartUp.ConeComm.PortOpen());
 }
 
-TEST_F(ResumeScreen, CancelWhileTheConesMemoryIsReadOpensNoReport) {
+TEST_F(ResumeScreen, CancelWhileTheConesMemoryIsReadOpensNoReportAndLooksForNoModules) {
+  settings.DiscoverAddOnModules = 1;
   const ScriptedCone& instrument = Plug(3);
   bool reads = false;
   PostCall(Now() + 1500 * kMillisecond, this, [&] {
@@ -390,6 +476,7 @@ TEST_F(ResumeScreen, CancelWhileTheConesMemoryIsReadOpensNoReport) {
   EXPECT_TRUE(reads);
   EXPECT_FALSE(report_shown);
   EXPECT_EQ(instrument.Count("Y"), 1);
+  EXPECT_EQ(instrument.Count(" 1Y"), 0);
   ExpectIdle();
 }
 

@@ -35,6 +35,25 @@ TEST(SavedPorts, ChangeTheirThreeLinesAndNothingElse) {
   }
 }
 
+TEST(SavedPorts, OfATruckInterfaceOnTheConesOldNumberTakeTheConesNewOneWithThem) {
+  struct Case {
+    int truck;
+    int cone;
+    const char* truck_saved;
+    const char* cone_saved;
+  };
+  // The file has the cone on 3. On one port the two stay together, which line 41 tells already.
+  for (const Case& row : {Case{3, 4, "3", "4"}, Case{3, 3, "3", "3"}, Case{9, 4, "9", "3"}}) {
+    PortNumbers world;
+    settings.TruckInterfaceSerialPort = static_cast<std::int16_t>(row.truck);
+    settings.ConeSerialPort = static_cast<std::int16_t>(row.cone);
+    world.PutSetup(Lines(SampleValues(), 62));
+    SavePortNumbers();
+    EXPECT_EQ(SetupLine(world.Setup(), 42), row.truck_saved) << row.truck;
+    EXPECT_EQ(SetupLine(world.Setup(), 41), row.cone_saved) << row.truck;
+  }
+}
+
 TEST(SavedPorts, KeepLineEndsOfEitherKind) {
   PortNumbers world;
   std::string text = Lines(SampleValues(), 62);

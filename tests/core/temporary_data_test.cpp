@@ -240,6 +240,7 @@ const std::vector<DamagedLine>& DamagedLines() {
       {"nan for the depth", StoredRowLine("nan", "2.00", {"1.0", "2.0", "3.0"}),
        "IT HOLDS WHAT IS NO NUMBER"},
       {"half a mark of a gap", "DRILLOUT**", "IT IS NO WHOLE ROW"},
+      {"a mark torn in a field", "DRILLOUT*****" + std::string(30, '*'), "IT IS NO WHOLE ROW"},
       {"a mark with more behind it", "DRILLOUT*****\"  0.06", "IT IS NO WHOLE ROW"},
       {"two rows in one line", row + row, "IT HOLDS WHAT IS NO NUMBER"},
   };
@@ -314,6 +315,39 @@ TEST(StoredGap, IsAMarkAndNoRow) {
   EXPECT_EQ(stored.gaps, (std::vector<std::int32_t>{0, 1, 2}));
   EXPECT_EQ(stored.sound_text, JoinedLines(lines)) << "it is kept";
   EXPECT_TRUE(stored.damage.empty());
+}
+
+TEST(StoredGap, BehindTheLastRowIsOpen) {
+  const std::string gap = "DRILLOUT*****" + std::string(60, '*');
+  struct Case {
+    const char* what;
+    int rows;
+    int gap_behind;
+    bool open;
+  };
+  for (const Case& row : {Case{"behind the last", 2, 2, true}, Case{"before the last", 2, 1, false},
+                          Case{"without rows", 0, 0, true}}) {
+    TextLines lines = StoredLines(row.rows);
+    lines.insert(lines.begin() + 17 + row.gap_behind, gap);
+    EXPECT_EQ(ReadLines(lines).EndsInGap(), row.open) << row.what;
+  }
+  EXPECT_FALSE(ReadLines(StoredLines(2)).EndsInGap()) << "there is none";
+}
+
+TEST(StoredGap, TornAsTheLastLineIsLeftOutAndTold) {
+  const std::string sound = JoinedLines(StoredLines(2));
+  const std::string gap = "DRILLOUT*****" + std::string(60, '*');
+  for (std::size_t length = 1; length <= gap.size(); ++length) {
+    SCOPED_TRACE(length);
+    const bool whole = length >= 13 && (length - 13) % 20 == 0;
+    const std::string line = gap.substr(0, length);
+    const StoredSounding stored = Read(sound + line);
+    EXPECT_EQ(stored.rows.size(), 2U);
+    EXPECT_EQ(stored.EndsInGap(), whole);
+    EXPECT_EQ(stored.sound_text, whole ? sound + line + "\r\n" : sound);
+    EXPECT_EQ(stored.damage, whole ? TextLines{} : TextLines{"LINE 20: IT IS NO WHOLE ROW"});
+    EXPECT_EQ(stored.loses_lines, !whole);
+  }
 }
 
 TEST(StoredGap, OfOtherChannelsThanTheRowsIsAMarkToo) {

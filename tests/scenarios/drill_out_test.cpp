@@ -114,6 +114,51 @@ click frmResumeDepthStatus.lblDepthReached
   ExpectCptDepths(scenario, 20, 30);
 }
 
+/// Suspended behind the mark of the gap, before a row; then to the panel.
+std::string ScriptToOpenGap() {
+  return ScriptToDrillOut("0.2") + R"(rig push 0.6
+expect frmResumeDepthStatus.lblCurrentResumeDepth "0.60" 60
+click frmResumeDepthStatus.lblDepthReached
+)" + ScriptToSuspend() +
+         kRestart + R"(screen StartUp
+click StartUp.cmdResume
+answer ok "THE LAST SOUNDING WAS RESUMED FROM THE SURFACE, AND NO ROW WAS TAKEN"
+expect StartUp.lblLastSoundingDepth "0.40 m"
+)";
+}
+
+TEST(DrilledOut, SuspendedBehindTheMarkIsTakenUpFromTheSurfaceWithoutAnotherMark) {
+  Scenario scenario;
+  Texts stored;
+  scenario.At("stored", [&] { stored = StoredDepths(scenario); });
+  scenario.Play(ScriptToOpenGap() + "rig at 0\ntype StartUp.txtDistanceDrilled 0.2\n" +
+                ScriptBy("cmdResumeAtSurface") + R"(screen frmResumeDepthStatus
+expect frmResumeDepthStatus.lblTargetResumeDepth "0.60"
+rig push 0.6
+expect frmResumeDepthStatus.lblCurrentResumeDepth "0.60" 60
+click frmResumeDepthStatus.lblDepthReached
+expect Main.lblDepth "0.600 m"
+)" + Push("0.1", "0.700 m") +
+                "rig test stored\n" + ScriptToEnd());
+  ASSERT_EQ(stored.size(), 20U + 1U + 5U);
+  EXPECT_EQ(stored[20], "gap");
+  EXPECT_EQ(stored[21], "0.62");
+  EXPECT_EQ(RowsOf(scenario.File(kCpt), kCptHeader).size(), 25U);
+}
+
+TEST(DrilledOut, SuspendedBehindTheMarkIsTakenUpAtTheLastDepthBehindThatMark) {
+  Scenario scenario;
+  Texts stored;
+  scenario.At("stored", [&] { stored = StoredDepths(scenario); });
+  scenario.Play(ScriptToOpenGap() + ScriptBy("cmdResumeAtLastDepth") +
+                "expect Main.lblDepth \"0.400 m\"\n" + Push("0.1", "0.500 m") +
+                "rig test stored\n" + ScriptToEnd());
+  ASSERT_EQ(stored.size(), 20U + 1U + 5U);
+  EXPECT_EQ(stored[20], "gap");
+  EXPECT_EQ(stored[21], "0.42");
+  ExpectCptDepths(scenario, 20, 25);
+}
+
 TEST(DrilledOut, StoppedWhileItWaitsIsClosedAndTheScreenGoes) {
   Scenario scenario;
   scenario.Play(ScriptToDrillOut("0.2") + R"(click Main.cmdStart

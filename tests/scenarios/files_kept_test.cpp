@@ -114,9 +114,9 @@ expect Main.frmTakeFinalBaseline visible
 rig test full
 click Main.Command2
 answer ok "THE SOUNDING COULD NOT BE WRITTEN TO THE DISK"
-answer ok "THE SOUNDING IS NOT CLOSED YET"
+answer yes "THE SOUNDING IS NOT CLOSED YET.  /soundings/S1.cpt"
 rig test room
-click Main.Command2
+answer yes "THE SOUNDING IS NOT CLOSED YET.  /soundings/S1.cpt"
 screen frmZOLRestart
 click frmZOLRestart.cmdNo
 )");

@@ -284,6 +284,7 @@ screen frmConeSettings 60
 click frmConeSettings.cmdClose
 answer yes "THE SOUNDING FILE CANNOT BE WRITTEN."
 file /other/MOVED.cpt
+answer ok "THESE FILES CANNOT BE READ."
 answer ok "THE SOUNDING FILE WAS MENDED FROM THE TEMPORARY DATA."
 screen Main
 expect Main.lblSoundingFile "MOVED.cpt"

@@ -216,6 +216,64 @@ INSTANTIATE_TEST_SUITE_P(Kinds, DiskFaults,
                                            FaultCase{"seven in a row", Fault::Before, 7},
                                            FaultCase{"seven done", Fault::After, 7}));
 
+/// Each file as the machine's next start would find it.
+void ExpectOnMedium(const Sounding& run) {
+  const MemoryDisk left = run.disk.After(Loss::ContentsAndNames);
+  for (const char* path : {kTemporary, kCpt, kTim}) {
+    ASSERT_TRUE(left.Files().contains(path)) << path;
+    EXPECT_TRUE(left.Files().at(path) == run.disk.Files().at(path)) << path;
+  }
+}
+
+/// A system tells once that a sync failed, and forgets what it was to bring to the medium.
+TEST(DiskFaults, ASyncThatFailedIsMadeGoodThoughTheNextOneReturns) {
+  for (const int count : {1, 2, 5}) {
+    bool struck = true;
+    for (int first = 1; struck; ++first) {
+      SCOPED_TRACE(std::to_string(count) + " syncs from " + std::to_string(first) + " on");
+      Sounding run(0, 0, Fault::Before);
+      ASSERT_TRUE(run.Start());
+      int syncs = 0;
+      run.disk.fate = [&](std::string_view work, const std::string&, std::int64_t) {
+        if (work != "sync" || ++syncs < first || syncs >= first + count) return Fate::Done;
+        return Fate::RefusedAndForgotten;
+      };
+      run.Push();
+      EXPECT_EQ(OpenBoxes().empty(), syncs < first) << "a failed sync is told";
+      for (int tries = 0; tries < count && !WriteAllHeld(); ++tries) {
+      }
+      EXPECT_EQ(sounding.RowsHeldBack, 0);
+      EXPECT_TRUE(run.disk.MemoryDisk::Read(kTemporary) == Sounding::ExpectedTemporary());
+      ExpectOnMedium(run);
+      ASSERT_TRUE(run.Close());
+      CheckWhole(run, "");
+      ExpectOnMedium(run);
+      struck = syncs >= first;
+      if (HasFailure()) return;
+    }
+  }
+}
+
+TEST(DiskFaults, ARowWrittenToAFileThatIsRemovedMeanwhileIsHeld) {
+  for (const char* work : {"append", "write", "sync", "close"}) {
+    SCOPED_TRACE(work);
+    Sounding run(0, 0, Fault::Before);
+    ASSERT_TRUE(run.Start());
+    std::string away;
+    run.disk.before = [&](std::string_view operation, const std::string& path) {
+      if (!away.empty() || operation != work || path != kCpt) return;
+      away = run.disk.After(Loss::Contents).Files().at(kCpt);
+      run.disk.Remove(kCpt);
+    };
+    run.Push();
+    EXPECT_FALSE(run.disk.FileExists(kCpt));
+    EXPECT_GE(sounding.RowsHeldBack, kRows - 4);
+    run.disk.Put(kCpt, away);
+    EXPECT_TRUE(CloseSounding());
+    CheckWhole(run, "it is back");
+  }
+}
+
 TEST(DiskFaults, ARefusedStartLeavesAllFilesAsTheyWere) {
   for (const Fault fault : {Fault::Before, Fault::After, Fault::Half}) {
     for (int first = 0; first < 40; ++first) {
@@ -272,8 +330,8 @@ TEST(DiskFaults, AWindowClosedWhileRowsStandInMemoryAloneAsksFirst) {
     Main_QueryUnload();
     ASSERT_EQ(OpenBoxes().size(), 1u);
     EXPECT_EQ(OpenBoxes()[0].text,
-              "THE DISK REFUSES 12 ROWS, WHICH STAND IN MEMORY ALONE AND WOULD BE LOST.  END THE "
-              "PROGRAM ALL THE SAME?");
+              "THE DISK REFUSES 12 ROWS AND 24 TIME MARKS, WHICH STAND IN MEMORY ALONE AND WOULD "
+              "BE LOST.  END THE PROGRAM ALL THE SAME?");
     AnswerBox(OpenBoxes()[0].id, end ? BoxAnswer::Yes : BoxAnswer::No);
     if (end) {
       EXPECT_THROW(Yield(), ProgramEnd);
@@ -284,6 +342,61 @@ TEST(DiskFaults, AWindowClosedWhileRowsStandInMemoryAloneAsksFirst) {
       EXPECT_EQ(ReadFile(kTemporary), Sounding::ExpectedTemporary());
     }
   }
+}
+
+/// What a closed window says is true of what stands where.
+TEST(DiskFaults, AWindowClosedWhileOneFileAloneIsRefusedSaysWhatIsLost) {
+  struct Case {
+    const char* refused;
+    const char* text;
+    BoxButtons buttons;
+  };
+  const std::string later =
+      ".  ALL ITS ROWS STAND IN THE TEMPORARY DATA.  RESUME LAST SOUNDING "
+      "COMPLETES IT, ALSO IN ANOTHER FOLDER.  THE PROGRAM ENDS NOW.";
+  for (const Case& row :
+       {Case{kTemporary, "THE DISK REFUSES 12 ROWS, WHICH STAND IN MEMORY ALONE",
+             BoxButtons::YesNoCareful},
+        Case{kTim, "THE DISK REFUSES 24 TIME MARKS, WHICH STAND IN MEMORY ALONE",
+             BoxButtons::YesNoCareful},
+        Case{kCpt, "THE SOUNDING FILE IS NOT COMPLETE YET: /data/s.cpt", BoxButtons::Ok}}) {
+    SCOPED_TRACE(row.refused);
+    Sounding run(0, 0, Fault::Before);
+    ASSERT_TRUE(run.Start());
+    run.disk.before = [&row](std::string_view, const std::string& path) {
+      if (path == row.refused) throw RuntimeFault(path + ": No space left on device");
+    };
+    run.Push();
+    ResetBoxes();
+    Main_QueryUnload();
+    ASSERT_EQ(OpenBoxes().size(), 1u);
+    EXPECT_TRUE(FrontBox()->text.starts_with(row.text)) << FrontBox()->text;
+    EXPECT_EQ(FrontBox()->buttons, row.buttons);
+    const bool asks = row.buttons == BoxButtons::YesNoCareful;
+    EXPECT_EQ(FrontBox()->text.ends_with(later), !asks) << FrontBox()->text;
+    AnswerBox(FrontBox()->id, asks ? BoxAnswer::Yes : BoxAnswer::Ok);
+    EXPECT_THROW(Yield(), ProgramEnd);
+  }
+}
+
+TEST(DiskFaults, AWindowClosedWithoutTheRecoveryCopyOrTheFileSaysSo) {
+  for (const char* gone : {kTemporary, kCpt}) {
+    Sounding run(0, 0, Fault::Before);
+    ASSERT_TRUE(run.Start());
+    run.Push();
+    run.disk.Remove(gone);
+    Main_QueryUnload();
+    ASSERT_EQ(OpenBoxes().size(), 1u);
+    const std::string text = FrontBox()->text;
+    EXPECT_TRUE(text.starts_with(gone == kCpt
+                                     ? "THE SOUNDING FILE IS NOT COMPLETE YET: /data/s.cpt "
+                                       "is no longer there."
+                                     : "A RESUME WOULD LACK ROWS: /data/TemporaryData.txt "
+                                       "is no longer there."))
+        << text;
+  }
+  Console console;
+  EXPECT_THROW(Main_QueryUnload(), ProgramEnd) << "no sounding was begun";
 }
 
 TEST(RowsHeldBack, CountARowThatLandedUntilASyncOfItHasReturned) {

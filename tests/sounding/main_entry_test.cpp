@@ -106,6 +106,20 @@ TEST(Entry, WithASharedPortEncoderCommIsNeverOpened) {
   EXPECT_EQ(sounding.PhaseUp, 1);
 }
 
+TEST(Entry, WhereTheConeTookTheTrucksNumberItsLinesAreNotTheTrucks) {
+  for (const bool took : {true, false}) {
+    Entry entry;
+    settings.ConeSerialPort = Console::kTruckPort;
+    cone.TruckPortLost = kTrue;
+    if (!took) session.StartConePort = session.StartTruckPort;
+    entry.truck().SetLines({false, true, false});
+    sounding.ClampLine = 1;
+    EnterMainloop();
+    EXPECT_EQ(sounding.ClampLine, took ? 1 : 0);
+    EXPECT_FALSE(Main.EncoderComm.PortOpen());
+  }
+}
+
 TEST(Entry, SetsTheDefaults) {
   Entry entry;
   sounding.ManualClampState = 0;

@@ -193,6 +193,21 @@ TEST(Quits, ARateLimitOfZeroIsNoLimit) {
   EXPECT_EQ(sounding.QuitState, 0);
 }
 
+TEST(Quits, ARowWithoutTheChannelHasNoRate) {
+  for (const int channel : {1, Quits::kInclination}) {
+    Quits quits;
+    channels.QuitRateLimit(channel) = 0.5f;
+    sounding.Readings(channel) = 2.0f;
+    sounding.RowCount = 4;
+    sounding.Rows(4, channel) = -32768.0f;
+    CheckQuits();
+    EXPECT_EQ(sounding.QuitState, 0) << channel;
+    sounding.Rows(4, channel) = 1.0f;
+    CheckQuits();
+    EXPECT_EQ(sounding.QuitState, 1) << channel;
+  }
+}
+
 TEST(Quits, AbsentAndComputedChannelsAreNotTested) {
   Quits quits;
   channels.QuitLimitDeep(5) = 1.0f;

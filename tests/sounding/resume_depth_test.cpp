@@ -1,11 +1,13 @@
 #include "sounding/resume_depth.h"
 
+#include "fieldio/video_overlay.h"
 #include "forms/restart_form.h"
 #include "forms/resume_depth_form.h"
 #include "platform/files.h"
 #include "platform/runtime_fault.h"
 #include "sounding/fake_cone.h"
 #include "sounding/held_rows.h"
+#include "sounding/main_entry.h"
 #include "sounding/resume_rebuild.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_end.h"
@@ -19,6 +21,7 @@ constexpr const char* kTemporary = "/data/TemporaryData.txt";
 /// A resumed sounding of three rows that waits at the surface for 0.5 m, its file begun.
 struct Waiting : FakeCone {
   Waiting() {
+    resume_depth = {};
     session.ResumeConeId = "DSE1234";
     session.ResumeDepthStatus = 1.0F;
     session.ResumeTargetDepth = 0.5F;
@@ -63,11 +66,11 @@ TEST(ResumeDepth, ShowsTargetDepthAndDifferenceInTheShownUnitAndSign) {
   }
 }
 
-TEST(ResumeDepth, FollowsTheDepthInEachPassThatWaits) {
+TEST(ResumeDepth, FollowsTheDepthWithEachTickAndNeedsNoPass) {
   Waiting waiting;
   waiting.EncoderDown(30);
   EXPECT_EQ(Waiting::Current(), "0.00");
-  MainloopPass();
+  World::RunFor(60 * kMillisecond);
   EXPECT_EQ(Waiting::Current(), "0.30");
   EXPECT_EQ(Waiting::ToGo(), "0.20 m");
   EXPECT_EQ(sounding.RowCount, 3) << "no row is taken on the way";
@@ -108,6 +111,23 @@ TEST(DepthReached, PressedOnceIsEnough) {
   frmResumeDepthStatus_lblDepthReached_Click();
   EXPECT_EQ(ReadFile(kTemporary), once);
   EXPECT_EQ(sounding.NextRecordCount, 100);
+}
+
+TEST(DepthReached, BehindAMarkThatStandsAlreadyWritesNoOther) {
+  struct Case {
+    const char* what;
+    int rows_at_gap;
+    bool written;
+  };
+  for (const Case& row : {Case{"behind the last row", 3, false}, Case{"further up", 2, true},
+                          Case{"nowhere", -1, true}}) {
+    SCOPED_TRACE(row.what);
+    Waiting waiting;
+    resume_depth.RowsAtGap = row.rows_at_gap;
+    frmResumeDepthStatus_lblDepthReached_Click();
+    EXPECT_EQ(ReadFile(kTemporary) != "what it holds\r\n", row.written);
+    EXPECT_EQ(sounding.ConsoleMode, 2) << "it goes on in any case";
+  }
 }
 
 TEST(DepthReached, DoesNothingUnlessAResumeWaits) {
@@ -190,6 +210,54 @@ TEST(ResumeDepth, GoesWithTheStopAndWithTheExit) {
     frmResumeDepthStatus_lblDepthReached_Click();
     EXPECT_EQ(sounding.ConsoleMode, 1) << "a press that was on its way goes on with nothing";
   }
+}
+
+/// What the overlay board was sent last: cursor and text of its depth field.
+struct OverlayBoard {
+  explicit OverlayBoard(Waiting& waiting) {
+    settings.LumenProbePresent = 1;
+    settings.VideoOverlaySerialPort = 6;
+    waiting.ports.Wire(6).OnBytes = [this](std::string_view bytes) { heard += bytes; };
+  }
+  std::string DepthField() {
+    World::RunFor(5 * kSecond);
+    return heard.substr(std::min(heard.size(), heard.rfind("{C")));
+  }
+  std::string heard;
+};
+
+TEST(ResumeDepth, OnTheOverlayIsTheDepthOfTheCameraAtTheSurfaceFirst) {
+  struct Case {
+    float status;
+    int units;
+    int format;
+    float surface;
+    const char* field;
+  };
+  for (const Case& row :
+       {Case{1.0F, 0, 0, 0.0F, "{C2915-000.75"}, Case{1.0F, 1, 0, 0.0F, "{C2915-002.46"},
+        Case{1.0F, 0, 1, -5.0F, "{C2915-005.75"}, Case{0.0F, 0, 0, 12.0F, "{C3015011.25"}}) {
+    Waiting waiting;
+    OverlayBoard board(waiting);
+    settings.DepthUnits = static_cast<std::int16_t>(row.units);
+    settings.DepthFormat = static_cast<std::int16_t>(row.format);
+    session.ResumeDepthStatus = row.status;
+    sounding.Rows(3, 0) = 12.0F;
+    sounding.CurrentDepth = row.surface;
+    EnterMainloop();
+    EXPECT_EQ(board.DepthField(), row.field);
+  }
+}
+
+TEST(ResumeDepth, OnAnOverlayThatIsBuiltAnewOnTheWayDownIsTheDepthAsCounted) {
+  Waiting waiting;
+  OverlayBoard board(waiting);
+  EnterMainloop();
+  EXPECT_EQ(board.DepthField(), "{C2915-000.75");
+  waiting.EncoderDown(80);
+  EXPECT_EQ(board.DepthField(), "{C2915-000.75") << "it follows rows, and there is none";
+  ResendOverlayScreen();
+  EXPECT_EQ(board.DepthField(), "{C3015000.05");
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // What a resumed sounding records: its columns, the form, tip and sign of its file.
 #include <gtest/gtest.h>
 
+#include <optional>
+
+#include "sounding/found_cpt.h"
 #include "sounding/resumed_world.h"
 #include "sounding/sounding_end.h"
 
@@ -184,6 +187,72 @@ TEST(TakeUp, FromTheSurfaceTheSignOfTheFileSaysWhereThatIs) {
   EXPECT_EQ(settings.DepthFormat, 1);
   EXPECT_FLOAT_EQ(sounding.CurrentDepth, -5.0F);
   EXPECT_EQ(taken.File(kCpt), cpt);
+}
+
+TEST(TakeUp, TakesBaselinesThatTheRecoveryCopyLostFromTheHead) {
+  struct Case {
+    const char* what;
+    int keeps_zero;
+    bool present;
+    float baseline;
+  };
+  for (const Case& row : {Case{"keeps its zero", 1, true, 0.2988F},
+                          Case{"has that of the cone's record", 0, true, 0.31F},
+                          Case{"has no record now", 0, false, 0.2988F}}) {
+    SCOPED_TRACE(row.what);
+    TextLines lines = StoredLines(kRows);
+    lines[16] = StoredColumns({"0.25310", "x", "0.50070"});
+    TakenUp taken(JoinedLines(lines));
+    taken.ReadBack();
+    channels.ChannelKeepZero(2) = static_cast<std::int16_t>(row.keeps_zero);
+    channels.ChannelPresent(2) = row.present ? kTrue : kFalse;
+    channels.Baselines(2) = 0.31F;
+    TakeUpSounding();
+    EXPECT_FLOAT_EQ(channels.Baselines(2), row.baseline);
+    EXPECT_FLOAT_EQ(sounding.Rows(0, 2), 0.2988F) << "for a head that is written anew";
+    EXPECT_FLOAT_EQ(channels.Baselines(3), 0.5007F);
+  }
+}
+
+// The sign of the rows.
+
+TEST(SignOfTheFile, IsToldByTheRowsThatAreNot0) {
+  struct Case {
+    const char* what;
+    Texts stands;
+    std::vector<float> stored;
+    std::optional<bool> elevations;
+  };
+  const std::optional<bool> none;
+  const Case cases[] = {
+      {"depths", {"0.020", "0.040"}, {0.02F, 0.04F}, false},
+      {"elevations", {"-0.020", "-0.040"}, {0.02F, 0.04F}, true},
+      {"elevations above datum", {"4.980", "4.960"}, {-4.98F, -4.96F}, true},
+      {"depths from 0 on", {"0.000", "0.020"}, {0.0F, 0.02F}, false},
+      {"elevations from 0 on", {"0.000", "-0.020", "-0.040"}, {0.0F, 0.02F, 0.04F}, true},
+      {"from 5 mm on, rounded", {"-0.005", "-0.025"}, {0.0F, 0.03F}, true},
+      {"through datum", {"0.020", "0.000", "-0.020", "-0.040"}, {-0.02F, 0.0F, 0.02F, 0.04F}, true},
+      {"a first row of something else", {"0.500", "-0.020", "-0.040"}, {0.0F, 0.02F, 0.04F}, true},
+      {"a first row that is lost", {"-0.040", "-0.060"}, {0.02F, 0.04F}, true},
+      {"a line that is none", {"deep", "-0.020"}, {0.0F, 0.02F}, true},
+      {"0 alone", {"0.000"}, {0.0F}, none},
+      {"rows that the file alone has", {"0.000", "-0.020"}, {0.0F}, none},
+      {"no rows", {}, {0.02F}, none},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.what);
+    Console console;
+    FoundCpt found;
+    found.has_head = true;
+    found.form = CptForm::New;
+    for (const std::string& depth : row.stands) {
+      found.rows.push_back(Aligned(depth, 7) + "  2.00" + StoredField("1.0") + "\r\n");
+    }
+    for (const float depth : row.stored) sounding.Rows(++sounding.RowCount, 0) = depth;
+    EXPECT_EQ(HoldsElevations(found), row.elevations);
+    found.has_head = false;
+    EXPECT_EQ(HoldsElevations(found), none);
+  }
 }
 
 }  // namespace

@@ -308,17 +308,6 @@ TEST(TakeUp, RefusesARecoveryCopyThatIsNoneAnyMore) {
   }
 }
 
-TEST(TakeUp, TakesBaselinesThatTheRecoveryCopyLostFromTheHead) {
-  TextLines lines = StoredLines(kRows);
-  lines[16] = StoredColumns({"0.25310", "x", "0.50070"});
-  TakenUp taken(JoinedLines(lines));
-  channels.Baselines(2) = 0;
-  taken.TakeUp();
-  EXPECT_FLOAT_EQ(channels.Baselines(2), 0.2988F);
-  EXPECT_FLOAT_EQ(sounding.Rows(0, 2), 0.2988F);
-  EXPECT_FLOAT_EQ(channels.Baselines(3), 0.5007F);
-}
-
 TEST(TakeUp, WaitsForADiskThatTakesTheRecoveryCopy) {
   TakenUp taken(JoinedLines(StoredLines(kRows)) + "\"torn");
   int refusals = 3;
@@ -356,7 +345,6 @@ TEST(TakeUp, MovesToAnotherFolderWhereTheOldOneRefuses) {
   for (const char* chosen : {"/stick/moved.cpt", "/stick/moved"}) {
     TakenUp taken(JoinedLines(StoredLines(kRows)));
     taken.disk.MakeFolder("/stick");
-    taken.disk.Put("/stick/moved.dis", "");
     taken.ReadBack();
     taken.disk.Remove(kCpt);
     taken.disk.before = [](std::string_view work, const std::string& path) {
@@ -372,7 +360,6 @@ TEST(TakeUp, MovesToAnotherFolderWhereTheOldOneRefuses) {
     EXPECT_EQ(taken.File(kTemporary), JoinedLines(lines)) << "the next resume finds it";
     EXPECT_EQ(session.SoundingFiles[1], "/stick/moved.cpt");
     EXPECT_EQ(session.SoundingFiles[4], "/stick/moved.tim");
-    EXPECT_EQ(session.HasDissipationFile, kTrue);
     TakenUp::Row();
     EXPECT_EQ(taken.File("/stick/moved.cpt"), Head(true) + CptRows(kAligned + 1));
     lines.push_back(StoredRowNumber(kRows + 1));
@@ -482,7 +469,7 @@ TEST(TakeUp, OnADiskThatRefusesAnyOperationOnceMendsAllTheSame) {
 
 // The time marks.
 
-TEST(TakeUp, GoesOnWithTheTimeMarksAndCutsATornOne) {
+TEST(TakeUp, GoesOnWithTheTimeMarksCutsATornOneAndWritesATornHeadAnew) {
   const std::string head =
       "Lumen Probe Time File.  Each line a represents a 5mm depth increment.\r\n 34200.5 \r\n";
   const std::string mark = "000.250 34262.75\r\n";
@@ -491,9 +478,14 @@ TEST(TakeUp, GoesOnWithTheTimeMarksAndCutsATornOne) {
     std::string before;
     std::string after;
   };
+  const std::string title = head.substr(0, head.find('\n') + 1);
+  const std::string anew = title + " 34200 \r\n";  // the time of the resume
   for (const Case& row :
        {Case{"whole", head + mark, head + mark}, Case{"torn", head + mark + "000.25", head + mark},
-        Case{"head alone", head, head}}) {
+        Case{"head alone", head, head}, Case{"title alone", title, anew},
+        Case{"half a title", title.substr(0, 14), anew},
+        Case{"title and half a time", head.substr(0, head.size() - 4), anew}}) {
+    SCOPED_TRACE(row.what);
     TakenUp taken;
     settings.LumenProbePresent = 1;
     taken.disk.Put(kTim, row.before);

@@ -111,6 +111,157 @@ TEST(CloseSounding, AFinalBaselineAskedForAtAnyPressIsWrittenOnce) {
   }
 }
 
+// A file that is not whole.
+
+constexpr const char* kCopyHolds = "  ALL ROWS STAND IN THE TEMPORARY DATA.  DO YOU WANT TO TRY";
+
+/// A disk that takes nothing for one file.
+void Refuse(MemoryDisk& disk, const std::string& path) {
+  disk.before = [path](std::string_view work, const std::string& at) {
+    if (at == path && work != "remove") throw RuntimeFault(at + ": No space left on device");
+  };
+}
+
+/// Of the last box, once those before it are read.
+void Answer(BoxAnswer answer) {
+  while (OpenBoxes().size() > 1) {
+    AnswerBox(FrontBox()->id, BoxAnswer::Ok);
+    Yield();
+  }
+  AnswerBox(FrontBox()->id, answer);
+  Yield();
+}
+
+/// All of it was synced, and nothing is left to write: what stands there is looked at.
+TEST(CloseSounding, IsNeverDoneWithACptFileThatWasTakenAwayOrShortened) {
+  const std::string room = "FREE SOME ROOM";
+  for (const bool gone : {true, false}) {
+    SCOPED_TRACE(gone ? "gone" : "shorter");
+    Ended ended(3);
+    const std::string temporary = ReadFile(kTemporary);
+    const std::string cpt = ReadFile(kCpt);
+    ended.disk.Remove(kCpt);
+    if (!gone) ended.disk.Put(kCpt, cpt.substr(0, cpt.size() - 1));
+    EXPECT_FALSE(CloseSounding());
+    EXPECT_EQ(ReadFile(kTemporary), temporary) << "the last copy stays";
+    ASSERT_EQ(OpenBoxes().size(), 1u);
+    const std::string text = FrontBox()->text;
+    EXPECT_TRUE(text.starts_with("THE SOUNDING IS NOT CLOSED YET.  /data/s.cpt")) << text;
+    EXPECT_NE(text.find(gone ? "IF ITS MEDIUM WAS PULLED OUT, PUT IT BACK." : "A RESUME MENDS IT."),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find(kCopyHolds), std::string::npos) << text;
+    EXPECT_EQ(text.find(room), std::string::npos) << text;
+    Answer(BoxAnswer::Yes);
+    EXPECT_FALSE(frmZOLRestart.Visible);
+    EXPECT_EQ(ReadFile(kTemporary), temporary);
+    ended.disk.Put(kCpt, cpt);
+    Answer(BoxAnswer::Yes);
+    EXPECT_TRUE(frmZOLRestart.Visible);
+    EXPECT_EQ(ReadFile(kTemporary), "DONE\r\n");
+    EXPECT_EQ(ReadFile(kCpt), cpt);
+  }
+}
+
+TEST(CloseSounding, ThatCannotBeDoneCanBeSuspendedInstead) {
+  struct Case {
+    const char* what;
+    void (*harm)(MemoryDisk& disk);
+  };
+  for (const Case& row :
+       {Case{"gone", [](MemoryDisk& disk) { disk.Remove(kCpt); }},
+        Case{"shorter", [](MemoryDisk& disk) { disk.Put(kCpt, "s"); }},
+        Case{"longer",
+             [](MemoryDisk& disk) { disk.Put(kCpt, ReadFile(kCpt) + std::string(2000, 's')); }},
+        Case{"refused", [](MemoryDisk& disk) { Refuse(disk, kCpt); }},
+        Case{"not to be changed", [](MemoryDisk&) { StartUnfitFile(kCptFile); }}}) {
+    SCOPED_TRACE(row.what);
+    const bool longer = std::string(row.what) == "longer";
+    Ended ended(3, longer ? 2 : 0);
+    const std::string temporary = ReadFile(kTemporary);
+    if (longer) {  // found while the closing rows are refused
+      Refuse(ended.disk, kCpt);
+      EXPECT_FALSE(CloseSounding());
+      ended.disk.before = {};
+    }
+    row.harm(ended.disk);
+    ResetBoxes();
+    sounding.CloseWithFinalBaseline = kTrue;
+    EXPECT_FALSE(CloseSounding());
+    const std::string text = OpenBoxes().back().text;
+    EXPECT_TRUE(text.starts_with("THE SOUNDING IS NOT CLOSED YET.  /data/s.cpt")) << text;
+    EXPECT_EQ(text.find("FREE SOME ROOM") != std::string::npos, std::string(row.what) == "refused");
+    EXPECT_NE(text.find("IF 'NO', THE SOUNDING IS SUSPENDED"), std::string::npos) << text;
+    EXPECT_NE(text.find("THE FINAL BASELINE IS TAKEN ANEW THEN."), std::string::npos) << text;
+    Answer(BoxAnswer::No);
+    EXPECT_TRUE(frmZOLRestart.Visible);
+    EXPECT_EQ(ReadFile(kTemporary), temporary) << "it can be resumed";
+    EXPECT_TRUE(OpenBoxes().empty()) << "it was said before";
+  }
+}
+
+/// A suspension would lose them.
+TEST(CloseSounding, OffersNoSuspensionWhileRowsStandInMemoryAlone) {
+  Ended ended(3);
+  ended.disk.SetRoom(0);
+  ++sounding.RowCount;
+  RecordRow();
+  ResetBoxes();
+  EXPECT_FALSE(CloseSounding());
+  const MessageBox& box = OpenBoxes().back();
+  EXPECT_EQ(box.buttons, BoxButtons::Ok);
+  EXPECT_NE(box.text.find("IN MEMORY ALONE: 1 ROW."), std::string::npos) << box.text;
+  EXPECT_NE(box.text.find("THEN PRESS TAKE BASELINE OR NO BASELINE AGAIN."), std::string::npos);
+  EXPECT_FALSE(frmZOLRestart.Visible);
+}
+
+TEST(CloseSounding, WithFewerRowsThanTheDelayNeedsTheRecoveryCopyAlone) {
+  Ended ended(2, 3);
+  ended.disk.Remove(kCpt);
+  EXPECT_TRUE(CloseSounding());
+  ASSERT_EQ(OpenBoxes().size(), 1u);
+  EXPECT_TRUE(
+      FrontBox()->text.starts_with("THE SOUNDING FILE IS NOT COMPLETE YET: /data/s.cpt is"));
+  ended.disk.SetRoom(0);
+  ++sounding.RowCount;
+  RecordRow();
+  --sounding.RowCount;
+  EXPECT_FALSE(CloseSounding());
+}
+
+TEST(CloseSounding, ThatCannotBeNotedAsDoneSaysThatItsFileIsWhole) {
+  for (const bool again : {true, false}) {
+    Ended ended(3);
+    const std::string temporary = ReadFile(kTemporary);
+    Refuse(ended.disk, std::string(kTemporary) + ".new");
+    EXPECT_FALSE(CloseSounding());
+    ASSERT_EQ(OpenBoxes().size(), 1u);
+    EXPECT_TRUE(FrontBox()->text.starts_with("THE SOUNDING FILE IS WHOLE, BUT"))
+        << FrontBox()->text;
+    if (again) ended.disk.before = {};
+    Answer(again ? BoxAnswer::Yes : BoxAnswer::No);
+    EXPECT_TRUE(frmZOLRestart.Visible);
+    EXPECT_EQ(ReadFile(kTemporary), again ? "DONE\r\n" : temporary);
+  }
+}
+
+TEST(CloseSounding, GoesWithoutTimeMarksThatNoDiskTakesIfTheOperatorSaysSo) {
+  Ended ended(3);
+  Refuse(ended.disk, "/data/s.tim");
+  AppendOrHold(kTimFile, PictureMarkLine(1.0f, 1.0f));
+  ResetBoxes();
+  EXPECT_FALSE(CloseSounding());
+  EXPECT_NE(
+      OpenBoxes().back().text.find("IN MEMORY ALONE: 1 TIME MARK.  DO YOU WANT TO TRY AGAIN?"),
+      std::string::npos)
+      << OpenBoxes().back().text;
+  Answer(BoxAnswer::Yes);
+  EXPECT_FALSE(frmZOLRestart.Visible);
+  Answer(BoxAnswer::No);
+  EXPECT_TRUE(frmZOLRestart.Visible);
+  EXPECT_EQ(ReadFile(kTemporary), "DONE\r\n");
+}
+
 TEST(CloseSounding, WaitsForThePictureMarksToo) {
   Ended ended(3);
   ended.disk.before = [](std::string_view, const std::string& path) {

@@ -1,7 +1,10 @@
 #include "sounding/stop_dialog.h"
 
+#include <array>
+
 #include "forms/restart_form.h"
 #include "sounding/fake_cone.h"
+#include "sounding/held_rows.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
 #include "sounding/sounding_start.h"
@@ -158,12 +161,91 @@ TEST(Suspend, IsRefusedWhileRowsStandInMemoryAlone) {
   EXPECT_TRUE(frmZOLRestart.Visible);
 }
 
+/// The recovery copy holds the rows, whatever has become of the sounding's file.
+TEST(Suspend, GoesOnWithASoundingFileThatLagsAndSaysSo) {
+  struct Case {
+    const char* what;
+    void (*harm)(MemoryDisk& disk);
+  };
+  for (const Case& row :
+       {Case{"gone", [](MemoryDisk& disk) { disk.Remove("/data/s.cpt"); }},
+        Case{"shorter", [](MemoryDisk& disk) { disk.Put("/data/s.cpt", "s"); }},
+        Case{"refused", [](MemoryDisk& disk) { disk.SetReadOnly("/stick"); }},
+        Case{"not to be changed", [](MemoryDisk&) { StartUnfitFile(kCptFile); }}}) {
+    for (const bool with_row : {true, false}) {
+      SCOPED_TRACE(row.what);
+      Console console;
+      console.disk.MakeFolder("/stick");
+      const bool refused = std::string(row.what) == "refused";
+      if (refused) session.SoundingFiles[1] = "/stick/s.cpt";
+      CreateSoundingFiles();
+      sounding.ConsoleMode = 2;
+      row.harm(console.disk);
+      if (with_row || refused) {
+        ++sounding.RowCount;
+        RecordRow();
+      }
+      const std::string temporary = ReadFile("/data/TemporaryData.txt");
+      ResetBoxes();
+      Main_cmdWarningOK2_Click();
+      EXPECT_TRUE(frmZOLRestart.Visible);
+      EXPECT_EQ(sounding.ConsoleMode, 1);
+      EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), temporary);
+      ASSERT_FALSE(OpenBoxes().empty());
+      const std::string text = OpenBoxes().back().text;
+      EXPECT_TRUE(
+          text.starts_with("THE SOUNDING FILE IS NOT COMPLETE YET: " + session.SoundingFiles[1]))
+          << text;
+      EXPECT_TRUE(text.ends_with("RESUME LAST SOUNDING COMPLETES IT, ALSO IN ANOTHER FOLDER."));
+    }
+  }
+}
+
+TEST(Suspend, AsksAboutTimeMarksThatStandInMemoryAlone) {
+  for (const bool leaves : {true, false}) {
+    Console console;
+    settings.LumenProbePresent = 1;
+    CreateSoundingFiles();
+    sounding.ConsoleMode = 2;
+    console.disk.Remove("/data/s.tim");
+    AppendOrHold(kTimFile, PictureMarkLine(1.0f, 1.0f));
+    AppendOrHold(kTimFile, PictureMarkLine(2.0f, 2.0f));
+    ResetBoxes();
+    Main_cmdWarningOK2_Click();
+    EXPECT_FALSE(frmZOLRestart.Visible);
+    ASSERT_FALSE(OpenBoxes().empty());
+    const MessageBox box = OpenBoxes().back();
+    EXPECT_TRUE(box.text.starts_with("IN MEMORY ALONE: 2 TIME MARKS, WHICH WOULD BE LOST."))
+        << box.text;
+    EXPECT_EQ(box.buttons, BoxButtons::YesNoCareful);
+    AnswerBox(box.id, leaves ? BoxAnswer::Yes : BoxAnswer::No);
+    Yield();
+    EXPECT_EQ(frmZOLRestart.Visible, leaves);
+    EXPECT_EQ(sounding.ConsoleMode, leaves ? 1 : 2);
+  }
+}
+
+TEST(Suspend, IsRefusedWhenTheRecoveryCopyIsGone) {
+  Console console;
+  CreateSoundingFiles();
+  sounding.ConsoleMode = 2;
+  console.disk.Remove("/data/TemporaryData.txt");
+  Main_cmdWarningOK2_Click();
+  EXPECT_FALSE(frmZOLRestart.Visible);
+  ASSERT_EQ(OpenBoxes().size(), 1u);
+  EXPECT_EQ(
+      FrontBox()->text,
+      "THE SOUNDING CANNOT BE SUSPENDED.  /data/TemporaryData.txt is no longer there.  IF ITS "
+      "MEDIUM WAS PULLED OUT, PUT IT BACK.  THEN PRESS SUSPEND AGAIN.");
+}
+
 TEST(FinalBaseline, ButtonsCloseWithAndWithoutIt) {
   for (const bool with_baseline : {true, false}) {
     Console console;
     CreateSoundingFiles();
     const std::string before = ReadFile("/data/s.cpt");
     sounding.ConsoleMode = 1;
+    sounding.ReadingsFresh = kTrue;
     with_baseline ? Main_Command2_Click() : Main_Command3_Click();
     EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");
     EXPECT_EQ(ReadFile("/data/s.cpt") == before, !with_baseline);
@@ -171,10 +253,34 @@ TEST(FinalBaseline, ButtonsCloseWithAndWithoutIt) {
   }
 }
 
+/// The link, the port's loss, whether a reading has come since the link came up.
+TEST(FinalBaseline, IsRefusedInWordsFromReadingsOfBeforeALoss) {
+  for (const auto& [link, port_lost, fresh] :
+       {std::array{0, 0, -1}, std::array{-1, -1, -1}, std::array{-1, 0, 0}}) {
+    Console console;
+    CreateSoundingFiles();
+    const std::string temporary = ReadFile("/data/TemporaryData.txt");
+    sounding.ConsoleMode = 1;
+    Main.frmTakeFinalBaseline.Visible = true;
+    cone.ConeLinkUp = static_cast<std::int16_t>(link);
+    cone.ConePortLost = static_cast<std::int16_t>(port_lost);
+    sounding.ReadingsFresh = static_cast<std::int16_t>(fresh);
+    Main_Command2_Click();
+    ASSERT_EQ(OpenBoxes().size(), 1u);
+    EXPECT_TRUE(FrontBox()->text.starts_with("FINAL BASELINE CANNOT BE TAKEN WHILE CONE IS"));
+    EXPECT_TRUE(Main.frmTakeFinalBaseline.Visible) << "the question stays";
+    EXPECT_FALSE(frmZOLRestart.Visible);
+    EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), temporary);
+    Main_Command3_Click();
+    EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");
+  }
+}
+
 TEST(FinalBaseline, OnAFullDiskTheProgramIsNotLeft) {
   Console console;
   CreateSoundingFiles();
   sounding.ConsoleMode = 1;
+  sounding.ReadingsFresh = kTrue;
   Main.frmTakeFinalBaseline.Visible = true;
   console.disk.SetRoom(0);
   Main_Command2_Click();
