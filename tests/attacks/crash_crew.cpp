@@ -8,6 +8,7 @@
 #include "app/console.h"
 #include "core/reset_state.h"
 #include "forms/main_form.h"
+#include "forms/resume_depth_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
 #include "forms/specify_truck_interface_form.h"
@@ -149,13 +150,17 @@ void CrashCrew::ActOn(const std::string& screen) {
     ended = true;
     return Do("frmZOLRestart.cmdNo");
   }
+  if (screen == "frmResumeDepthStatus") return ActOnResumeDepth();
   if (screen == "Main") ActOnMain();
 }
 
 void CrashCrew::ActOnStart() {
   if (task_ == CrewTask::Record) return DoAgain("StartUp.cmdStart");
-  if (StartUp.frmResume.IsShown()) return DoAgain("StartUp.cmdResumeAtLastDepth");
-  if (task_ == CrewTask::Resume && !std::exchange(asked_to_resume_, true)) {
+  if (StartUp.frmResume.IsShown()) {
+    return DoAgain(task_ == CrewTask::Resume ? "StartUp.cmdResumeAtLastDepth"
+                                             : "StartUp.cmdResumeAtSurface");
+  }
+  if (Resumes() && !std::exchange(asked_to_resume_, true)) {
     return Do("StartUp.cmdResume");
   }
   left = true;
@@ -186,10 +191,13 @@ void CrashCrew::LookAtResumedFiles() {
   rows_taken_up = sounding.RowCount;
   const auto rows = static_cast<std::size_t>(rows_taken_up);
   const std::size_t aligned = rows > kCrashDelay ? rows - kCrashDelay : 0;
+  const std::vector<std::string> stored = StoredLines(ContentOf(disk, CrashTemporary()));
+  const auto marks =
+      static_cast<std::size_t>(std::count_if(stored.begin(), stored.end(), IsGapMark));
   const struct {
     const std::string& path;
     std::size_t lines;
-  } files[] = {{CrashTemporary(), kTemporaryHead + rows}, {CrashCpt(), kCptHead + aligned}};
+  } files[] = {{CrashTemporary(), kTemporaryHead + rows + marks}, {CrashCpt(), kCptHead + aligned}};
   for (const auto& [path, lines] : files) {
     const std::string& text = ContentOf(disk, path);
     const std::size_t whole = WholeLines(text).size();
@@ -201,13 +209,23 @@ void CrashCrew::LookAtResumedFiles() {
   if (!ContentOf(disk, CrashTim()).ends_with("\r\n")) files_at_resume += "torn marks.  ";
 }
 
+/// Down to the last depth, in one push.
+void CrashCrew::ActOnResumeDepth() {
+  if (Main.cmdStart.Caption != "STOP") return;  // the console is not entered yet
+  if (rows_taken_up < 0) LookAtResumedFiles();
+  if (sounding.ReadingsTaken < 10) return;
+  const double depth = kStepMetres * rows_taken_up;
+  if (!std::exchange(goes_down_, true) && depth > 0) Order("push " + Format(depth, "0.00"));
+  if (!session.rig.truck.Busy()) DoAgain("frmResumeDepthStatus.lblDepthReached");
+}
+
 void CrashCrew::ActOnMain() {
   if (Main.frmTakeFinalBaseline.IsShown()) return DoAgain("Main.Command2");
   if (Main.frmLocalWarning.IsShown()) return DoAgain("Main.cmdWarningOK1");
   if (Main.cmdStart.Caption != "STOP") {
     return DoAgain(Main.cmdStart.Enabled ? "Main.cmdStart" : "Main.cmdTakeBaseline");
   }
-  if (task_ == CrewTask::Resume && rows_taken_up < 0) LookAtResumedFiles();
+  if (Resumes() && rows_taken_up < 0) LookAtResumedFiles();
   if (sounding.ReadingsTaken < 10) return;
   if (!std::exchange(holds_, true) && sounding.RowCount < kCrashRows) {
     Order("hold " + std::to_string(kCrashRows - sounding.RowCount) + " 6");

@@ -13,16 +13,18 @@ namespace penlog {
 
 /// What a crew is to do in one life of the console.
 enum class CrewTask {
-  Record,  ///< the whole sounding
-  Resume,  ///< take up what "TemporaryData.txt" holds, and record the rest
-  Look,    ///< start the console, and leave it
+  Record,             ///< the whole sounding
+  Resume,             ///< take up what "TemporaryData.txt" holds, and record the rest
+  ResumeFromSurface,  ///< the same, by a way down and DEPTH REACHED at the last depth
+  Look,               ///< start the console, and leave it
 };
 
 /// An operator and a rig. He takes each box with OK or YES, each file dialog with the sounding's
 /// own file, and presses again what was refused.
 class CrashCrew {
  public:
-  /// Works on a copy of `disk`. For a resume the tip stands where the last stored row was taken.
+  /// Works on a copy of `disk`. For a resume the tip stands where the last stored row was taken, or
+  /// at the surface.
   CrashCrew(const MemoryDisk& disk, CrewTask task);
   ~CrashCrew();
   CrashCrew(const CrashCrew&) = delete;
@@ -56,6 +58,7 @@ class CrashCrew {
   void ActOn(const std::string& screen);
   void ActOnStart();
   void ActOnMain();
+  void ActOnResumeDepth();
   void SpecifyTruck();
   void SetUpSounding();
   void LookAtResumedFiles();
@@ -63,9 +66,11 @@ class CrashCrew {
           const std::string& text = {}, int number = 0);
   void DoAgain(const std::string& control);
   void Order(const std::string& words);
+  bool Resumes() const { return task_ == CrewTask::Resume || task_ == CrewTask::ResumeFromSurface; }
 
   CrewTask task_;
   bool asked_to_resume_ = false;
+  bool goes_down_ = false;
   bool holds_ = false;
   Micros begun_ = 0;
   std::map<std::string, Micros> pressed_;

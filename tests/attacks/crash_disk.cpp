@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <set>
 #include <string_view>
+#include <utility>
 
 #include "core/first_run_data.h"
+#include "core/temporary_data.h"
 #include "operator/virtual_session.h"
 
 namespace penlog {
@@ -80,16 +82,36 @@ std::vector<std::string> WholeLines(const std::string& text) {
   return lines;
 }
 
-std::vector<std::string> StoredRows(const std::string& temporary) {
+std::vector<std::string> StoredLines(const std::string& temporary) {
   std::vector<std::string> lines = WholeLines(temporary);
   const std::size_t head = std::min(lines.size(), kTemporaryHead);
   lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(head));
   return lines;
 }
 
+std::vector<std::string> StoredRows(const std::string& temporary) {
+  std::vector<std::string> rows = StoredLines(temporary);
+  std::erase_if(rows, IsGapMark);
+  return rows;
+}
+
+bool IsGapMark(const std::string& line) {
+  return line.starts_with(kGapMark) && line.find_first_not_of('*', kGapMark.size()) == line.npos;
+}
+
+/// A promise is not taken back.
+void SyncedRows::Promise(std::vector<std::string> lines) {
+  if (lines.size() >= rows.size()) rows = std::move(lines);
+}
+
 void SyncedRows::Watch(MemoryDisk& disk) {
   disk.after = [this, &disk](std::string_view operation, const std::string& path) {
-    if (operation == "sync" && path == CrashTemporary()) rows = StoredRows(disk.Files().at(path));
+    const bool is_sync = operation == "sync";
+    if (is_sync && path == CrashTemporary()) Promise(StoredLines(disk.Files().at(path)));
+    if (is_sync && path == CrashTemporary() + ".new") beside = StoredLines(disk.Files().at(path));
+    if (operation == "sync folder" && path == VirtualSession::DataDirectory()) {
+      Promise(std::exchange(beside, {}));
+    }
   };
 }
 

@@ -38,14 +38,21 @@ const std::string& OldSounding();
 
 /// Whole lines, without their ends; what stands behind the last line end is left out.
 std::vector<std::string> WholeLines(const std::string& text);
-/// The stored rows of a recovery copy, whole lines behind its header.
+/// What a recovery copy holds behind its header, whole lines: rows, and marks of drilled gaps.
+std::vector<std::string> StoredLines(const std::string& temporary);
+/// The rows alone.
 std::vector<std::string> StoredRows(const std::string& temporary);
+/// A mark that was cut off behind its word is one, too.
+bool IsGapMark(const std::string& line);
 
-/// The rows whose sync has returned: the promise, as the disk saw it given.
+/// The lines whose sync has returned, rows and marks: the promise, as the disk saw it given. A copy
+/// that was written anew promises what it holds once its name is synced.
 struct SyncedRows {
   std::vector<std::string> rows;
+  std::vector<std::string> beside = {};  ///< of a copy that has no name yet
   /// Listens to the disk's operations from now on.
   void Watch(MemoryDisk& disk);
+  void Promise(std::vector<std::string> lines);
 };
 
 /// One operation of a disk.

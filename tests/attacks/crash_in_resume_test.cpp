@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <map>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -24,7 +25,9 @@ struct FirstCrash {
   Fate stop;
   Loss loss;
   bool without_cpt = false;  ///< and the sounding's file was removed afterwards
+  CrewTask resume = CrewTask::Resume;
 };
+constexpr CrewTask kFromSurface = CrewTask::ResumeFromSurface;
 
 const FirstCrash kFirstCrashes[] = {
     {"NameNotSynced", "sync folder", "data", -2, Fate::StopBefore, Loss::Nothing},
@@ -38,7 +41,13 @@ const FirstCrash kFirstCrashes[] = {
     {"HalfTheEnd", "write", "cpt", -1, Fate::StopAmid, Loss::Nothing},
     {"WholeEndNotDone", "close", "cpt", -1, Fate::StopBefore, Loss::ContentsAndNames},
     {"NoSoundingFile", "append", "cpt", 9, Fate::StopBefore, Loss::ContentsAndNames, true},
-    {"NoRowYetAndNoSoundingFile", "append", "tim", 1, Fate::StopBefore, Loss::Contents, true}};
+    {"NoRowYetAndNoSoundingFile", "append", "tim", 1, Fate::StopBefore, Loss::Contents, true},
+    {"FromTheSurface", "append", "tim", 14, Fate::StopBefore, Loss::ContentsAndNames, false,
+     kFromSurface},
+    {"FromTheSurfaceWithoutARow", "append", "tim", 1, Fate::StopBefore, Loss::Nothing, false,
+     kFromSurface},
+    {"FromTheSurfaceBehindTheLastRow", "write", "cpt", -1, Fate::StopAmid, Loss::Nothing, false,
+     kFromSurface}};
 
 void PrintTo(const FirstCrash& crash, std::ostream* out) {
   *out << crash.name;
@@ -57,6 +66,7 @@ DiskWork WorkOf(const FirstCrash& crash) {
 struct FirstLife {
   MemoryDisk disk;
   std::vector<std::string> synced;
+  std::size_t rows = 0;
   AllowedDifferences allowed;
 };
 
@@ -75,19 +85,24 @@ FirstLife Live(const FirstCrash& crash, const WholeSounding& whole) {
     life.disk = life.disk.After(Loss::ContentsAndNames);
     life.allowed.no_file = true;
   }
-  const auto rows = StoredRows(life.disk.Files().at(CrashTemporary())).size();
-  life.allowed.resumed_at.insert(static_cast<int>(rows));
+  life.allowed.way_down = crash.resume == kFromSurface;
+  life.rows = StoredRows(life.disk.Files().at(CrashTemporary())).size();
+  life.allowed.resumed_at.insert(static_cast<int>(life.rows));
   return life;
 }
 
-/// The works of a resume up to its third new row, or up to its end without one.
-std::vector<DiskWork> WorksOfResume(const MemoryDisk& from) {
-  CrashCrew crew(from, CrewTask::Resume);
+std::ptrdiff_t WritesOfCopy(const std::vector<DiskWork>& works) {
+  return std::count(works.begin(), works.end(), DiskWork{"write", CrashTemporary()});
+}
+
+/// The works of a resume up to its third new row, or up to its end without one. From the surface
+/// the mark of the gap is written before these.
+std::vector<DiskWork> WorksOfResume(const MemoryDisk& from, CrewTask resume) {
+  CrashCrew crew(from, resume);
+  const int last = resume == kFromSurface ? 4 : 3;
   std::vector<DiskWork> works;
-  const DiskWork row = {"write", CrashTemporary()};
   crew.disk.fate = [&](std::string_view operation, const std::string& path, std::int64_t) {
-    const bool goes_on = std::count(works.begin(), works.end(), row) < 3;
-    if (goes_on) works.push_back({std::string(operation), path});
+    if (WritesOfCopy(works) < last) works.push_back({std::string(operation), path});
     return Fate::Done;
   };
   crew.Live();
@@ -97,48 +112,85 @@ std::vector<DiskWork> WorksOfResume(const MemoryDisk& from) {
 
 struct CrashInResume : testing::TestWithParam<FirstCrash> {
   static void TearDownTestSuite() {
-    std::cout << "crash within a resume: " << operations << " operations x "
-              << kStops.size() * kLosses.size() << " faults, " << total.Text() << "\n";
+    for (const auto& [resume, one] : totals) {
+      std::cout << "crash within a resume "
+                << (resume == kFromSurface ? "from the surface: " : "at the last depth: ")
+                << one.operations << " operations x " << kStops.size() * kLosses.size()
+                << " faults, " << one.count.Text() << "\n";
+    }
   }
-  static inline std::size_t operations = 0;
-  static inline CrashCount total;
+  struct Total {
+    std::size_t operations = 0;
+    CrashCount count;
+  };
+  static inline std::map<CrewTask, Total> totals;
 };
+
+/// The rows before each mark of a drilled gap.
+std::vector<std::size_t> MarksIn(const std::vector<std::string>& lines) {
+  std::vector<std::size_t> rows_before;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (IsGapMark(lines[i])) rows_before.push_back(i - rows_before.size());
+  }
+  return rows_before;
+}
+
+/// Whether there is one. A row has quote marks, a mark of a gap has none.
+bool ExpectWholeMarkOrNone(const MemoryDisk& left, std::size_t rows_before) {
+  const std::vector<std::string> lines = StoredLines(ContentOf(left, CrashTemporary()));
+  const std::vector<std::size_t> marks = MarksIn(lines);
+  if (marks.empty()) return false;
+  EXPECT_EQ(marks, std::vector<std::size_t>{rows_before});
+  if (rows_before > 0) {
+    EXPECT_EQ(lines[rows_before].size(), lines[0].size() - 2);
+  }
+  return true;
+}
 
 TEST_P(CrashInResume, IsTakenUpByTheNextStart) {
   const WholeSounding whole;
   const FirstLife first = Live(GetParam(), whole);
-  const std::vector<DiskWork> works = WorksOfResume(first.disk);
+  const std::vector<DiskWork> works = WorksOfResume(first.disk, GetParam().resume);
   ASSERT_FALSE(HasFailure());
   CrashJudge judge(whole);
+  const CrewTask resume = GetParam().resume;
+  int turn = 0;
+  int marks = 0;
   for (const std::int64_t step : StepsOfPart(static_cast<std::int64_t>(works.size()), 0, 1)) {
     const DiskWork& work = works[static_cast<std::size_t>(step - 1)];
     for (const NamedStop& stop : kStops) {
-      const LeftBehind left =
-          DieAt(first.disk, CrewTask::Resume, {step, stop.fate, work}, first.synced);
+      const LeftBehind left = DieAt(first.disk, resume, {step, stop.fate, work}, first.synced);
       for (std::size_t i = 0; i < kLosses.size(); ++i) {
         SCOPED_TRACE(std::string(stop.name) + " operation " + std::to_string(step) +
                      " of the resume, " + work.Text() + ", " + kLosses[i].name);
-        judge.Judge(left.disks[i], left.synced, first.allowed);
+        if (resume == kFromSurface) marks += ExpectWholeMarkOrNone(left.disks[i], first.rows);
+        // A sounding that is taken up from the surface may be so once more.
+        const bool again = resume == kFromSurface && ++turn % 2 == 0;
+        judge.Judge(left.disks[i], left.synced, first.allowed,
+                    again ? kFromSurface : CrewTask::Resume);
       }
       if (HasFailure()) return;
     }
-    ++operations;
+    ++totals[resume].operations;
   }
-  total.Add(judge.count);
+  totals[resume].count.Add(judge.count);
   EXPECT_EQ(judge.count.rows_lost, 0);
   EXPECT_GT(works.size(), 5U);
+  if (resume != kFromSurface) return;
+  EXPECT_EQ(WritesOfCopy(works), first.rows < std::size_t{kCrashRows} ? 4 : 1) << "mark and rows";
+  EXPECT_GT(marks, 0);
 }
 
 TEST_P(CrashInResume, ADiskThatRefusesOnceIsToldAndTheResumeGoesOn) {
   const WholeSounding whole;
   const FirstLife first = Live(GetParam(), whole);
-  const std::vector<DiskWork> works = WorksOfResume(first.disk);
+  const std::vector<DiskWork> works = WorksOfResume(first.disk, GetParam().resume);
   ASSERT_FALSE(HasFailure());
   for (const std::int64_t step : StepsOfPart(static_cast<std::int64_t>(works.size()), 0, 1)) {
     for (const Fate refusal : {Fate::Refused, Fate::RefusedHalf, Fate::RefusedAfter}) {
       SCOPED_TRACE("refusal " + std::to_string(static_cast<int>(refusal)) + " of operation " +
                    std::to_string(step) + ", " + works[static_cast<std::size_t>(step - 1)].Text());
-      CrashCrew crew(first.disk, CrewTask::Resume);
+      CrashCrew crew(first.disk, GetParam().resume);
       SyncedRows synced{first.synced};
       synced.Watch(crew.disk);
       Micros refused = 0;
@@ -156,6 +208,10 @@ TEST_P(CrashInResume, ADiskThatRefusesOnceIsToldAndTheResumeGoesOn) {
       EXPECT_EQ(TimDifference(crew.disk.Files().at(CrashTim()), whole, first.allowed), "");
       CrashJudge judge(whole);
       judge.LookAt(crew.disk.After(Loss::ContentsAndNames), synced.rows, first.allowed);
+      EXPECT_EQ(synced.rows.size(), std::size_t{kCrashRows} + MarksIn(synced.rows).size());
+      if (GetParam().resume == kFromSurface) {
+        EXPECT_EQ(MarksIn(synced.rows), std::vector<std::size_t>{first.rows});
+      }
       if (HasFailure()) {
         ADD_FAILURE() << crew.AllTold();
         return;

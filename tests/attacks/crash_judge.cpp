@@ -165,12 +165,16 @@ std::string TimDifference(const std::string& tim, const WholeSounding& whole,
     if (depths.empty() || depths.back() != depth) depths.push_back(depth);
   }
   const bool own = HasOwnDepths(allowed);
+  std::set<std::string> known;
   for (std::size_t i = kTimHead; i < wanted.size(); ++i) {
     const std::string depth = wanted[i].substr(0, wanted[i].find(' '));
+    known.insert(depth);
     const auto found = std::find(depths.begin(), depths.end(), depth);
-    if (found == depths.end() && !own) return "no mark at " + depth;
+    const bool was_held = allowed.marks_held.count(depth) > 0;
+    if (found == depths.end() && !own && !was_held) return "no mark at " + depth;
     if (found != depths.end()) depths.erase(depths.begin(), found + 1);
   }
+  if (allowed.way_down) std::erase_if(depths, [&](const auto& at) { return known.count(at) > 0; });
   return depths.empty() || own ? "" : "marks out of their order";
 }
 
@@ -220,7 +224,7 @@ std::string CrashJudge::RowsAreHeld(const MemoryDisk& left, const std::vector<st
     return "DONE stands, and the sounding's file is not whole: " + difference;
   }
   const bool ours = temporary.starts_with(CrashCpt());
-  const std::vector<std::string> rows = ours ? StoredRows(temporary) : std::vector<std::string>();
+  const std::vector<std::string> rows = ours ? StoredLines(temporary) : std::vector<std::string>();
   const auto [lost, rest] = std::mismatch(synced.begin(), synced.end(), rows.begin(), rows.end());
   count.rows_lost += synced.end() - lost;
   if (lost != synced.end()) return "a promised row is lost: " + *lost;
@@ -230,10 +234,13 @@ std::string CrashJudge::RowsAreHeld(const MemoryDisk& left, const std::vector<st
   return {};
 }
 
-std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences allowed) const {
-  const auto rows = static_cast<int>(StoredRows(ContentOf(left, CrashTemporary())).size());
+std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences allowed,
+                                   CrewTask resume) const {
+  const std::string& temporary = ContentOf(left, CrashTemporary());
+  const auto rows = static_cast<int>(StoredRows(temporary).size());
   allowed.resumed_at.insert(rows);
-  CrashCrew crew(left, CrewTask::Resume);
+  if (resume == CrewTask::ResumeFromSurface) allowed.way_down = true;
+  CrashCrew crew(left, resume);
   crew.Live();
   std::string faults = crew.files_at_resume;
   if (crew.rows_taken_up != rows) {
@@ -245,6 +252,10 @@ std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences al
   faults += CptDifference(ContentOf(crew.disk, CrashCpt()), whole_, allowed);
   faults += TimDifference(ContentOf(crew.disk, CrashTim()), whole_, allowed);
   if (crew.WasTold("THOSE OF A FIRST RUN")) faults += "  The settings were damaged.";
+  const std::string rest = temporary.substr(temporary.rfind('\n') + 1);
+  if (!rest.empty() && !IsGapMark(rest) && !crew.WasTold("LEFT OUT")) {
+    faults += "  Not told what was left out: " + rest;
+  }
   return faults.empty() ? faults : faults + "\n" + crew.AllTold();
 }
 
@@ -269,12 +280,12 @@ void CrashJudge::LookAt(const MemoryDisk& left, const std::vector<std::string>& 
 }
 
 void CrashJudge::Judge(const MemoryDisk& left, const std::vector<std::string>& synced,
-                       const AllowedDifferences& allowed) {
+                       const AllowedDifferences& allowed, CrewTask resume) {
   LookAt(left, synced, allowed);
   const bool ours = ContentOf(left, CrashTemporary()).starts_with(CrashCpt());
   if (!played_.insert(ours ? HashOf(left) : HashOf(DataOf(left))).second) return;
   ++count.played;
-  EXPECT_EQ(ours ? PlayResume(left, allowed) : PlayStart(left), "");
+  EXPECT_EQ(ours ? PlayResume(left, allowed, resume) : PlayStart(left), "");
 }
 
 std::vector<std::int64_t> StepsOfPart(std::int64_t count, int part, int parts) {

@@ -43,10 +43,12 @@ LeftBehind DieAt(const MemoryDisk& from, CrewTask task, const CrashPoint& point,
 
 /// Which differences to the whole sounding are to be expected.
 struct AllowedDifferences {
-  bool date = false;           ///< the setup was accepted later
-  std::set<int> resumed_at;    ///< rows that stood when it was resumed: the next one's speed
-  bool speeds_nearly = false;  ///< the link's pace has another phase: 5 % of a speed
-  bool no_file = false;        ///< the sounding's file was removed before it was resumed
+  bool date = false;                 ///< the setup was accepted later
+  std::set<int> resumed_at;          ///< rows that stood when it was resumed: the next one's speed
+  bool speeds_nearly = false;        ///< the link's pace has another phase: 5 % of a speed
+  bool way_down = false;             ///< marks of the camera on a way down, at depths of before
+  std::set<std::string> marks_held;  ///< depths of marks that were held in memory at the crash
+  bool no_file = false;              ///< the sounding's file was removed before it was resumed
 };
 
 /// Empty, or the first line that differs.
@@ -76,9 +78,9 @@ class CrashJudge {
   /// As it lies there; `synced` are the rows that were promised.
   void LookAt(const MemoryDisk& left, const std::vector<std::string>& synced,
               const AllowedDifferences& allowed = {});
-  /// The same, and whether the console can go on with it.
+  /// The same, and whether the console can go on with it, resumed by `resume`.
   void Judge(const MemoryDisk& left, const std::vector<std::string>& synced,
-             const AllowedDifferences& allowed = {});
+             const AllowedDifferences& allowed = {}, CrewTask resume = CrewTask::Resume);
 
   CrashCount count;
 
@@ -86,7 +88,7 @@ class CrashJudge {
   std::string FilesAreWhole(const MemoryDisk& left) const;
   std::string RowsAreHeld(const MemoryDisk& left, const std::vector<std::string>& synced,
                           const AllowedDifferences& allowed);
-  std::string PlayResume(const MemoryDisk& left, AllowedDifferences allowed) const;
+  std::string PlayResume(const MemoryDisk& left, AllowedDifferences allowed, CrewTask resume) const;
   std::string PlayStart(const MemoryDisk& left) const;
 
   const WholeSounding& whole_;

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <string>
 
 #include "attacks/calm_operator.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "sounding/held_rows.h"
 #include "sounding/sounding_state.h"
@@ -142,6 +144,51 @@ TEST(VanishedDisk, ThatNeverComesBackLeavesTheRecoveryCopyWhole) {
   EXPECT_TRUE(calm.WasTold("THE SOUNDING IS NOT CLOSED YET"));
   EXPECT_EQ(LinesIn(calm.disk.Files().at(calm.Data("TemporaryData.txt"))), 17 + calm.rows);
   EXPECT_GE(calm.rows, 14);
+}
+
+/// The stick is pulled at that work of the end on the sounding's file, and comes back.
+struct PulledAtTheEnd : CalmOperator {
+  PulledAtTheEnd(const std::string& work, bool raises) {
+    LayDown();
+    at = [=, this](const std::string& moment) {
+      if (moment != "STOP") return;
+      disk.before = [=, this](std::string_view operation, const std::string& path) {
+        if (pulled || operation != work || path != kCpt) return;
+        Pull();
+        if (raises) throw RuntimeFault(path + ": No such device");
+      };
+    };
+    Run();
+  }
+  /// An empty folder stays in its place.
+  void Pull() {
+    pulled = true;
+    const MemoryDisk left = disk.After(Loss::ContentsAndNames);
+    for (const auto& [path, content] : left.Files()) {
+      if (path.starts_with("/soundings/")) stick[path] = content;
+    }
+    for (const auto& [path, content] : stick) disk.Remove(path);
+    PostCall(Now() + 8 * kSecond, this, [this] {
+      EXPECT_FALSE(disk.FileExists(kCpt)) << "nothing is begun in its place";
+      EXPECT_EQ(LinesIn(disk.Files().at(Data("TemporaryData.txt"))), 17 + sounding.RowCount)
+          << "not done, and nothing lost";
+      EXPECT_TRUE(WasTold("THE SOUNDING IS NOT CLOSED YET"));
+      for (const auto& [path, content] : stick) disk.Put(path, content);
+    });
+  }
+  bool pulled = false;
+  std::map<std::string, std::string> stick;
+};
+
+TEST(VanishedDisk, AtTheEndIsToldAndTheSoundingIsClosedWhenItIsBack) {
+  for (const bool raises : {true, false}) {
+    for (const char* work : {"append", "write", "sync", "close"}) {
+      SCOPED_TRACE(std::string(work) + (raises ? ", raises" : ""));
+      PulledAtTheEnd calm(work, raises);
+      EXPECT_TRUE(calm.pulled);
+      ExpectWhole(calm, work);
+    }
+  }
 }
 
 TEST(DeletedFolder, BetweenOkAndStartIsToldAndTakenUpOnceItIsThereAgain) {

@@ -1,19 +1,26 @@
 // Each single operation of a whole sounding on its disk is refused once: by an input-output error
 // that comes with nothing, a half or all of it done, or by a disk that is full from there on until
 // there is room again. At each row the stick with the soundings is pulled and comes back. The
-// operator is told at once, the rows stay in memory, and the sounding ends as without it.
+// operator is told at once, the rows stay in memory, and the sounding ends as without it. All
+// along, what the console doesn't say to be held is on the medium.
+//
+// And with a crash behind the refusal, at an operation drawn by lot: PENLOG_CRASH_SEED draws
+// others.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <iostream>
 #include <map>
+#include <random>
 #include <set>
 #include <string>
 #include <string_view>
 
 #include "attacks/crash_judge.h"
 #include "platform/clock.h"
+#include "sounding/held_rows.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -22,7 +29,7 @@ namespace {
 constexpr int kParts = 6;
 constexpr Micros kAwayFor = 8 * kSecond;
 
-enum class Refusal { Nothing, Half, All, Full, Pulled };
+enum class Refusal { Nothing, Half, All, Forgotten, Full, Pulled };
 
 struct NamedRefusal {
   Refusal refusal;
@@ -33,6 +40,7 @@ constexpr std::array kRefusals = {
     NamedRefusal{Refusal::Nothing, "error, nothing done", "Input/output error"},
     NamedRefusal{Refusal::Half, "error, half done", "Input/output error"},
     NamedRefusal{Refusal::All, "error, all done", "Input/output error"},
+    NamedRefusal{Refusal::Forgotten, "error, and forgotten", "Input/output error"},
     NamedRefusal{Refusal::Full, "full disk", "No space left on device"},
     NamedRefusal{Refusal::Pulled, "stick pulled", "is no longer there"}};
 
@@ -48,6 +56,8 @@ bool Differs(Refusal refusal, const DiskWork& work) {
       return with_half.count(operation) > 0;
     case Refusal::All:
       return operation != "close" && operation != "append";
+    case Refusal::Forgotten:
+      return operation == "sync";
     case Refusal::Full:
       return operation == "write";
     case Refusal::Pulled:
@@ -56,29 +66,59 @@ bool Differs(Refusal refusal, const DiskWork& work) {
   return false;
 }
 
+/// What a refusal may change: it takes time.
+AllowedDifferences OfARefusal() {
+  AllowedDifferences allowed;
+  allowed.date = true;
+  allowed.speeds_nearly = true;
+  return allowed;
+}
+
+constexpr Micros kGlance = 100 * kMillisecond;
+
+/// Where the process dies behind a refusal.
+struct Stop {
+  std::int64_t step = 0;
+  Fate fate = Fate::Done;
+};
+
 /// A life with the refusal at one step.
 struct RefusedLife {
-  RefusedLife(std::int64_t step, Refusal refusal, const WholeSounding& whole)
-      : crew(whole.before, CrewTask::Record) {
+  RefusedLife(std::int64_t step, Refusal refusal, const WholeSounding& whole_sounding,
+              const Stop& stop = {})
+      : whole(whole_sounding), crew(whole.before, CrewTask::Record) {
     synced.Watch(crew.disk);
     crew.disk.fate = [=, this](std::string_view, const std::string&, std::int64_t number) {
+      if (number > step) LookAtDone();
+      if (number == stop.step) return stop.fate;
       return number == step ? Refuse(refusal) : Fate::Done;
     };
+    PostLook();
     crew.Live();
+    DropCalls(this);
+    for (const std::string& mark : WholeLines(sounding.Held[kTimFile].Text)) {
+      marks_held.insert(mark.substr(0, mark.find(' ')));
+    }
   }
+  ~RefusedLife() { DropCalls(this); }
+  RefusedLife(const RefusedLife&) = delete;
+  RefusedLife& operator=(const RefusedLife&) = delete;
 
   Fate Refuse(Refusal refusal) {
     refused = Now();
     if (refusal == Refusal::Nothing) return Fate::Refused;
     if (refusal == Refusal::Half) return Fate::RefusedHalf;
     if (refusal == Refusal::All) return Fate::RefusedAfter;
+    if (refusal == Refusal::Forgotten) return Fate::RefusedAndForgotten;
     const bool pulled = refusal == Refusal::Pulled;
+    is_away = pulled;
     if (pulled) PostCall(refused, &crew, [this] { Pull(); });
     if (!pulled) crew.disk.SetRoom(0);
     PostCall(refused + kAwayFor, &crew, [this] {
       LookWhileAway();
       crew.disk.SetRoom(-1);
       for (const auto& [path, content] : stick) crew.disk.Put(path, content);
+      is_away = false;
     });
     PostCall(refused + kAwayFor + 3 * kSecond, &crew, [this] { LookWithRoom(); });
     return Fate::Done;
@@ -97,8 +137,7 @@ struct RefusedLife {
   }
   void LookWhileAway() const {
     if (!Records()) return;
-    const auto held = static_cast<std::int32_t>(WholeLines(sounding.Held[0].Text).size());
-    EXPECT_EQ(RowsOnDisk() + held, sounding.RowCount) << "kept in memory";
+    EXPECT_EQ(RowsOnDisk() + RowsHeld(kTemporaryFile), sounding.RowCount) << "kept in memory";
     EXPECT_GT(sounding.RowsHeldBack, 0) << "and the operator sees that they are";
   }
   void LookWithRoom() const {
@@ -107,8 +146,58 @@ struct RefusedLife {
     EXPECT_EQ(sounding.RowsHeldBack, 0);
   }
 
+  void PostLook() {
+    PostCall(
+        Now() + kGlance, this,
+        [this] {
+          PostLook();
+          LookAtMedium();
+        },
+        EventKind::RepeatingCall);
+  }
+  static std::int32_t RowsHeld(SoundingFile file) {
+    const HeldText& held = sounding.Held[static_cast<std::size_t>(file)];
+    return static_cast<std::int32_t>(WholeLines(held.Text).size());
+  }
+  /// A crash at this moment would leave each row that the console doesn't say to be held.
+  void LookAtMedium() {
+    if (crew.disk.OperationCount() == looked_at || !Records()) return;
+    looked_at = crew.disk.OperationCount();
+    const std::string& seen = ContentOf(crew.disk, CrashTemporary());
+    if (!seen.starts_with(CrashCpt())) return;  // closed
+    const MemoryDisk left = crew.disk.After(Loss::ContentsAndNames);
+    const std::vector<std::string> rows = StoredRows(ContentOf(left, CrashTemporary()));
+    const std::vector<std::string> all = StoredRows(seen);
+    const auto stand = static_cast<std::int32_t>(rows.size());
+    const std::int32_t promised = sounding.RowCount - RowsHeld(kTemporaryFile);
+    looks += 1;
+    EXPECT_GE(stand, promised) << "rows of the recovery copy on the medium";
+    EXPECT_TRUE(std::mismatch(rows.begin(), rows.end(), all.begin(), all.end()).first ==
+                rows.end());
+    EXPECT_TRUE(promised == sounding.RowCount || sounding.RowsHeldBack > 0) << "not told";
+    if (is_away) return;
+    const std::size_t cpt_lines = WholeLines(ContentOf(left, CrashCpt())).size();
+    EXPECT_GE(static_cast<std::int32_t>(cpt_lines) - static_cast<std::int32_t>(kCptHead),
+              sounding.RowCount - kCrashDelay - RowsHeld(kCptFile))
+        << "rows of the sounding's file on the medium";
+  }
+  /// "DONE" stands nowhere without the whole sounding's file.
+  void LookAtDone() {
+    if (ContentOf(crew.disk, CrashTemporary()) != "DONE\r\n") return;
+    for (const NamedLoss& loss : kLosses) {
+      const MemoryDisk left = crew.disk.After(loss.loss);
+      if (ContentOf(left, CrashTemporary()) != "DONE\r\n") continue;
+      EXPECT_EQ(CptDifference(ContentOf(left, CrashCpt()), whole, OfARefusal()), "") << loss.name;
+    }
+  }
+
+  const WholeSounding& whole;
   CrashCrew crew;
   SyncedRows synced;
+  std::int64_t looked_at = 0;
+  std::set<std::string> marks_held;  ///< at the end of this life
+  int looks = 0;
+  bool is_away = false;
   std::map<std::string, std::string> stick;
   Micros refused = -1;
 };
@@ -116,8 +205,10 @@ struct RefusedLife {
 struct RefusedAtEveryStep : testing::TestWithParam<int> {
   static void TearDownTestSuite() {
     std::cout << "refused at every step: " << operations << " operations, " << cases
-              << " different faults, " << rows << " rows promised, " << lost << " lost\n";
+              << " different faults, " << looks << " looks at the medium, " << rows
+              << " rows promised, " << lost << " lost\n";
   }
+  static inline std::int64_t looks = 0;
   static inline std::int64_t operations = 0;
   static inline std::int64_t cases = 0;
   static inline std::int64_t rows = 0;
@@ -132,9 +223,9 @@ void Judge(RefusedLife& life, const NamedRefusal& refusal, const DiskWork& work,
   EXPECT_TRUE(NeedsNoWord(work) || crew.WasTold(refusal.reason, life.refused, kToldAtOnce))
       << "refused at " << life.refused / kMillisecond << " ms and not told at once\n"
       << crew.AllTold();
-  AllowedDifferences allowed;
-  allowed.date = true;
-  allowed.speeds_nearly = true;
+  EXPECT_GE(life.looks, kCrashRows / 2) << "not looked at row by row";
+  RefusedAtEveryStep::looks += life.looks;
+  const AllowedDifferences allowed = OfARefusal();
   EXPECT_EQ(CptDifference(crew.disk.Files().at(CrashCpt()), whole, allowed), "");
   EXPECT_EQ(TimDifference(crew.disk.Files().at(CrashTim()), whole, allowed), "");
   EXPECT_EQ(crew.disk.Files().at(CrashTemporary()), "DONE\r\n");
@@ -167,6 +258,81 @@ TEST_P(RefusedAtEveryStep, IsToldAtOnceAndEndsTheSoundingAsWithoutIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Parts, RefusedAtEveryStep, testing::Range(0, kParts));
+
+// A crash behind a refusal.
+
+unsigned CrashSeed() {
+  const char* told = std::getenv("PENLOG_CRASH_SEED");
+  return told == nullptr ? 1U : static_cast<unsigned>(std::strtoul(told, nullptr, 10));
+}
+
+/// The half of the lots falls into the next operations, in which the console tries again.
+Stop DrawStop(std::int64_t step, Refusal refusal, std::int64_t count) {
+  std::seed_seq seeds{CrashSeed(), static_cast<unsigned>(step), static_cast<unsigned>(refusal)};
+  std::mt19937 lots(seeds);
+  const std::int64_t near = 12;
+  const std::int64_t span = lots() % 2 == 0 ? near : std::max(count - step, near);
+  const std::int64_t behind = 1 + static_cast<std::int64_t>(lots()) % span;
+  return {step + behind, kStops[lots() % kStops.size()].fate};
+}
+
+/// Settings that could not be saved, which was told, don't know the truck's port: the operator has
+/// to choose it again, and this crew can't.
+bool KnowsTruckPort(const MemoryDisk& left) {
+  const auto lines = WholeLines(ContentOf(left, CrashData("System Setup Values.txt")));
+  return lines.size() > 41 && lines[41] == "4";
+}
+
+struct CrashBehindARefusal : testing::TestWithParam<int> {
+  static void TearDownTestSuite() {
+    std::cout << "crash behind a refusal: PENLOG_CRASH_SEED=" << CrashSeed() << ", " << crashes
+              << " crashes x 2 losses, " << total.Text() << "\n";
+  }
+  static inline std::int64_t crashes = 0;
+  static inline CrashCount total;
+};
+
+TEST_P(CrashBehindARefusal, LosesNoPromisedRowAndEndsTheSoundingAsWithoutIt) {
+  const WholeSounding whole;
+  ASSERT_FALSE(HasFailure());
+  const auto count = static_cast<std::int64_t>(whole.works.size());
+  CrashJudge judge(whole);
+  for (const std::int64_t step : StepsOfPart(count, GetParam(), kParts)) {
+    const DiskWork& work = whole.works[static_cast<std::size_t>(step - 1)];
+    for (const NamedRefusal& refusal : kRefusals) {
+      if (refusal.refusal == Refusal::Pulled || !Differs(refusal.refusal, work)) continue;
+      const Stop stop = DrawStop(step, refusal.refusal, count);
+      SCOPED_TRACE("PENLOG_CRASH_SEED=" + std::to_string(CrashSeed()) + ", operation " +
+                   std::to_string(step) + ", " + work.Text() + ", " + refusal.name +
+                   ", crash at operation " + std::to_string(stop.step) + " by fate " +
+                   std::to_string(static_cast<int>(stop.fate)));
+      const RefusedLife life(step, refusal.refusal, whole, stop);
+      if (!life.crew.disk.Stopped()) continue;  // it had ended
+      ++crashes;
+      AllowedDifferences allowed = OfARefusal();
+      allowed.marks_held = life.marks_held;
+      for (const Loss loss : {Loss::Contents, Loss::ContentsAndNames}) {
+        const MemoryDisk left = life.crew.disk.After(loss);
+        const bool ours = ContentOf(left, CrashTemporary()).starts_with(CrashCpt());
+        if (ours && !KnowsTruckPort(left)) {
+          EXPECT_TRUE(life.crew.WasTold("THE SETTINGS COULD NOT BE SAVED"));
+          judge.LookAt(left, life.synced.rows, allowed);
+        } else {
+          judge.Judge(left, life.synced.rows, allowed);
+        }
+      }
+      if (HasFailure()) {
+        ADD_FAILURE() << life.crew.AllTold();
+        return;
+      }
+    }
+  }
+  total.Add(judge.count);
+  EXPECT_EQ(judge.count.rows_lost, 0);
+  EXPECT_GT(judge.count.cases, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Parts, CrashBehindARefusal, testing::Range(0, kParts));
 
 }  // namespace
 }  // namespace penlog
