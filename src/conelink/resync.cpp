@@ -10,7 +10,10 @@
 #include "core/channels.h"
 #include "forms/main_form.h"
 #include "platform/yield.h"
+#include "sounding/held_rows.h"
+#include "sounding/port_requests.h"
 #include "sounding/sounding_state.h"
+#include "sounding/tell_once.h"
 
 namespace penlog {
 
@@ -30,14 +33,22 @@ bool Wake() {
   return !PauseAndSend("X").empty();
 }
 
+/// A number that got lost on the wire, or half of it, must not blank the one that names the cone's
+/// family; one that is new must be given twice.
+void AskForNumber() {
+  const auto ask = [] {
+    const std::string reply = PauseAndSend("C 3 7");
+    return cone.CommFailed == kFalse ? MemoryText(reply) : std::string();
+  };
+  const std::string number = ask();
+  if (number.empty()) return;
+  if (IsOtherThanKnown(number) && ask() != number) return;
+  cone.ConeId = number;
+  TellOtherCone();
+}
+
 void SelectChannels() {
-  // A number that got lost on the wire, or half of it, must not blank the one that names the cone's
-  // family.
-  const std::string number = PauseAndSend("C 3 7");
-  if (!number.empty() && cone.CommFailed == kFalse) {
-    cone.ConeId = MemoryText(number);
-    TellOtherCone();
-  }
+  AskForNumber();
   cone.ConeLinkUp = kTrue;
   Main_CommPause(3);
   Main_CommStringCheck(cone.ChannelSelectCommand);
@@ -77,6 +88,9 @@ void ResyncConeData() {
     }
     if (!RepeatsItself()) break;
     Yield();
+    // No pass of the main loop comes while it does so.
+    Step(ServePortRequests);
+    RetryHeld();
     Main.lblCommError.Caption = "COMM ERR: duplicate";
   }
   sounding.QuitSettleCount = 0;

@@ -30,6 +30,8 @@
 #include "platform/texts.h"
 #include "screens/typed_depth.h"
 #include "sounding/depth_count.h"
+#include "sounding/found_cpt.h"
+#include "sounding/reached.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -42,6 +44,8 @@ constexpr std::size_t kMostLinesTold = 5;
 constexpr float kHundredth = 0.01f;  ///< m; the last digit of the recovery copy's depths
 constexpr std::size_t kEnoughDistances = 3;
 constexpr float kMostOfThem = 0.8f;
+constexpr float kMostStep = 10;       ///< m; rows further apart tell no step
+constexpr float kUnlikelyJump = 5;    ///< m; told where the last row lies so far below the others
 constexpr float kFloatNoise = 1e-4f;  ///< m; of depths and their differences
 
 bool HasHeaderColumnOnly(int channel) {
@@ -80,6 +84,7 @@ void TakeRows(const StoredSounding& stored) {
   for (const StoredRow& row : stored.rows) {
     sounding.RowSpeed(sounding.RowCount) = row.speed;
     ++sounding.RowCount;
+    ForgetReadings(sounding.RowCount);
     sounding.Rows(sounding.RowCount, 0) = row.depth;
     for (std::size_t i = 0; i < stored.row_channels.size(); ++i) {
       sounding.Rows(sounding.RowCount, stored.row_channels[i]) = row.values[i];
@@ -162,7 +167,8 @@ float WholeSteps(float length) {
 void KeepStepOfRows() {
   const RowSpacing spacing = SpacingOfRows();
   const float before = settings.DepthStep;
-  if (spacing.metres <= 0 || !spacing.is_regular || IsStepOfSettings(spacing)) return;
+  if (spacing.metres <= 0 || spacing.metres > kMostStep) return;
+  if (!spacing.is_regular || IsStepOfSettings(spacing)) return;
   const float step = WholeSteps(spacing.metres);
   if (std::abs(step - before) < settings.DepthResolution / 2) return;
   session.DepthStepOfSettings = before;
@@ -203,11 +209,21 @@ void LeaveOnlyPanelAndExit() {
   StartUp.cmdCancel.Enabled = true;
 }
 
-void ShowPanel() {
+/// 1 where the rows of the sounding's file are elevations; that of the settings where the file
+/// doesn't tell.
+std::int16_t DepthFormatOf(const StoredSounding& stored) {
+  std::optional<bool> elevations;
+  Trapped([&] { elevations = HoldsElevations(ReadCpt(ReadFile(stored.main_file), stored)); });
+  return elevations ? static_cast<std::int16_t>(*elevations ? 1 : 0) : settings.DepthFormat;
+}
+
+std::string LastDepth(std::int16_t format) {
+  return MakeStartTexts(sounding.Rows(sounding.RowCount, 0), settings.DepthUnits, format).depth;
+}
+
+void ShowPanel(std::int16_t format) {
   StartUp.lblLastSoundingCone.Caption = session.ResumeConeId;
-  const float depth = sounding.Rows(sounding.RowCount, 0);
-  StartUp.lblLastSoundingDepth.Caption =
-      MakeStartTexts(depth, settings.DepthUnits, settings.DepthFormat).depth;
+  StartUp.lblLastSoundingDepth.Caption = LastDepth(format);
   StartUp.txtDistanceDrilled.Text.clear();
   LeaveOnlyPanelAndExit();
   SetResumeButtons(true);
@@ -224,14 +240,10 @@ std::string Few(const std::vector<std::string>& lines) {
 }
 
 /// The mark doesn't say how deep the cone went: the operator does.
-void TellOpenGap(const StoredSounding& stored) {
+void TellOpenGap(const StoredSounding& stored, std::int16_t format) {
   if (!stored.EndsInGap()) return;
-  const float depth = sounding.Rows(sounding.RowCount, 0);
   const std::string last =
-      stored.rows.empty()
-          ? ""
-          : "  ITS LAST ROW STANDS AT " +
-                MakeStartTexts(depth, settings.DepthUnits, settings.DepthFormat).depth + ".";
+      stored.rows.empty() ? "" : "  ITS LAST ROW STANDS AT " + LastDepth(format) + ".";
   Tell("THE LAST SOUNDING WAS RESUMED FROM THE SURFACE, AND NO ROW WAS TAKEN AFTER THAT." + last +
        "  IF THE CONE STANDS AT ANOTHER DEPTH NOW, RESUME FROM THE SURFACE AGAIN.");
 }
@@ -241,6 +253,15 @@ void TellDamage(const StoredSounding& stored) {
   if (!stored.damage.empty()) {
     Tell("PART OF THE LAST SOUNDING'S TEMPORARY DATA CANNOT BE READ AND IS LEFT OUT." +
          (stored.loses_lines ? kept : "") + Few(stored.damage));
+  }
+  const std::size_t rows = stored.rows.size();
+  const bool is_behind_gap =
+      std::find(stored.gaps.begin(), stored.gaps.end(), rows - 1) != stored.gaps.end();
+  if (rows > 1 && !is_behind_gap &&
+      stored.rows[rows - 1].depth - stored.rows[rows - 2].depth > kUnlikelyJump) {
+    Tell("THE LAST ROW OF THE LAST SOUNDING STANDS " +
+         InMetres(stored.rows[rows - 1].depth - stored.rows[rows - 2].depth) +
+         " BELOW THE ROW BEFORE IT.  COMPARE ITS DEPTH WITH THE RODS.");
   }
   if (stored.rows.empty()) {
     Tell("THE LAST SOUNDING HOLDS NO ROWS.  ITS DEPTH GOES ON ONE DEPTH STEP ABOVE 0.");
@@ -340,6 +361,12 @@ std::string WhyNoDistance(const std::string& text) {
   return {};
 }
 
+/// A distance that is typed means the surface: the last depth has no use for it.
+bool IsDistanceTyped() {
+  const std::string& text = StartUp.txtDistanceDrilled.Text;
+  return !IsNumberOrEmpty(text) || LocaleNumber(text, session.CommaDecimal == 1) != 0;
+}
+
 /// What was drilled below the last depth, in metres.
 float DistanceDrilled() {
   const auto typed =
@@ -373,11 +400,18 @@ void StartUp_cmdResume_Click() {
   TakeRows(*stored);
   PlaceStart();
   TellDamage(*stored);
-  TellOpenGap(*stored);
-  ShowPanel();
+  const std::int16_t format = DepthFormatOf(*stored);
+  TellOpenGap(*stored, format);
+  ShowPanel(format);
 }
 
 void StartUp_cmdResumeAtLastDepth_Click() {
+  if (IsDistanceTyped()) {
+    Tell(
+        "RESUME AT LAST DEPTH GOES ON WHERE THE LAST ROW STANDS AND USES NO DISTANCE DRILLED.  "
+        "PRESS RESUME AT SURFACE, OR TAKE THE DISTANCE OUT AND PRESS RESUME AT LAST DEPTH AGAIN.");
+    return;
+  }
   session.ResumeDepthStatus = 0.0f;
   sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
   LookForLastCone();

@@ -16,6 +16,7 @@ void TakeSoundingPaths(const std::string& main_file);
 void StartUp_cmdResume_Click();
 
 /// Goes on where the cone stands: looks for the cone until it answers and opens its report page.
+/// Refused in words while a distance drilled is typed.
 void StartUp_cmdResumeAtLastDepth_Click();
 
 /// The rods go down again first, to the last depth and what was drilled below it.

@@ -1,6 +1,7 @@
 #include "core/temporary_data.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <iterator>
@@ -8,6 +9,7 @@
 #include <utility>
 
 #include "core/channel_table.h"
+#include "core/row_order.h"
 #include "platform/numbers.h"
 #include "platform/texts.h"
 
@@ -20,6 +22,8 @@ constexpr std::size_t kHead = 13;
 constexpr std::size_t kField = 20;
 constexpr std::size_t kDepthPlaces = 2;  ///< of depth and speed
 constexpr std::size_t kValuePlaces = 5;
+constexpr float kHundredth = 0.01f;  ///< m; the last digit of a depth
+constexpr float kDeepest = 12000;    ///< m; no hole is as deep
 
 using Lines = std::vector<std::string_view>;
 
@@ -149,6 +153,7 @@ void TellLine(StoredSounding& stored, std::size_t number, const std::string& why
 void TakeWaterTable(StoredSounding& stored, std::string_view line) {
   const auto depth = WholeSingleText(line);
   stored.water_table = depth.value_or(0.0f);
+  stored.loses_water_table = !depth;
   if (!depth) TellLine(stored, 14, "THE WATER TABLE IS NO NUMBER AND COUNTS AS 0");
 }
 
@@ -176,8 +181,26 @@ void TakeHeader(StoredSounding& stored, const Lines& lines) {
   TakeZeros(stored, lines[16]);
 }
 
+/// With an extension of three letters, in whose place those of the side files go; not one of these,
+/// nor one of the console's own files.
+bool IsMainFile(const std::string& path) {
+  if (path.size() < 5 || path[path.size() - 4] != '.' || path[path.size() - 5] == '/') return false;
+  const bool is_plain = std::none_of(path.begin(), path.end(), [](char letter) {
+    return static_cast<unsigned char>(letter) < 0x20;
+  });
+  const std::string extension = ToUpper(path.substr(path.size() - 3));
+  const bool is_letters = std::all_of(extension.begin(), extension.end(), [](char letter) {
+    return (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
+  });
+  static constexpr std::array<std::string_view, 8> kOthers = {"TXT", "ASC", "OLD", "NEW",
+                                                              "DIS", "SMC", "TIM", "RES"};
+  return is_plain && is_letters &&
+         std::find(kOthers.begin(), kOthers.end(), extension) == kOthers.end();
+}
+
 std::string WhyUnreadable(const StoredSounding& stored) {
   if (Trim(stored.main_file).empty()) return "LINE 1 NAMES NO FILE";
+  if (!IsMainFile(stored.main_file)) return "LINE 1 NAMES NO FILE OF A SOUNDING";
   if (Trim(stored.cone_id).empty()) return "LINE 5 NAMES NO CONE";
   if (stored.columns.empty()) return "LINE 16 NAMES NO CHANNELS";
   return {};
@@ -225,23 +248,78 @@ std::vector<int> RowChannelsOf(const std::vector<int>& columns, const Lines& lin
   return readings[static_cast<std::size_t>(most - fits.begin())];
 }
 
-void TakeLine(StoredSounding& stored, std::string_view line, std::size_t number,
-              std::int32_t most_rows) {
-  if (IsGap(line)) {
-    stored.gaps.push_back(static_cast<std::int32_t>(stored.rows.size()));
-    return Keep(stored, line);
+/// A line behind the header: the mark of a gap, a row, or why it is neither.
+struct LineRead {
+  std::string_view line;
+  bool is_gap = false;
+  std::optional<StoredRow> row;
+  std::string why;
+};
+
+LineRead ReadLine(std::string_view line, std::size_t columns) {
+  LineRead read = {line, IsGap(line), std::nullopt, ""};
+  if (read.is_gap) return read;
+  if (!Unquoted(line)) {
+    read.why = "IT IS NO WHOLE ROW";
+    return read;
   }
-  if (!Unquoted(line)) return LeaveOut(stored, number, "IT IS NO WHOLE ROW");
   auto row = RowOf(line);
-  if (!row) return LeaveOut(stored, number, "IT HOLDS WHAT IS NO NUMBER");
-  if (row->values.size() != stored.row_channels.size()) {
-    return LeaveOut(stored, number, "IT DOES NOT FIT THE COLUMNS");
+  if (!row) {
+    read.why = "IT HOLDS WHAT IS NO NUMBER";
+  } else if (row->values.size() != columns) {
+    read.why = "IT DOES NOT FIT THE COLUMNS";
+  } else if (std::abs(row->depth) > kDeepest) {
+    read.why = "ITS DEPTH CAN BE NONE";
+  } else {
+    read.row = std::move(row);
   }
+  return read;
+}
+
+/// The rows of a part without a gap, `lines` by their places: those that stand above a row before
+/// them, or twice, are none.
+void JudgeOrder(std::vector<LineRead>& lines, const std::vector<std::size_t>& part) {
+  std::vector<float> depths;
+  for (const std::size_t place : part) depths.push_back(lines[place].row->depth);
+  const std::vector<bool> in_order = InOrder(depths);
+  // Steps of less than a hundredth may well give the same line twice.
+  const bool is_coarse =
+      part.size() > 1 && std::abs(depths.back() - depths.front()) >=
+                             0.75f * kHundredth * static_cast<float>(part.size());
+  std::string_view before;
+  for (std::size_t i = 0; i < part.size(); ++i) {
+    LineRead& read = lines[part[i]];
+    if (in_order[i] && !(is_coarse && read.line == before)) {
+      before = read.line;
+      continue;
+    }
+    read.why = in_order[i] ? "IT STANDS TWICE" : "ITS DEPTH IS OUT OF ORDER";
+    read.row.reset();
+  }
+}
+
+void JudgeOrder(std::vector<LineRead>& lines) {
+  std::vector<std::size_t> part;
+  for (std::size_t place = 0; place < lines.size(); ++place) {
+    if (lines[place].row) part.push_back(place);
+    if (lines[place].is_gap || place + 1 == lines.size()) {
+      JudgeOrder(lines, part);
+      part.clear();
+    }
+  }
+}
+
+void TakeLine(StoredSounding& stored, LineRead& read, std::size_t number, std::int32_t most_rows) {
+  if (read.is_gap) {
+    stored.gaps.push_back(static_cast<std::int32_t>(stored.rows.size()));
+    return Keep(stored, read.line);
+  }
+  if (!read.row) return LeaveOut(stored, number, read.why);
   if (static_cast<std::int32_t>(stored.rows.size()) >= most_rows) {
     return LeaveOut(stored, number, "THERE IS ROOM FOR " + PlainNumber(most_rows) + " ROWS");
   }
-  stored.rows.push_back(std::move(*row));
-  Keep(stored, line);
+  stored.rows.push_back(std::move(*read.row));
+  Keep(stored, read.line);
 }
 
 }  // namespace
@@ -261,8 +339,13 @@ StoredSounding ReadTemporaryData(std::string_view text, bool (*header_only)(int 
   if (!stored.unreadable.empty()) return stored;
   stored.row_channels = RowChannelsOf(stored.columns, lines, header_only);
   for (std::size_t i = 0; i < kHeaderLines; ++i) Keep(stored, lines[i]);
+  std::vector<LineRead> reads;
   for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
-    TakeLine(stored, lines[i], i + 1, most_rows);
+    reads.push_back(ReadLine(lines[i], stored.row_channels.size()));
+  }
+  JudgeOrder(reads);
+  for (std::size_t i = 0; i < reads.size(); ++i) {
+    TakeLine(stored, reads[i], kHeaderLines + i + 1, most_rows);
   }
   return stored;
 }

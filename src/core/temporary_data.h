@@ -37,6 +37,7 @@ struct StoredSounding {
   std::string footer_note2;
   std::string gps_position;
   float water_table = 0;                    ///< m; the sounding's reference value
+  bool loses_water_table = false;           ///< its line is no number
   std::array<std::int16_t, 3> graphs{};     ///< channels of graphs 2 to 4, 0 none
   std::vector<int> columns;                 ///< recorded channels, rising
   std::vector<std::optional<float>> zeros;  ///< baselines by column; none where it is no number

@@ -7,6 +7,7 @@
 #include "core/channels.h"
 #include "core/session.h"
 #include "forms/main_form.h"
+#include "sounding/held_rows.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -35,7 +36,7 @@ StripValues ValuesNow() {
   values.quit = sounding.QuitState == 1;
   values.ended = Main.frmTakeFinalBaseline.Visible || sounding.ExitUnderWay == kTrue;
   values.RowCount = sounding.RowCount;
-  values.RowsHeldBack = sounding.RowsHeldBack;
+  values.RowsHeldBack = LinesHeld(kTemporaryFile);  // else they can be resumed
   values.file = session.SoundingFiles[1];
   if (status_strip.LastRowAt >= 0) {
     values.last_row_age = (Now() - status_strip.LastRowAt) / kSecond;

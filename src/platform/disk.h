@@ -41,6 +41,8 @@ class Disk {
 
   virtual std::string Read(const std::string& path) = 0;
   virtual bool FileExists(const std::string& path) = 0;
+  /// Bytes of a file, without a look at them; -1 where there is none.
+  virtual std::int64_t SizeOf(const std::string& path) = 0;
   virtual bool FolderExists(const std::string& path) = 0;
   /// Entries of a folder, sorted by name; empty for a folder that can't be read.
   virtual std::vector<DirectoryEntry> List(const std::string& folder) = 0;

@@ -344,6 +344,11 @@ bool MemoryDisk::FileExists(const std::string& path) {
   return files_.count(path) > 0;
 }
 
+std::int64_t MemoryDisk::SizeOf(const std::string& path) {
+  const auto found = files_.find(path);
+  return found == files_.end() ? -1 : static_cast<std::int64_t>(found->second.size());
+}
+
 bool MemoryDisk::FolderExists(const std::string& path) {
   return folders_.count(Plain(path)) > 0;
 }

@@ -57,6 +57,7 @@ class MemoryDisk : public Disk {
   void MakeFolder(const std::string& path) override;
   std::string Read(const std::string& path) override;
   bool FileExists(const std::string& path) override;
+  std::int64_t SizeOf(const std::string& path) override;
   bool FolderExists(const std::string& path) override;
   std::vector<DirectoryEntry> List(const std::string& folder) override;
   std::int64_t FreeRoom(const std::string& path) override;

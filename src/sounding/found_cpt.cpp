@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "conelink/cone_state.h"
+#include "core/settings.h"
 #include "platform/numbers.h"
 #include "platform/texts.h"
 #include "sounding/row_text.h"
@@ -18,6 +19,7 @@ namespace {
 // Lines of the head, from 0.
 constexpr std::size_t kConeLine = 3;
 constexpr std::size_t kDateLine = 7;
+constexpr std::size_t kWaterLine = 12;
 constexpr std::size_t kNumberLine = 15;
 constexpr std::size_t kTitleLine = 16;
 constexpr std::size_t kBaselineLine = 18;
@@ -169,6 +171,30 @@ FoundCpt ReadCpt(std::string_view text, const StoredSounding& stored) {
   for (std::size_t i = 0; i < kHeadLines; ++i) found.head += lines[i];
   found.rows.assign(lines.begin() + kHeadLines, lines.end());
   return found;
+}
+
+std::optional<StoredRow> ReadCptRow(const FoundCpt& found, std::size_t place) {
+  const std::string row(WithoutEnd(found.rows[place]));
+  const auto start = StartOf(row, found.form);
+  const auto depth = DepthOf(row, found.form);
+  if (!start || !depth || Trim(row.substr(0, kBlanks)).empty()) return std::nullopt;
+  const auto speed =
+      WholeSingleText(row.substr(start->depth_end, start->speed_end - start->depth_end));
+  const std::size_t columns = RowChannels().size();
+  if (!speed || row.size() != start->speed_end + columns * kColumn) return std::nullopt;
+  StoredRow read{settings.DepthFormat == 1 ? -*depth : *depth, *speed, {}};
+  for (std::size_t column = 0; column < columns; ++column) {
+    const auto value = WholeSingleText(FieldOf(row, column, columns));
+    if (!value) return std::nullopt;
+    read.values.push_back(*value);
+  }
+  return read;
+}
+
+std::optional<float> WaterTableInHead(const FoundCpt& found) {
+  if (!found.has_head) return std::nullopt;
+  std::string_view head = found.head;
+  return WholeSingleText(WithoutEnd(TakeLines(head)[kWaterLine]));
 }
 
 std::optional<float> BaselineInHead(const FoundCpt& found, int channel) {

@@ -2,6 +2,7 @@
 // rows that stand in memory. Texts alone: nothing is opened or written here.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -21,10 +22,18 @@ struct FoundCpt {
   std::string tip;                ///< the title of the first column, without blanks at its ends
   std::vector<std::string> rows;  ///< the whole lines behind the head, with their line ends
   bool is_torn = false;           ///< text without a line end stands at the end
+  bool is_of_before = false;      ///< it was read at another place than that it is written to
 };
 
 /// The head counts as the sounding's where cone, date and columns are the same.
 FoundCpt ReadCpt(std::string_view text, const StoredSounding& stored);
+
+/// A row of the file as it stands there: aligned, its depth not negated. None for a closing line
+/// and for one that is not whole.
+std::optional<StoredRow> ReadCptRow(const FoundCpt& found, std::size_t place);
+
+/// Line 12 of the head. None where it is no number.
+std::optional<float> WaterTableInHead(const FoundCpt& found);
 
 /// The baseline of a recorded channel, as the head of the file has it.
 std::optional<float> BaselineInHead(const FoundCpt& found, int channel);

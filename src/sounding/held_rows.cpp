@@ -4,8 +4,11 @@
 #include <exception>
 
 #include "core/session.h"
+#include "platform/boxes.h"
 #include "platform/files.h"
+#include "platform/numbers.h"
 #include "platform/runtime_fault.h"
+#include "platform/work_time.h"
 #include "sounding/sounding_state.h"
 #include "sounding/tell_once.h"
 
@@ -21,6 +24,20 @@ const std::string kHeldMessage =
 const std::string kUnfitMessage =
     "THE SOUNDING FILE TAKES NO ROWS BEFORE THE NEXT RESUME HAS MENDED IT.  THE ROWS ARE KEPT IN "
     "THE TEMPORARY DATA.  ";
+
+const std::string kLaggingMessage =
+    "THE SOUNDING COULD NOT BE WRITTEN TO THE DISK OF ITS FILE.  ITS ROWS STAND IN THE TEMPORARY "
+    "DATA, AND THE FILE IS COMPLETED AS SOON AS ITS DISK TAKES THEM.  FREE SOME ROOM THERE OR PUT "
+    "THE MEDIUM BACK.  ";
+
+constexpr Micros kSlow = 500 * kMillisecond;  ///< for one append and its sync
+
+const std::string kChangedMessage =
+    "THE SOUNDING FILE HAS CHANGED.  IT TAKES NO ROWS BEFORE IT IS AS IT WAS, OR A RESUME HAS "
+    "MENDED IT.  THE ROWS ARE KEPT IN THE TEMPORARY DATA.  ";
+
+const std::string kShorter = ": shorter than what was written to it";
+const std::string kLonger = ": longer than what was written to it";
 
 /// Bytes that no file has.
 constexpr std::int64_t kUnfit = std::int64_t{1} << 60;
@@ -38,8 +55,48 @@ std::string ContentOnDisk(const std::string& path) {
 }
 
 std::int64_t LengthOnDisk(const std::string& path) {
-  return static_cast<std::int64_t>(ContentOnDisk(path).size());
+  return std::max<std::int64_t>(TheDisk().SizeOf(path), 0);
 }
+
+constexpr std::uint64_t kPrintOfNothing = 14695981039346656037U;
+
+/// FNV-1a, 64 bits, of all bytes in order: those of before and then these.
+std::uint64_t PrintBehind(std::uint64_t print, std::string_view bytes) {
+  for (const char byte : bytes) {
+    print = (print ^ static_cast<unsigned char>(byte)) * 1099511628211U;
+  }
+  return print;
+}
+
+void TakeAsWritten(HeldText& held, std::string_view bytes) {
+  if (held.FileLength <= 0) held.Print = kPrintOfNothing;
+  held.Print = PrintBehind(held.Print, bytes);
+  held.FileLength =
+      std::max<std::int64_t>(held.FileLength, 0) + static_cast<std::int64_t>(bytes.size());
+}
+
+/// A hole is what a medium may show for bytes that it was given and has lost.
+bool IsOfText(std::string_view landed, std::string_view text) {
+  return std::equal(landed.begin(), landed.end(), text.begin(),
+                    [](char stands, char given) { return stands == given || stands == '\0'; });
+}
+
+/// What stands there is something else than what was written and, in part, what is held: it must
+/// neither be gone on with nor replaced. Empty if it is not.
+std::string WhyChanged(const HeldText& held, std::string_view content) {
+  const auto safe = static_cast<std::size_t>(held.FileLength);
+  if (content.size() < safe) return kShorter;
+  const std::string_view landed = content.substr(safe);
+  if (landed.size() > held.Text.size()) return kLonger;
+  const bool is_same =
+      safe == 0 || PrintBehind(kPrintOfNothing, content.substr(0, safe)) == held.Print;
+  return is_same && IsOfText(landed, held.Text) ? "" : ": not what was written to it";
+}
+
+/// Raised instead of a write that would add to something else, or destroy it.
+struct ChangedFault : RuntimeFault {
+  using RuntimeFault::RuntimeFault;
+};
 
 /// A file that is gone has taken its place along (a medium pulled out): appending would begin a
 /// new one without head and rows somewhere else. It may come back.
@@ -49,20 +106,26 @@ void RequireStillThere(const HeldText& held, const std::string& path) {
   }
 }
 
+/// The cheap look before each append: behind a failure `WriteAgain` looks at the content.
+void RequireSameLength(const HeldText& held, const std::string& path) {
+  const std::int64_t size = LengthOnDisk(path);
+  if (size == held.FileLength) return;
+  throw ChangedFault(path + (size < held.FileLength ? kShorter : kLonger));
+}
+
 std::int32_t RowsIn(const std::string& text) {
   return static_cast<std::int32_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// Behind a failure: what landed is left out. Behind a failed sync, and where something else than
-/// the text stands there, the file is replaced by its safe part and the text.
+/// Behind a failure: what landed is left out. Behind a failed sync, and where a hole stands there,
+/// the file is replaced by its safe part and the text.
 void WriteAgain(HeldText& held, const std::string& path) {
   const std::string content = ContentOnDisk(path);
-  const auto safe = static_cast<std::size_t>(held.FileLength);
-  if (content.size() < safe) throw RuntimeFault(path + ": shorter than what was written to it");
-  const std::string landed = content.substr(safe);
-  if (landed.size() > held.Text.size()) {
-    throw RuntimeFault(path + ": longer than what was written to it");
+  if (const std::string why = WhyChanged(held, content); !why.empty()) {
+    throw ChangedFault(path + why);
   }
+  const auto safe = static_cast<std::size_t>(held.FileLength);
+  const std::string landed = content.substr(safe);
   // Until the replacing has returned: its last step may fail, too.
   held.SyncFailed = held.SyncFailed || !held.Text.starts_with(landed);
   if (held.SyncFailed) {
@@ -76,15 +139,30 @@ std::string WhyUnfit(const std::string& path) {
   return path + ": only a resume can mend it";
 }
 
+/// The one thread waits for a row's sync. Told once in a sounding.
+void TellIfSlow(const std::string& path, Micros took) {
+  if (took <= kSlow || !sounding.Told.insert("slow medium").second) return;
+  const double seconds = static_cast<double>(took) / static_cast<double>(kSecond);
+  PostBox("THE MEDIUM OF " + path + " IS SLOW: " + Format(seconds, "0.0") +
+          " s FOR A ROW.  DEPTH IS COUNTED ON, BUT QUITS AND STOP ARE SERVED ONLY BEHIND IT.");
+}
+
+void Append(HeldText& held, const std::string& path) {
+  RequireSameLength(held, path);
+  held.Failed = true;  // until the append has returned
+  const Micros begun = WorkTime();
+  AppendToFile(path, held.Text);
+  TellIfSlow(path, WorkTime() - begun);
+}
+
 void Write(HeldText& held, const std::string& path) {
   if (held.FileLength == kUnfit) throw RuntimeFault(WhyUnfit(path));
   RequireStillThere(held, path);
-  if (held.FileLength < 0) held.FileLength = LengthOnDisk(path);
+  if (held.FileLength < 0) TakeAsWritten(held, ContentOnDisk(path));
   if (held.Failed) {
     WriteAgain(held, path);
   } else {
-    held.Failed = true;  // until the append has returned
-    AppendToFile(path, held.Text);
+    Append(held, path);
   }
   RequireStillThere(held, path);  // what is appended to a file that was removed lands nowhere
 }
@@ -112,40 +190,62 @@ bool NothingFailed() {
                       [](const HeldText& held) { return held.Failed || !held.Text.empty(); });
 }
 
+/// Nothing is left: the next refusal is news again.
+void ForgetTold() {
+  std::erase_if(sounding.Told, [](const std::string& told) {
+    return told.starts_with(kHeldMessage) || told.starts_with(kLaggingMessage) ||
+           told.starts_with(kChangedMessage);
+  });
+}
+
+/// Whether the recovery copy holds all that the `.cpt` file lacks.
+bool LagsAlone(SoundingFile file) {
+  const HeldText& copy = HeldFor(kTemporaryFile);
+  return file == kCptFile && !copy.Failed && copy.Text.empty();
+}
+
+void NoteFailed(SoundingFile file, const std::string& message, const std::exception& fault) {
+  HeldText& held = HeldFor(file);
+  held.Failed = true;
+  held.SyncFailed = held.SyncFailed || HasLanded(held, PathOf(file));
+  CountHeldRows();
+  held_reasons.Why[static_cast<std::size_t>(file)] = fault.what();
+  TellOnce((held.FileLength == kUnfit ? kUnfitMessage : message) + fault.what());
+}
+
 }  // namespace
 
 bool WriteHeld(SoundingFile file) {
   HeldText& held = HeldFor(file);
   if (held.Text.empty() && !held.Failed) return true;
-  const std::string& path = PathOf(file);
+  const bool had_failed = held.Failed;
   try {
-    Write(held, path);
+    Write(held, PathOf(file));
+  } catch (const ChangedFault& fault) {
+    NoteFailed(file, file == kCptFile ? kChangedMessage : kHeldMessage, fault);
+    return false;
   } catch (const std::exception& fault) {  // of any kind: the next file must get its line too
-    held.Failed = true;
-    held.SyncFailed = held.SyncFailed || HasLanded(held, path);
-    CountHeldRows();
-    held_reasons.Why[static_cast<std::size_t>(file)] = fault.what();
-    TellOnce((held.FileLength == kUnfit ? kUnfitMessage : kHeldMessage) + fault.what());
+    NoteFailed(file, LagsAlone(file) ? kLaggingMessage : kHeldMessage, fault);
     return false;
   }
-  held.FileLength += static_cast<std::int64_t>(held.Text.size());
+  TakeAsWritten(held, held.Text);
   held.Text.clear();
   held.Failed = held.SyncFailed = false;
   if (sounding.RowsHeldBack > 0) CountHeldRows();
+  if (had_failed && NothingFailed()) ForgetTold();
   return true;
 }
 
 bool AppendOrHold(SoundingFile file, std::string_view text) {
-  HeldFor(file).Text += text;
+  HeldText& held = HeldFor(file);
+  if (held.GivenUp) return true;
+  held.Text += text;
   return WriteHeld(file);
 }
 
 bool WriteAllHeld() {
   for (const SoundingFile file : {kTemporaryFile, kCptFile, kTimFile}) WriteHeld(file);
-  if (!NothingFailed()) return false;
-  std::erase_if(sounding.Told,
-                [](const std::string& told) { return told.starts_with(kHeldMessage); });
-  return true;
+  return NothingFailed();
 }
 
 void RetryHeld() {
@@ -164,8 +264,8 @@ std::string WhyNotWhole(SoundingFile file) {
   if (!IsBegun(file)) return {};
   if (!TheDisk().FileExists(path)) return path + " is no longer there";
   try {
-    const bool is_shorter = LengthOnDisk(path) < held.FileLength;
-    return is_shorter ? path + ": shorter than what was written to it" : "";
+    const std::string why = WhyChanged(held, ReadFile(path));
+    return why.empty() ? "" : path + why;
   } catch (const RuntimeFault& fault) {
     return fault.what();
   }
@@ -177,9 +277,7 @@ Remedy RemedyFor(SoundingFile file) {
   const std::string& path = PathOf(file);
   if (!TheDisk().FileExists(path)) return Remedy::Medium;
   try {
-    const std::int64_t length = LengthOnDisk(path);
-    const auto most = held.FileLength + static_cast<std::int64_t>(held.Text.size());
-    const bool is_changed = IsBegun(file) && (length < held.FileLength || length > most);
+    const bool is_changed = IsBegun(file) && !WhyChanged(held, ReadFile(path)).empty();
     return is_changed ? Remedy::Resume : Remedy::Disk;
   } catch (const RuntimeFault&) {
     return Remedy::Disk;
@@ -194,20 +292,27 @@ bool IsBegun(SoundingFile file) {
   return HeldFor(file).FileLength >= 0;
 }
 
-void StartFile(SoundingFile file, std::size_t length) {
-  HeldFor(file) = {{}, static_cast<std::int64_t>(length), false, false};
+void StartFile(SoundingFile file, std::string_view content) {
+  HeldFor(file) = {};
+  TakeAsWritten(HeldFor(file), content);
   CountHeldRows();
 }
 
 void StartUnfitFile(SoundingFile file) {
-  HeldFor(file) = {{}, kUnfit, true, false};
+  ForgetFile(file);
+  HeldFor(file).FileLength = kUnfit;
+  HeldFor(file).Failed = true;
   held_reasons.Why[static_cast<std::size_t>(file)] = WhyUnfit(PathOf(file));
-  CountHeldRows();
 }
 
 void ForgetFile(SoundingFile file) {
   HeldFor(file) = {};
   CountHeldRows();
+}
+
+void GiveUpFile(SoundingFile file) {
+  ForgetFile(file);
+  HeldFor(file).GivenUp = true;
 }
 
 }  // namespace penlog

@@ -5,7 +5,10 @@
 // and its sync fails. After a failed write the file's content tells what landed. After a failed
 // sync the system may have forgotten it, with no later sync to tell: the file is replaced as a
 // whole by what earlier syncs had brought to the medium and all that came since. A file that is
-// gone or shorter than what was written to it takes nothing: its medium may come back.
+// gone takes nothing: its medium may come back. Nor does one that holds something else than what
+// was written to it, which its length tells before each append, and behind a failure, and at the
+// end, its content: it is neither gone on with nor replaced. Zeros count as bytes of ours that a
+// medium has lost, where they stand for bytes not known to be on it.
 #pragma once
 
 #include <array>
@@ -31,7 +34,8 @@ struct HeldReasonsState {
 inline HeldReasonsState held_reasons;
 
 /// Appends with one write and one sync, together with what is held for that file. True when all of
-/// it is on the disk; otherwise it is held, and the operator is told once.
+/// it is on the disk, or the file is given up; otherwise it is held, and the operator is told once.
+/// A medium that takes long for it is told, too.
 bool AppendOrHold(SoundingFile file, std::string_view text);
 
 /// Tries to write what is held for one file; true when nothing is left.
@@ -61,8 +65,8 @@ std::int32_t LinesHeld(SoundingFile file);
 /// Whether this console has made the file, or goes on with it.
 bool IsBegun(SoundingFile file);
 
-/// The file was made anew with `length` bytes: nothing is held for it.
-void StartFile(SoundingFile file, std::size_t length);
+/// The file was made anew, or taken up, with this content: nothing is held for it.
+void StartFile(SoundingFile file, std::string_view content);
 
 /// What stands there would have to be changed: it takes nothing before the next resume mends it,
 /// and it is not whole.
@@ -70,5 +74,8 @@ void StartUnfitFile(SoundingFile file);
 
 /// The start of the file was taken back: what stands under its name is no business of this console.
 void ForgetFile(SoundingFile file);
+
+/// The operator goes on without the file: what comes for it in this session is dropped.
+void GiveUpFile(SoundingFile file);
 
 }  // namespace penlog

@@ -34,6 +34,12 @@ void PutBeside(const std::string& path) {
   TheDisk().SyncFolder(FolderOf(path));  // its new name, before another file takes the old one
 }
 
+bool IsCopyOf(const std::string& path, const std::string& from) {
+  bool is_copy = false;
+  Trapped([&] { is_copy = ReadFile(path) == ReadFile(from); });
+  return is_copy;
+}
+
 /// A copy that an attempt before this one has left is no other's file.
 void CopySide(const std::string& from, const std::string& to) {
   const std::string text = ReadFile(from);
@@ -73,8 +79,9 @@ std::string Listed(const std::vector<std::string>& paths) {
 
 }  // namespace
 
-void MoveSideFiles(const SoundingPaths& from, const SoundingPaths& to, bool is_its_place,
-                   bool has_dissipation_file, bool has_seismic_file) {
+SideFiles MoveSideFiles(const SoundingPaths& from, const SoundingPaths& to, bool is_its_place,
+                        bool has_dissipation_file, bool has_seismic_file) {
+  SideFiles anothers{};
   const bool is_away = IsAway(FolderOf(from[kCptFile]));
   std::array<bool, 7> expected{};
   expected[kDissipationFile] = has_dissipation_file;
@@ -83,14 +90,23 @@ void MoveSideFiles(const SoundingPaths& from, const SoundingPaths& to, bool is_i
   std::vector<std::string> lacking;
   for (const std::size_t file : kSideFiles) {
     if (from[file] == to[file]) continue;
+    anothers[file] = !is_its_place;
+    // Another's file first: ours may not be given at all.
+    const auto put_beside = [&] {
+      const bool is_taken = anothers[file] && TheDisk().FileExists(to[file]);
+      if (is_taken && !IsCopyOf(to[file], from[file])) PutBeside(to[file]);
+      anothers[file] = false;
+    };
     if (Stands(from[file])) {
-      Try(from[file] + " CANNOT BE COPIED TO " + FolderOf(to[file]) + ".",
-          [&] { CopySide(from[file], to[file]); });
+      Try(from[file] + " CANNOT BE COPIED TO " + FolderOf(to[file]) + ".", [&] {
+        put_beside();
+        CopySide(from[file], to[file]);
+      });
       continue;
     }
     if (expected[file] || is_away) lacking.push_back(from[file]);
     if (!is_its_place) {
-      Try(to[file] + " IS ANOTHER SOUNDING'S AND CANNOT BE RENAMED.", [&] { PutBeside(to[file]); });
+      Try(to[file] + " IS ANOTHER SOUNDING'S AND CANNOT BE RENAMED.", put_beside);
     }
   }
   if (!lacking.empty()) {
@@ -99,6 +115,7 @@ void MoveSideFiles(const SoundingPaths& from, const SoundingPaths& to, bool is_i
   if (from[kFilm] != to[kFilm] && Stands(from[kFilm])) {
     Tell("THE FILM IS NOT COPIED AND STAYS WHERE IT IS: " + from[kFilm]);
   }
+  return anothers;
 }
 
 }  // namespace penlog

@@ -5,6 +5,7 @@
 
 #include "conelink/cone_state.h"
 #include "conelink/main_exchange.h"
+#include "conelink/other_cone.h"
 #include "conelink/port_supervision.h"
 #include "conelink/resync.h"
 #include "conelink/value_coding.h"
@@ -17,6 +18,7 @@
 #include "platform/boxes.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
+#include "sounding/distance_pushed.h"
 #include "sounding/quits.h"
 #include "sounding/reading_cycle.h"
 #include "sounding/record_grid.h"
@@ -90,6 +92,11 @@ bool ReadingsAreStale() {
 void WriteDistancePushed() {
   if (cone.DistancePushedPending != kTrue) return;
   cone.DistancePushedPending = 0;
+  if (IsOtherCone()) {
+    PostBox("THE DISTANCE PUSHED IS NOT WRITTEN: ANOTHER CONE IS CONNECTED THAN #" +
+            RecordedConeNumber());
+    return;
+  }
   const double distance = IntPart(static_cast<double>(cone.DistancePushed));
   if (!(distance >= 0 && distance <= kMostDistancePushed)) {
     PostBox("THE DISTANCE PUSHED, " + PlainNumber(distance) +
@@ -97,7 +104,8 @@ void WriteDistancePushed() {
     return;
   }
   auto value = static_cast<float>(distance);
-  Main_CommStringCheck("W 22 3 " + SingleToBinary(value, 3));
+  const std::string reply = Main_CommStringCheck("W 22 3 " + SingleToBinary(value, 3));
+  if (!reply.empty()) NoteDistanceAdded();
 }
 
 void RecordingPass() {

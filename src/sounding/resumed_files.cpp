@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "conelink/cone_state.h"
@@ -25,12 +26,15 @@
 #include "platform/texts.h"
 #include "platform/yield.h"
 #include "screens/last_sounding_parameters.h"
+#include "sounding/depth_count.h"
 #include "sounding/found_cpt.h"
 #include "sounding/held_rows.h"
 #include "sounding/moved_files.h"
 #include "sounding/reached.h"
+#include "sounding/recovered_rows.h"
 #include "sounding/resume_depth.h"
 #include "sounding/resume_rebuild.h"
+#include "sounding/resumed_header.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
 
@@ -120,11 +124,6 @@ void Insist(const std::string& what, Work work) {
   }
 }
 
-void ReplaceTemporary(const std::string& text) {
-  Insist("THE TEMPORARY DATA CANNOT BE WRITTEN.",
-         [&] { ReplaceFile(PathOf(kTemporaryFile), text); });
-}
-
 /// The damaged file is copied beside before the sound part takes its place. Behind a refusal a
 /// sound one is written anew as well: no later sync tells of what a failed one forgot.
 void MendTemporary(const std::string& text, const StoredSounding& stored) {
@@ -137,7 +136,19 @@ void MendTemporary(const std::string& text, const StoredSounding& stored) {
     is_kept = true;
     ReplaceFile(path, stored.sound_text);
   });
-  StartFile(kTemporaryFile, stored.sound_text.size());
+  StartFile(kTemporaryFile, stored.sound_text);
+}
+
+/// Behind the first mending; what it changes is copied beside where `keeps`.
+void WriteCopyAnew(const StoredSounding& stored, bool keeps) {
+  const std::string& path = PathOf(kTemporaryFile);
+  bool is_kept = !keeps;
+  Insist("THE TEMPORARY DATA CANNOT BE WRITTEN.", [&] {
+    if (!is_kept) CopyFile(path, FreeNameBeside(path));
+    is_kept = true;
+    ReplaceFile(path, stored.sound_text);
+  });
+  StartFile(kTemporaryFile, stored.sound_text);
 }
 
 // The `.cpt` file.
@@ -171,22 +182,13 @@ void KeepSignOfRows(const FoundCpt& found) {
                     "DEPTHS.");
 }
 
-/// The others have the zero of the cone's record, which is not read for a missing channel.
-bool KeepsSavedZero(int channel) {
-  return channels.ChannelKeepZero(channel) != 0 || sounding.KeptColumn(channel) == kTrue;
-}
-
-/// Baselines that the recovery copy lost stand in the head, too.
-void TakeLostBaselines(const FoundCpt& found, const StoredSounding& stored) {
-  for (std::size_t i = 0; i < stored.columns.size(); ++i) {
-    const int channel = stored.columns[i];
-    const auto zero = BaselineInHead(found, channel);
-    if (stored.zeros[i] || !zero) continue;
-    sounding.Rows(0, channel) = *zero;
-    if (!KeepsSavedZero(channel)) continue;
-    channels.Baselines(channel) = *zero;
-    resumed_zeros.Restored(channel) = kTrue;
-  }
+/// Damaged lines of the copy's header would be told at each resume.
+void MendHeaderLines(const FoundCpt& found, StoredSounding& stored) {
+  if (!TakeLostHeaderLines(found, stored)) return;
+  WriteCopyAnew(stored, true);
+  Tell(
+      "DAMAGED LINES OF THE TEMPORARY DATA WERE WRITTEN ANEW, FROM THE SOUNDING FILE WHERE IT "
+      "HOLDS THEM, ELSE FROM THE CONE'S CALIBRATION.");
 }
 
 bool AnyIsMissing() {
@@ -227,14 +229,25 @@ void TellUnknownDelays(const FoundCpt& found) {
       unknown);
 }
 
+std::string DepthText(float depth) {
+  return MakeStartTexts(depth, settings.DepthUnits, settings.DepthFormat).depth;
+}
+
+const std::string kCompare = "  COMPARE THE DEPTH WITH THE RODS BEFORE YOU PUSH.";
+
 std::string Mended(const CptMending& mending, const FoundCpt& found) {
   std::string text = "THE SOUNDING FILE WAS MENDED FROM THE TEMPORARY DATA.";
+  if (found.is_of_before) text += "  IT STANDS AT " + PathOf(kCptFile) + " NOW.";
   if (!found.has_head) text += "  ITS HEAD WAS WRITTEN ANEW.";
   if (found.is_torn) text += "  AN UNFINISHED LINE WAS TAKEN OUT.";
   if (mending.added > 0) text += "  ROWS ADDED: " + PlainNumber(mending.added) + ".";
   if (mending.changed > 0) text += "  ROWS CHANGED: " + PlainNumber(mending.changed) + ".";
   if (mending.taken_out > 0) {
-    text += "  LINES OF AN UNFINISHED END TAKEN OUT: " + PlainNumber(mending.taken_out) + ".";
+    const auto depth = DepthBehindRows(found);
+    text += (depth ? "  LINES THAT THE TEMPORARY DATA DOES NOT HOLD TAKEN OUT: "
+                   : "  LINES OF AN UNFINISHED END TAKEN OUT: ") +
+            PlainNumber(mending.taken_out) + ".";
+    if (depth) text += "  THE FILE GOES DOWN TO " + DepthText(*depth) + "." + kCompare;
   }
   return text;
 }
@@ -259,13 +272,7 @@ CptOnDisk LookAtCpt() {
 enum class WayOn { Again, Hold, Back };
 
 /// Another folder that he chooses becomes the place of the sounding's files.
-WayOn AskWayOn(const std::string& why) {
-  if (MsgBox("THE SOUNDING FILE CANNOT BE WRITTEN.  " + why +
-                 "  DO YOU WANT TO CHOOSE ANOTHER "
-                 "FOLDER?  IF 'NO', ITS ROWS ARE KEPT IN THE TEMPORARY DATA ALONE.",
-             BoxButtons::YesNo) == BoxAnswer::No) {
-    return WayOn::Hold;
-  }
+WayOn AskFolder() {
   const auto chosen = AskFile("SOUNDING FILE", FolderOf(PathOf(kCptFile)), "*.cpt", true);
   if (chosen) {
     TakeSoundingPaths(EndsWithNoCase(*chosen, ".cpt") ? *chosen : *chosen + ".cpt");
@@ -279,6 +286,38 @@ WayOn AskWayOn(const std::string& why) {
              : WayOn::Again;
 }
 
+WayOn AskWayOn(const std::string& why) {
+  if (MsgBox("THE SOUNDING FILE CANNOT BE WRITTEN.  " + why +
+                 "  DO YOU WANT TO CHOOSE ANOTHER "
+                 "FOLDER?  IF 'NO', ITS ROWS ARE KEPT IN THE TEMPORARY DATA ALONE.",
+             BoxButtons::YesNo) == BoxAnswer::No) {
+    return WayOn::Hold;
+  }
+  return AskFolder();
+}
+
+/// A medium that was pulled out may have left its folder behind.
+enum class WayWithout { WriteAnew, LookAgain, Back };
+
+WayWithout AskWithoutFile() {
+  if (MsgBox("THE SOUNDING FILE " + PathOf(kCptFile) +
+                 " IS MISSING.  IF IT STANDS ON A MEDIUM THAT IS NOT PLUGGED IN, PLUG IT IN AND "
+                 "PRESS NO.  DO YOU WANT TO WRITE IT ANEW FROM THE TEMPORARY DATA?",
+             BoxButtons::YesNo) == BoxAnswer::Yes) {
+    return WayWithout::WriteAnew;
+  }
+  if (MsgBox("PRESS OK TO LOOK FOR THE SOUNDING FILE AGAIN, OR CANCEL TO CHOOSE ANOTHER FOLDER.",
+             BoxButtons::OkCancel) == BoxAnswer::Ok) {
+    return WayWithout::LookAgain;
+  }
+  return AskFolder() == WayOn::Back ? WayWithout::Back : WayWithout::LookAgain;
+}
+
+/// The folder is there without the file, of which rows are known.
+bool IsMissingAlone(const CptOnDisk& cpt) {
+  return !cpt.exists && sounding.RowCount > 0 && TheDisk().FolderExists(FolderOf(PathOf(kCptFile)));
+}
+
 /// Where the recovery copy says that the sounding's files stand.
 struct Home {
   SoundingPaths paths = session.SoundingFiles;
@@ -290,13 +329,15 @@ struct Home {
 /// The sounding file stands in its new place: the others follow, and then the recovery copy names
 /// it. Cut off on the way, the sounding is still at home.
 void MoveFrom(const Home& home, bool is_its_place, StoredSounding& stored) {
-  MoveSideFiles(home.paths, session.SoundingFiles, is_its_place, home.has_dissipation_file,
-                home.has_seismic_file);
+  const SideFiles anothers = MoveSideFiles(home.paths, session.SoundingFiles, is_its_place,
+                                           home.has_dissipation_file, home.has_seismic_file);
   stored.main_file = PathOf(kCptFile);
   stored.sound_text = stored.main_file + stored.sound_text.substr(stored.sound_text.find("\r\n"));
   TakeSoundingPaths(stored.main_file);
-  ReplaceTemporary(stored.sound_text);
-  StartFile(kTemporaryFile, stored.sound_text.size());
+  if (anothers[kDissipationFile]) session.HasDissipationFile = 0;
+  if (anothers[kSeismicFile]) session.HasSeismicFile = 0;
+  WriteCopyAnew(stored, false);
+  if (anothers[kTimFile]) GiveUpFile(kTimFile);
 }
 
 /// The last file that was kept beside, and where.
@@ -309,7 +350,9 @@ struct KeptCpt {
 void KeepCpt(const CptOnDisk& cpt, const FoundCpt& found, const CptMending& mending,
              KeptCpt& kept) {
   const std::string& path = PathOf(kCptFile);
-  const bool loses = !found.has_head || mending.changed > 0 || mending.taken_out > 0;
+  const bool loses = found.is_of_before
+                         ? !mending.text.starts_with(cpt.text)
+                         : !found.has_head || mending.changed > 0 || mending.taken_out > 0;
   if (!cpt.exists || !loses || kept.path == path) return;
   const std::string beside = FreeNameBeside(path);
   if (cpt.is_read) {
@@ -331,20 +374,51 @@ std::string WhereKept(const KeptCpt& kept) {
 void HoldMended(const CptOnDisk& cpt, const std::string& mended, bool is_unsure) {
   const bool goes_on = cpt.is_read == cpt.exists && mended.starts_with(cpt.text);
   if (!goes_on) return StartUnfitFile(kCptFile);
-  StartFile(kCptFile, cpt.text.size());
+  StartFile(kCptFile, cpt.text);
   sounding.Held[kCptFile].Failed = sounding.Held[kCptFile].SyncFailed = is_unsure;
   AppendOrHold(kCptFile, mended.substr(cpt.text.size()));
 }
 
-/// What the file's head says of the session, for a file that stands.
-FoundCpt TakeFoundCpt(const CptOnDisk& cpt, const StoredSounding& stored) {
-  FoundCpt found = ReadCpt(cpt.text, stored);
+/// Rows that the recovery copy lost are put back into it before the first file is changed by it.
+void TakeRowsOfFile(const FoundCpt& found, StoredSounding& stored) {
+  const auto taken = RecoverRows(found, stored, FormDelays);
+  if (!taken) return;
+  WriteCopyAnew(stored, false);
+  std::string text = "ROWS TAKEN FROM THE SOUNDING'S FILE: " + PlainNumber(taken->count) + ", AT " +
+                     DepthText(taken->first) + " TO " + DepthText(taken->last) + ".";
+  if (taken->incomplete > 0) {
+    text += "  PART OF THEIR CHANNELS STANDS NOWHERE AND HOLDS -32768: " +
+            PlainNumber(taken->incomplete) + ".";
+  }
+  if (taken->behind_copy > 0) {
+    text += "  THE SOUNDING WENT ON BEHIND THE TEMPORARY DATA, TO ABOUT " +
+            DepthText(sounding.Rows(sounding.RowCount, 0)) + "." + kCompare;
+  }
+  Tell(text);
+}
+
+/// What the file's head and rows say of the session, for a file that stands.
+void TakeFoundCpt(const FoundCpt& found, StoredSounding& stored) {
   sounding.RowForm = found.has_head ? found.form : FormOfSettings();
   KeepSignOfRows(found);
-  TakeLostBaselines(found, stored);
+  MendHeaderLines(found, stored);
   FormDelays(found);
-  return found;
+  TakeRowsOfFile(found, stored);
 }
+
+/// Head and rows that were read where the sounding stood count, wherever it goes on.
+struct CptOfHome {
+  const Home& home;
+  FoundCpt last;
+
+  FoundCpt Choose(FoundCpt here) {
+    if (home.IsHere() && here.has_head) last = here;
+    if (!last.has_head || (home.IsHere() && here.has_head)) return here;
+    FoundCpt found = last;
+    found.is_of_before = true;
+    return found;
+  }
+};
 
 /// Makes the file whole, or sees that what stands there is on its medium.
 void WriteCpt(const CptOnDisk& cpt, const FoundCpt& found, const CptMending& mending,
@@ -357,23 +431,33 @@ void WriteCpt(const CptOnDisk& cpt, const FoundCpt& found, const CptMending& men
     if (!is_whole) told = Mended(mending, found);
     ReplaceFile(PathOf(kCptFile), mending.text);
   }
-  StartFile(kCptFile, mending.text.size());
+  StartFile(kCptFile, mending.text);
 }
 
 /// Tries until the file is whole, or held back as the operator wants it; false when he goes back.
 bool MendCptFile(StoredSounding& stored) {
   const Home home;
+  CptOfHome cpt_of_home{home, {}};
   KeptCpt kept;
   std::string told;
   std::string refused;  // the file that took nothing last
   bool is_its_place = false;
+  bool has_asked = false;
   WayOn way = WayOn::Again;
   for (;;) {
     const CptOnDisk cpt = LookAtCpt();
-    const FoundCpt found = TakeFoundCpt(cpt, stored);
+    if (home.IsHere() && !has_asked && IsMissingAlone(cpt)) {
+      const WayWithout chosen = AskWithoutFile();
+      if (chosen == WayWithout::Back) return false;
+      has_asked = chosen == WayWithout::WriteAnew;
+      if (!has_asked) continue;
+    }
+    const FoundCpt here = ReadCpt(cpt.text, stored);
+    const FoundCpt found = cpt_of_home.Choose(here);
+    TakeFoundCpt(found, stored);
     const CptMending mending = MendCpt(found);
     const bool was_refused = refused == PathOf(kCptFile);
-    if (!was_refused) is_its_place = found.has_head;
+    if (!was_refused) is_its_place = here.has_head;
     if (way == WayOn::Hold) {
       HoldMended(cpt, mending.text, was_refused && cpt.text == mending.text);
       told.clear();
@@ -418,20 +502,22 @@ void TakeUpTimFile(bool was_refused) {
   } else {
     ReplaceFile(path, whole);
   }
-  StartFile(kTimFile, whole.size());
+  StartFile(kTimFile, whole);
 }
 
 /// The sounding can go on without the marks.
 void MendTimFile() {
+  if (sounding.Held[kTimFile].GivenUp) return;  // another sounding's stands under its name
   for (bool was_refused = false;; was_refused = true) {
     try {
       return TakeUpTimFile(was_refused);
     } catch (const RuntimeFault& fault) {
       if (MsgBox("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN.  PRESS OK TO TRY AGAIN, OR "
-                 "CANCEL TO GO ON AS IT IS.  " +
+                 "CANCEL TO GO ON WITHOUT IT: WHAT STANDS THERE STAYS, AND THE MARKS OF THIS "
+                 "SESSION ARE NOT KEPT.  " +
                      std::string(fault.what()),
                  BoxButtons::OkCancel) == BoxAnswer::Cancel) {
-        return;
+        return GiveUpFile(kTimFile);
       }
     }
   }

@@ -1,6 +1,7 @@
 #include "sounding/row_text.h"
 
 #include "conelink/cone_state.h"
+#include "conelink/other_cone.h"
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -102,9 +103,10 @@ void PrintTexts(ValueWriter& file, std::initializer_list<const std::string*> tex
 /// What both headers tell of the sounding, up to its water table.
 void PrintSounding(ValueWriter& file) {
   const bool resumed = !session.ResumeConeId.empty();
+  const std::string cone_number = RecordedConeNumber();
   PrintTexts(file,
              {resumed ? &session.ResumeCompanyName : &settings.CompanyName, &session.OperatorName,
-              &cone.ConeId, &session.SoundingLocation, &session.JobNumber, &session.HoleNumber,
+              &cone_number, &session.SoundingLocation, &session.JobNumber, &session.HoleNumber,
               &session.SoundingDateTime, &session.HeaderNote, &session.FooterNote1,
               &session.FooterNote2, &session.GPSPosition});
   file.PrintNumberLine(session.WaterTable);

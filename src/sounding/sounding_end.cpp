@@ -1,11 +1,15 @@
 #include "sounding/sounding_end.h"
 
+#include <cmath>
+#include <string>
+
 #include "conelink/cone_state.h"
 #include "core/channels.h"
 #include "core/data_directory.h"
 #include "core/error_trap.h"
 #include "core/instance_lock.h"
 #include "core/message.h"
+#include "core/settings.h"
 #include "forms/main_form.h"
 #include "forms/restart_form.h"
 #include "forms/setup_display_form.h"
@@ -17,6 +21,7 @@
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
+#include "sounding/depth_count.h"
 #include "sounding/held_rows.h"
 #include "sounding/resume_depth.h"
 #include "sounding/sounding_files.h"
@@ -63,6 +68,27 @@ std::string WhyCompletedLater() {
          "ANOTHER FOLDER.";
 }
 
+/// Where the cone does not stand at the last row, at which a resume goes on: how far from it, and
+/// what to do. The depth counts on while a lost link gives no rows, and rods that are drawn up
+/// count as new depth behind a resume. Empty where they agree within a step, and without rows.
+std::string WhereConeStands() {
+  if (sounding.RowCount == 0) return {};
+  const float last = sounding.Rows(sounding.RowCount, 0);
+  const float below = sounding.CurrentDepth - sounding.Rebound - last;
+  const float half_count = settings.DepthResolution / 2;
+  if (below < settings.DepthStep - half_count && below > -settings.DepthStep / 2 - half_count) {
+    return {};
+  }
+  const int units = settings.DepthUnits;
+  const std::string distance = MakeStartTexts(std::abs(below), units, 0).depth;
+  const std::string depth = MakeStartTexts(last, units, settings.DepthFormat).depth;
+  return "THE CONE STANDS " + distance + (below > 0 ? " BELOW" : " ABOVE") +
+         " THE LAST ROW.  BRING IT TO " + depth +
+         " BEFORE YOU PRESS RESUME AT LAST DEPTH, WHICH GOES ON FROM THERE.  OR PULL IT OUT AND "
+         "PRESS RESUME AT SURFACE" +
+         (below > 0 ? ", WITH " + distance + " AS THE DISTANCE DRILLED." : ".");
+}
+
 void TellIfAny(const std::string& text) {
   if (!text.empty()) PostBox(text);
 }
@@ -83,10 +109,20 @@ void LeaveUnfinished() {
   ExitProgram();
 }
 
+/// `is_told`: that the sounding goes on at a resume alone.
+void LeaveTelling(bool is_told) {
+  if (!is_told) {
+    TellIfAny(WhyCompletedLater());
+    TellIfAny(WhereConeStands());
+  }
+  LeaveUnfinished();
+}
+
 void Suspend(bool is_told) {
   WriteAllHeld();
-  const auto is_refused = [] {
-    return RefuseForHeldRows("THE SOUNDING CANNOT BE SUSPENDED.  ", "SUSPEND");
+  const auto is_refused = [is_told] {  // told, it was asked at the final baseline
+    return RefuseForHeldRows("THE SOUNDING CANNOT BE SUSPENDED.  ",
+                             is_told ? "TAKE BASELINE OR NO BASELINE" : "SUSPEND");
   };
   if (is_refused()) return;
   const std::string marks = HeldMarks();
@@ -96,13 +132,11 @@ void Suspend(bool is_told) {
             BoxButtons::YesNoCareful, [is_refused, is_told](BoxAnswer answer) {
               if (answer != BoxAnswer::Yes || sounding.ExitUnderWay == kTrue) return;
               if (is_refused()) return;  // rows came meanwhile
-              if (!is_told) TellIfAny(WhyCompletedLater());
-              LeaveUnfinished();
+              LeaveTelling(is_told);
             });
     return;
   }
-  if (!is_told) TellIfAny(WhyCompletedLater());
-  LeaveUnfinished();
+  LeaveTelling(is_told);
 }
 
 void TryAgainToClose() {
@@ -144,13 +178,14 @@ bool TellNotMarked(const std::string& why) {
   return false;
 }
 
-bool AskToLeaveOutMarks() {
+/// `without`: what becomes of the sounding without them.
+bool AskToLeaveOutMarks(const std::string& without) {
   PostBox(kNotClosed + WhyNotWhole(kTimFile) + "." + WhatHelps(kTimFile) +
               "  IN MEMORY ALONE: " + HeldMarks() +
-              ".  DO YOU WANT TO TRY AGAIN?  IF 'NO', THE SOUNDING IS CLOSED WITHOUT THEM.",
+              ".  DO YOU WANT TO TRY AGAIN?  IF 'NO', THE SOUNDING IS " + without + ".",
           BoxButtons::YesNo, [](BoxAnswer answer) {
             if (sounding.ExitUnderWay == kTrue) return;
-            if (answer == BoxAnswer::No) ForgetFile(kTimFile);
+            if (answer == BoxAnswer::No) GiveUpFile(kTimFile);
             TryAgainToClose();
           });
   return false;
@@ -160,7 +195,7 @@ bool AskToLeaveOutMarks() {
 bool LeaveTooFewRows() {
   WriteAllHeld();
   if (RefuseForHeldRows(kNotClosed, "TAKE BASELINE OR NO BASELINE")) return false;
-  if (!HeldMarks().empty()) return AskToLeaveOutMarks();
+  if (!HeldMarks().empty()) return AskToLeaveOutMarks("LEFT UNFINISHED WITHOUT THEM");
   TellIfAny(WhyCompletedLater());
   return true;
 }
@@ -175,6 +210,29 @@ std::string LostWithProgram() {
   }
   const std::string why = WhyNotWhole(kTemporaryFile);
   return why.empty() ? "" : "A RESUME WOULD LACK ROWS: " + why + ".";
+}
+
+/// `is_told`: that a resume completes the file, and where the cone stands. The recording goes on
+/// behind each question, and so the answer is no leave to lose what came meanwhile.
+void EndUnlessLosing(bool is_told) {
+  if (sounding.ExitUnderWay == kTrue) EndProgram();  // closed or suspended already
+  WriteAllHeld();
+  const std::string lost = LostWithProgram();
+  if (!lost.empty()) {
+    PostBox(lost + "  END THE PROGRAM ALL THE SAME?", BoxButtons::YesNoCareful,
+            [](BoxAnswer answer) {
+              if (answer == BoxAnswer::Yes) EndProgram();
+            });
+    return;
+  }
+  const std::string later = WhyCompletedLater();
+  const std::string where = IsRecording() ? WhereConeStands() : "";
+  if (is_told || (later.empty() && where.empty())) EndProgram();
+  PostBox(later + (later.empty() || where.empty() ? "" : "  ") + where +
+              "  PRESS OK TO END THE PROGRAM, OR CANCEL TO GO ON.",
+          BoxButtons::OkCancel, [](BoxAnswer answer) {
+            if (answer == BoxAnswer::Ok) EndUnlessLosing(true);
+          });
 }
 
 /// A program "DoAgain" in the data directory, whose work it is to start the console again.
@@ -203,7 +261,7 @@ bool CloseSounding() {
   if (const std::string why = WhyNotWhole(kCptFile); !why.empty()) {
     return TellNotClosed(why);
   }
-  if (!marks_stand) return AskToLeaveOutMarks();
+  if (!marks_stand) return AskToLeaveOutMarks("CLOSED WITHOUT THEM");
   try {
     MarkSoundingDone();
   } catch (const RuntimeFault& fault) {
@@ -217,19 +275,7 @@ void SuspendSounding() {
 }
 
 void Main_QueryUnload() {
-  if (sounding.ExitUnderWay == kTrue) EndProgram();  // closed or suspended already
-  WriteAllHeld();
-  const std::string lost = LostWithProgram();
-  if (!lost.empty()) {
-    PostBox(lost + "  END THE PROGRAM ALL THE SAME?", BoxButtons::YesNoCareful,
-            [](BoxAnswer answer) {
-              if (answer == BoxAnswer::Yes) EndProgram();
-            });
-    return;
-  }
-  const std::string later = WhyCompletedLater();
-  if (later.empty()) EndProgram();
-  PostBox(later + "  THE PROGRAM ENDS NOW.", BoxButtons::Ok, [](BoxAnswer) { EndProgram(); });
+  EndUnlessLosing(false);
 }
 
 void ExitProgram() {

@@ -12,12 +12,14 @@ bool CloseSounding();
 
 /// Leaves the sounding unfinished, to be resumed, and asks whether the console should start again.
 /// Refused in words while rows stand in memory alone; time marks that do are asked about. A `.cpt`
-/// file that could not be written is told: the recovery copy holds its rows.
+/// file that could not be written is told: the recovery copy holds its rows. So is how far the cone
+/// stands from the last row.
 void SuspendSounding();
 
 /// The console's window is closed: the program ends and the sounding can be resumed. While rows or
 /// time marks stand in memory alone the operator is asked first, and the console goes on meanwhile;
-/// a `.cpt` file that a resume has to complete is told before the end.
+/// so he is where a resume has to complete the `.cpt` file, or the cone stands away from the last
+/// row. What he answers there ends it only while nothing is lost by then.
 void Main_QueryUnload();
 
 /// Stops the timers, unloads the screens and asks whether the console should start again.

@@ -39,7 +39,7 @@ void Make(NewFile& made, const std::string& text) {
   }
   made.is_ours = true;
   ReplaceFile(path, text);
-  StartFile(made.file, text.size());
+  StartFile(made.file, text);
 }
 
 void TakeBack(const NewFile& made) {
@@ -145,8 +145,9 @@ bool WriteClosingRows() {
 }
 
 void MarkSoundingDone() {
-  ReplaceFile(PathOf(kTemporaryFile), "DONE\r\n");
-  StartFile(kTemporaryFile, 0);
+  const std::string_view done = "DONE\r\n";
+  ReplaceFile(PathOf(kTemporaryFile), done);
+  StartFile(kTemporaryFile, done);
 }
 
 }  // namespace penlog

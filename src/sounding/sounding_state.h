@@ -27,6 +27,8 @@ struct HeldText {
   /// A sync failed. The system may have forgotten what it was to bring to the medium, and then no
   /// later sync tells: the file has to be written anew.
   bool SyncFailed = false;
+  std::uint64_t Print = 0;  ///< of what the file holds on the medium, to know it again by
+  bool GivenUp = false;     ///< the operator goes on without it: it takes nothing more
 };
 
 /// The two forms of the `.cpt` file.

@@ -1,6 +1,8 @@
 #include "sounding/stop_dialog.h"
 
 #include "conelink/cone_state.h"
+#include "conelink/other_cone.h"
+#include "conelink/resync_state.h"
 #include "core/channels.h"
 #include "core/message.h"
 #include "core/session.h"
@@ -9,6 +11,7 @@
 #include "forms/main_form.h"
 #include "platform/boxes.h"
 #include "platform/yield.h"
+#include "sounding/distance_pushed.h"
 #include "sounding/resume_depth.h"
 #include "sounding/sounding_end.h"
 #include "sounding/sounding_state.h"
@@ -45,6 +48,13 @@ void RequestStart() {
     Tell("SOUNDING CANNOT BE STARTED WHILE CONE SERIAL PORT IS DISCONNECTED");
     return;
   }
+  if (IsOtherCone()) {
+    Tell(
+        "SOUNDING CANNOT BE STARTED WITH ANOTHER CONE THAN THE ONE WHOSE RECORDS WERE READ: CONE "
+        "#" +
+        RecordedConeNumber());
+    return;
+  }
   sounding.ConsoleMode = 8;
   sounding.TimeOriginMs = TimeToMillisecond();
   sounding.LastStepSeconds = sounding.ElapsedMs / 1000.0;
@@ -52,7 +62,7 @@ void RequestStart() {
 
 void StopSounding() {
   CloseResumeDepth();
-  cone.DistancePushed += sounding.CurrentDepth;
+  cone.DistancePushed += DistanceToAdd();
   cone.DistancePushedPending = kTrue;
   Main.frmTakeFinalBaseline.Visible = true;
   Main.frmLocalWarning.Visible = false;
@@ -98,6 +108,12 @@ void Main_cmdWarningCancel_Click() {
 }
 
 void Main_Command2_Click() {
+  if (resync.UnderWay == kTrue && cone.ConeLinkUp == kTrue && cone.ConePortLost != kTrue) {
+    PostBox(
+        "FINAL BASELINE CANNOT BE TAKEN WHILE THE CONE REPEATS ITS READINGS.  PRESS TAKE BASELINE "
+        "AGAIN WHEN THEY CHANGE, OR PRESS NO BASELINE.");
+    return;
+  }
   // The readings of before a loss are those of the ground, and no baseline.
   if (cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue || sounding.ReadingsFresh != kTrue) {
     PostBox(

@@ -35,6 +35,8 @@ RigSetup SteadyRig() {
   rig.cone.steady = true;
   rig.cone.decimals = 5;  // as many as the files hold
   rig.truck.push_speed = 5.0;
+  // Each sensor reads another value in each row.
+  rig.ground = Ground({{0.0, 1500.0, 20.0, 15.0}, {2.0, 5500.0, 90.0, 215.0}});
   return rig;
 }
 
@@ -51,12 +53,20 @@ int EntryOf(const Control& list, const std::string& text) {
 
 }  // namespace
 
+std::size_t RowsStanding(const MemoryDisk& disk) {
+  const std::size_t copy = StoredRows(ContentOf(disk, CrashTemporary())).size();
+  const std::size_t lines = WholeLines(ContentOf(disk, CrashCpt())).size();
+  if (lines <= kCptHead) return copy;
+  const std::size_t shown = lines - kCptHead + static_cast<std::size_t>(kCrashDelay);
+  return std::max(copy, std::min(shown, static_cast<std::size_t>(kCrashRows)));
+}
+
 CrashCrew::CrashCrew(const MemoryDisk& from, CrewTask task)
     : session(SteadyRig(), TimeOf(task)), task_(task) {
   disk = from;
   session.ports.Wire(6);
   if (task != CrewTask::Resume) return;
-  const auto rows = static_cast<double>(StoredRows(ContentOf(disk, CrashTemporary())).size());
+  const auto rows = static_cast<double>(RowsStanding(disk));
   Order("at " + Format(rows * kStepMetres, "0.00") + " 0");
 }
 

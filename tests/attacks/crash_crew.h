@@ -12,6 +12,10 @@
 namespace penlog {
 
 /// What a crew is to do in one life of the console.
+/// Rows that a resume finds: those of the copy, or more that the sounding's file shows to have
+/// been.
+std::size_t RowsStanding(const MemoryDisk& disk);
+
 enum class CrewTask {
   Record,             ///< the whole sounding
   Resume,             ///< take up what "TemporaryData.txt" holds, and record the rest

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "attacks/crash_crew.h"
@@ -48,7 +49,9 @@ struct AllowedDifferences {
   bool speeds_nearly = false;        ///< the link's pace has another phase: 5 % of a speed
   bool way_down = false;             ///< marks of the camera on a way down, at depths of before
   std::set<std::string> marks_held;  ///< depths of marks that were held in memory at the crash
-  bool no_file = false;              ///< the sounding's file was removed before it was resumed
+  /// Rows that the copy had lost, first and last: what the file does not tell of them is -32768.
+  std::pair<int, int> taken_from_file{0, 0};
+  bool no_file = false;  ///< the sounding's file was removed before it was resumed
 };
 
 /// Empty, or the first line that differs.

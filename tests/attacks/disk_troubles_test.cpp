@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "attacks/calm_operator.h"
+#include "attacks/crash_judge.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/numbers.h"
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "sounding/held_rows.h"
@@ -190,6 +193,120 @@ TEST(VanishedDisk, AtTheEndIsToldAndTheSoundingIsClosedWhenItIsBack) {
     }
   }
 }
+
+/// The stick is pulled right before one of the disk's works, counted from the press of START on,
+/// and comes back with what it held then.
+struct PulledInside : CalmOperator {
+  struct Pulling {
+    int step = 0;
+    bool raises = true;  ///< or its folder stays, empty
+    Loss loss = Loss::ContentsAndNames;
+  };
+  explicit PulledInside(const Pulling& pulling) : how(pulling) {
+    LayDown();
+    at = [this](const std::string& moment) {
+      if (moment == "START") Watch();
+    };
+    Run();
+    if (is_away) ComeBack();  // the console has ended meanwhile
+  }
+  void Watch() {
+    disk.before = [this](std::string_view work, const std::string& path) {
+      if (is_pulling) return;
+      works.push_back(std::string(work) + " " + path);
+      if (static_cast<int>(works.size()) == how.step) Pull();
+      if (is_away && how.raises && path.starts_with("/soundings")) {
+        throw RuntimeFault(path + ": No such device");
+      }
+    };
+  }
+  void Pull() {
+    is_away = true;
+    const MemoryDisk left = disk.After(how.loss);
+    for (const auto& [path, content] : left.Files()) {
+      if (path.starts_with("/soundings/")) stick[path] = content;
+    }
+    is_pulling = true;
+    const auto files = disk.Files();
+    for (const auto& [path, content] : files) {
+      if (path.starts_with("/soundings/")) disk.Remove(path);
+    }
+    is_pulling = false;
+    PostCall(Now() + 8 * kSecond, this, [this] { ComeBack(); });
+  }
+  void ComeBack() {
+    EXPECT_FALSE(disk.FileExists(kCpt)) << "nothing is begun in its place";
+    is_away = false;
+    for (const auto& [path, content] : stick) disk.Put(path, content);
+  }
+  /// The number of the first of those works, or of the last; 0 for none.
+  int StepOf(const std::string& work, bool is_last) const {
+    int found = 0;
+    for (std::size_t i = 0; i < works.size(); ++i) {
+      if (works[i] == work && (is_last || found == 0)) found = static_cast<int>(i) + 1;
+    }
+    return found;
+  }
+  Pulling how;
+  std::vector<std::string> works;
+  bool is_away = false;
+  bool is_pulling = false;
+  std::map<std::string, std::string> stick;
+};
+
+/// Rows on their depths, none doubled, torn or with a hole.
+void ExpectRowsOnTheGrid(const std::string& cpt, const std::string& what) {
+  std::size_t at = 0;
+  for (int line = 0; line < kHeaderLines; ++line) at = cpt.find('\n', at) + 1;
+  float depth = 0;
+  for (std::size_t end = cpt.find('\n', at); end != cpt.npos; end = cpt.find('\n', at)) {
+    const std::string row = cpt.substr(at, end - at);
+    EXPECT_EQ(row.find('\0'), row.npos) << what;
+    const float next = ParseSingle(row.substr(0, 7));
+    EXPECT_NEAR(next, depth + 0.02F, 0.0011F) << what << ": " << row;
+    depth = next;
+    at = end + 1;
+  }
+}
+
+struct NamedPull {
+  const char* name;
+  bool raises;
+  Loss loss;
+};
+
+struct PulledAtEachWork : testing::TestWithParam<NamedPull> {};
+
+TEST_P(PulledAtEachWork, TheStickComesBackAndTheSoundingEndsWhole) {
+  const NamedPull& pull = GetParam();
+  const PulledInside whole({});
+  const std::string temporary = whole.Data("TemporaryData.txt");
+  const int first_row = whole.StepOf("append " + temporary, false);
+  const int done = whole.StepOf("create " + temporary + ".new", true);
+  const auto last = static_cast<int>(whole.works.size());
+  ASSERT_GT(first_row, 8);
+  ASSERT_GT(done, first_row + 100);
+  ASSERT_GE(last, done + 5);
+  // An empty folder takes a start's files: the stick would not bring them back.
+  for (const std::int64_t number : StepsOfPart(last, 0, 1)) {
+    const auto step = static_cast<int>(number);
+    if (step < first_row && !pull.raises) continue;
+    const std::string what = std::to_string(step) + ", " +
+                             whole.works[static_cast<std::size_t>(step - 1)] + ", " + pull.name;
+    PulledInside calm({step, pull.raises, pull.loss});
+    ExpectWhole(calm, what);
+    ExpectRowsOnTheGrid(calm.disk.Files().at(kCpt), what);
+    EXPECT_TRUE(step >= done || calm.WasTold("/soundings")) << what << " not told";
+    if (HasFailure()) return;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, PulledAtEachWork,
+    testing::Values(NamedPull{"synced alone, raises", true, Loss::ContentsAndNames},
+                    NamedPull{"half the tail, raises", true, Loss::HalfTail},
+                    NamedPull{"synced alone, empty folder", false, Loss::ContentsAndNames},
+                    NamedPull{"half the tail, empty folder", false, Loss::HalfTail}));
 
 TEST(DeletedFolder, BetweenOkAndStartIsToldAndTakenUpOnceItIsThereAgain) {
   CalmOperator calm;

@@ -6,6 +6,7 @@
 
 #include "conelink/comm_tick.h"
 #include "conelink/cone_state.h"
+#include "conelink/other_cone.h"
 #include "conelink/scripted_cone.h"
 #include "core/channels.h"
 #include "core/session.h"
@@ -40,6 +41,7 @@ struct LinkWorld : World {
   static void ClearState() {
     channels = {};
     cone = {};
+    known_cone = {};
     settings = {};
     session = {};
     sounding = {};

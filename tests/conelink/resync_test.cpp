@@ -5,6 +5,7 @@
 #include "conelink/link_world.h"
 #include "conelink/other_cone.h"
 #include "platform/boxes.h"
+#include "sounding/held_rows.h"
 
 namespace penlog {
 namespace {
@@ -127,7 +128,7 @@ TEST_F(Resync, AnotherConeThanTheOneThatWasReadIsToldOnceAndSoIsItsReturn) {
       {"DCS0001", "", "Cone # DCS0001 Found"},
       {"DCS0002", "ANOTHER CONE ANSWERS: #DCS0002 IN PLACE OF #DCS0001.", "Cone # DCS0002 Found"},
   };
-  sounding.ConsoleMode = 2;  // boxes wait, the resynchronisation does not
+  Main.cmdStart.Caption = "STOP";
   for (const auto& row : rows) {
     SCOPED_TRACE(row.answers);
     far.On("C 3 7", row.answers + "\r\n");
@@ -140,6 +141,39 @@ TEST_F(Resync, AnotherConeThanTheOneThatWasReadIsToldOnceAndSoIsItsReturn) {
     EXPECT_EQ(told.find(row.told), 0U) << told;
     ResetBoxes();
   }
+}
+
+TEST_F(Resync, AnotherNumberIsBelievedWhenItWasGivenTwice) {
+  NoteKnownCone();
+  far.Once("C 3 7", "DCS0O01\r\n");
+  far.On("C 3 7", "DCS0001\r\n");
+  far.Once("D", "1 2 3 4 5\r\n");
+  ResyncConeData();
+  EXPECT_EQ(far.Count("C 3 7"), 2);
+  EXPECT_EQ(cone.ConeId, "DCS0001");
+  EXPECT_FALSE(IsOtherCone());
+  EXPECT_TRUE(OpenBoxes().empty());
+}
+
+TEST_F(Resync, BlanksAreNoOtherCone) {
+  NoteKnownCone();
+  far.On("C 3 7", "   \r\n");
+  far.Once("D", "1 2 3 4 5\r\n");
+  ResyncConeData();
+  EXPECT_FALSE(IsOtherCone());
+  EXPECT_TRUE(OpenBoxes().empty());
+}
+
+TEST_F(Resync, BeforeTheStartAnotherConeIsToldWithTheWayOut) {
+  NoteKnownCone();
+  Main.cmdStart.Caption = "START";
+  far.On("C 3 7", "DCS0002\r\n");
+  far.Once("D", "1 2 3 4 5\r\n");
+  ResyncConeData();
+  EXPECT_TRUE(IsOtherCone());
+  EXPECT_EQ(RecordedConeNumber(), "DCS0001");
+  ASSERT_EQ(OpenBoxes().size(), 1U);
+  EXPECT_NE(OpenBoxes()[0].text.find("EXIT AND START WITH THE OTHER ONE"), std::string::npos);
 }
 
 TEST_F(Resync, CharactersOfAReadingAreBytesWhateverTheyHold) {
@@ -169,6 +203,29 @@ TEST_F(Resync, FrozenConeKeepsTheConsoleAliveForHours) {
   PostCall(Now() + 2 * 3600 * kSecond, this, [this] { far.On("D", "1\r\n"); });
   ResyncConeData();
   EXPECT_GE(ticks, 2 * 3600 * 1000 / 55 - 1);
+}
+
+TEST_F(Resync, FrozenConeKeepsNeitherRowsInMemoryNorANewPortWaiting) {
+  session.SoundingFiles[kTemporaryFile] = "/data/TemporaryData.txt";
+  StartFile(kTemporaryFile, "");
+  world.disk.Put("/data/TemporaryData.txt", "");
+  world.disk.SetRoom(0);
+  EXPECT_FALSE(AppendOrHold(kTemporaryFile, "a row\r\n"));
+  ResetBoxes();
+  world.disk.SetRoom(-1);
+  sounding.HeldRetrySecond = -1;
+  sounding.ASCIIPortRequest = {kTrue, 7};
+  std::int32_t held = -1;
+  std::int16_t requested = kTrue;
+  PostCall(Now() + 60 * kSecond, this, [&] {
+    held = LinesHeld(kTemporaryFile);
+    requested = sounding.ASCIIPortRequest.Requested;
+    far.On("D", "1\r\n");
+  });
+  ResyncConeData();
+  EXPECT_EQ(held, 0);
+  EXPECT_EQ(requested, 0);
+  EXPECT_EQ(settings.ASCIIOutSerialPort, 7);
 }
 
 }  // namespace

@@ -74,6 +74,39 @@ TEST_F(ResumeScreen, AtTheSurfaceRefusesWhatIsNoDistance) {
   }
 }
 
+TEST_F(ResumeScreen, AtTheLastDepthRefusesADistanceThatIsTyped) {
+  Plug(3);
+  PutRows(5);
+  Resume();
+  for (const char* typed : {"1.5", "1,5", "-1", "abc", "0.001"}) {
+    world.boxes.texts.clear();
+    StartUp.txtDistanceDrilled.Text = typed;
+    World::Press(StartUp, StartUp.cmdResumeAtLastDepth);
+    EXPECT_EQ(world.boxes.texts,
+              Texts{"RESUME AT LAST DEPTH GOES ON WHERE THE LAST ROW STANDS AND USES NO DISTANCE "
+                    "DRILLED.  PRESS RESUME AT SURFACE, OR TAKE THE DISTANCE OUT AND PRESS RESUME "
+                    "AT LAST DEPTH AGAIN."})
+        << typed;
+    ExpectPanel();
+    EXPECT_FALSE(report_shown);
+  }
+}
+
+TEST_F(ResumeScreen, AtTheLastDepthTakesA0ForNoDistance) {
+  for (const char* typed : {"", " ", "0", "0.0", "0,0"}) {
+    Plug(3);
+    PutRows(5);
+    Show(StartUp);
+    Resume();
+    StartUp.txtDistanceDrilled.Text = typed;
+    report_shown = false;
+    AtLastDepth();
+    EXPECT_TRUE(report_shown) << typed;
+    EXPECT_EQ(world.boxes.texts, Texts{});
+    StartUp_cmdCancel_Click();
+  }
+}
+
 // The spacing of the rows.
 
 TEST_F(ResumeScreen, GoesOnWithTheStepOfItsRowsAndTheSettingsKeepTheirOwn) {

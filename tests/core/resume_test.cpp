@@ -1,5 +1,6 @@
 #include "core/resume.h"
 
+#include "sounding/reached.h"
 #include "tests/core/resume_screen.h"
 
 namespace penlog {
@@ -190,6 +191,19 @@ TEST_F(ResumeScreen, TakesRowsWithTheirSpeedsWhereTheyWereTakenFrom) {
   EXPECT_FLOAT_EQ(sounding.DepthCounts, 12.0F);
   EXPECT_FLOAT_EQ(channels.Baselines(2), 0.2988F);
   EXPECT_FLOAT_EQ(sounding.Rows(0, 3), 0.5007F);
+}
+
+TEST_F(ResumeScreen, RowsHoldNoReadingOfAChannelThatWasNotRecorded) {
+  PutRows(3);
+  Resume();
+  for (std::int32_t row = 1; row <= 3; ++row) {
+    for (const int channel : {4, 18, 23, 30}) {
+      EXPECT_FALSE(IsReached(sounding.Rows(row, channel))) << row << " " << channel;
+    }
+    for (const int channel : {1, 2, 3}) {
+      EXPECT_TRUE(IsReached(sounding.Rows(row, channel))) << row << " " << channel;
+    }
+  }
 }
 
 TEST_F(ResumeScreen, ThatEndedBehindTheMarkOfAGapSaysSo) {

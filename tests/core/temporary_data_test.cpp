@@ -118,6 +118,17 @@ TEST(StoredHeader, ThatCannotBeUsedSaysWhy) {
        },
        "ITS HEADER IS NOT WHOLE"},
       {"no path", [&] { return with(0, "  "); }, "LINE 1 NAMES NO FILE"},
+      {"the copy itself", [&] { return with(0, "/allusers/PENLOG(KQ)/TemporaryData.txt"); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"a side file", [&] { return with(0, "/data/s.TIM"); }, "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"no extension", [&] { return with(0, "/data/sounding"); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"an extension alone", [&] { return with(0, "/data/.cpt"); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"blanks behind it", [&] { return with(0, "/data/s.cpt  "); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"a character that names don't have", [&] { return with(0, "/data/s\x01.cpt"); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
       {"no cone", [&] { return with(4, ""); }, "LINE 5 NAMES NO CONE"},
       {"no columns", [&] { return with(15, ""); }, "LINE 16 NAMES NO CHANNELS"},
       {"columns unquoted", [&] { return with(15, std::string(13, ' ') + StoredField("1")); },
@@ -261,6 +272,81 @@ TEST(DamagedLine, IsLeftOutAloneAndTold) {
     lines.erase(lines.begin() + 19);
     EXPECT_EQ(stored.sound_text, JoinedLines(lines)) << "the rest, byte by byte";
   }
+}
+
+// Rods go down.
+
+struct OrderCase {
+  const char* what;
+  TextLines depths;
+  std::vector<int> left_out;  // by their places, from 0
+  const char* why;
+};
+
+/// Rows of those depths, each with a reading of its own; "gap" for a mark.
+TextLines RowsAt(const TextLines& depths) {
+  TextLines lines = StoredHeader();
+  int number = 0;
+  for (const std::string& depth : depths) {
+    const std::string reading = std::to_string(number++) + ".5";
+    lines.push_back(depth == "gap" ? "DRILLOUT*****" + std::string(60, '*')
+                                   : StoredRowLine(depth, "2.00", {reading, "2.1", "3.1"}));
+  }
+  return lines;
+}
+
+TEST(DamagedDepth, IsLeftOutAloneAndTold) {
+  const OrderCase cases[] = {
+      {"all in order", {"0.02", "0.04", "0.06", "0.08"}, {}, ""},
+      {"steps of half a hundredth", {"0.01", "0.01", "0.02", "0.02", "0.03"}, {}, ""},
+      {"a jump of a lost link", {"0.02", "0.04", "9.96", "9.98"}, {}, ""},
+      {"elevations as they are counted", {"-12.00", "-11.98", "-11.96"}, {}, ""},
+      {"the last one negative",
+       {"0.02", "0.04", "0.06", "-5.00"},
+       {3},
+       "ITS DEPTH IS OUT OF ORDER"},
+      {"the last one above", {"0.02", "0.04", "0.06", "0.03"}, {3}, "ITS DEPTH IS OUT OF ORDER"},
+      {"one too deep", {"0.02", "5.00", "0.06", "0.08"}, {1}, "ITS DEPTH IS OUT OF ORDER"},
+      {"the first too deep", {"5.00", "0.04", "0.06"}, {0}, "ITS DEPTH IS OUT OF ORDER"},
+      {"no depth of a hole", {"0.02", "0.04", "12000.50"}, {2}, "ITS DEPTH CAN BE NONE"},
+      {"parts swapped",
+       {"0.02", "0.08", "0.10", "0.04", "0.06", "0.12", "0.14"},
+       {1, 2},
+       "ITS DEPTH IS OUT OF ORDER"},
+      {"above a gap that was drilled", {"0.02", "0.04", "gap", "0.03", "0.05"}, {}, ""},
+      {"out of order behind a gap",
+       {"0.02", "gap", "0.50", "0.52", "0.51", "0.54"},
+       {3},
+       "ITS DEPTH IS OUT OF ORDER"},
+  };
+  for (const OrderCase& row : cases) {
+    SCOPED_TRACE(row.what);
+    TextLines lines = RowsAt(row.depths);
+    const StoredSounding stored = ReadLines(lines);
+    TextLines told;
+    for (const int place : row.left_out) {
+      told.push_back("LINE " + std::to_string(18 + place) + ": " + row.why);
+    }
+    EXPECT_EQ(stored.damage, told);
+    EXPECT_EQ(stored.loses_lines, !told.empty());
+    for (auto place = row.left_out.rbegin(); place != row.left_out.rend(); ++place) {
+      lines.erase(lines.begin() + 17 + *place);
+    }
+    EXPECT_EQ(stored.sound_text, JoinedLines(lines));
+  }
+}
+
+TEST(DamagedDepth, TheSameLineTwiceIsOneRowUnlessStepsAreFinerThanItsDigits) {
+  TextLines lines = StoredLines(6);
+  lines.insert(lines.begin() + 19, lines[19]);
+  const StoredSounding stored = ReadLines(lines);
+  EXPECT_EQ(stored.rows.size(), 6U);
+  EXPECT_EQ(stored.damage, TextLines{"LINE 21: IT STANDS TWICE"});
+  TextLines fine = StoredHeader();
+  for (const char* depth : {"0.01", "0.01", "0.02", "0.02", "0.03", "0.03"}) {
+    fine.push_back(StoredRowLine(depth, "2.00", {"1.1", "2.1", "3.1"}));
+  }
+  EXPECT_EQ(ReadLines(fine).rows.size(), 6U);
 }
 
 TEST(DamagedLine, AtTheEndWithoutALineEndIsLeftOut) {
@@ -422,7 +508,12 @@ TEST(StoredRows, BehindTheTablesRoomAreLeftOutAndMarksKept) {
 
 TEST(StoredRows, TenThousandAreReadAndNotOneMore) {
   std::string text = JoinedLines(StoredHeader());
-  for (int n = 0; n < 10001; ++n) text += StoredRowNumber(n % 499) + "\r\n";
+  for (int n = 0; n < 10001; ++n) {
+    const std::string hundredths = std::to_string(100 + 2 * n % 100).substr(1);
+    text += StoredRowLine(std::to_string(n / 50) + "." + hundredths, "2.00",
+                          {StoredValue(1, n), StoredValue(2, n), StoredValue(3, n)}) +
+            "\r\n";
+  }
   const StoredSounding stored = Read(text);
   EXPECT_EQ(stored.rows.size(), 10000U);
   EXPECT_EQ(stored.damage, TextLines{"LINE 10018: THERE IS ROOM FOR 10000 ROWS"});

@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "forms/main_form.h"
 #include "platform/yield.h"
+#include "sounding/held_rows.h"
 #include "sounding/main_loop.h"
 #include "sounding/sounding_state.h"
 #include "support/world.h"
@@ -140,8 +141,14 @@ TEST_F(Strip, FollowsTheConsolesTimer) {
   EXPECT_TRUE(Main.lblLastRow.Caption == "9 s" || Main.lblLastRow.Caption == "10 s")
       << Main.lblLastRow.Caption;
   EXPECT_FALSE(Main.lblRowsHeld.Visible);
+  sounding.Held[kCptFile].Text = "a row\r\n";
   sounding.RowsHeldBack = 1;
   Pass(2 * kSecond);
+  EXPECT_FALSE(Main.lblRowsHeld.Visible) << "the recovery copy holds it";
+  EXPECT_EQ(Main.lblRowsOnDisk.Caption, "3");
+  sounding.Held[kTemporaryFile].Text = "a row\r\n";
+  Pass(2 * kSecond);
+  EXPECT_EQ(Main.lblRowsOnDisk.Caption, "2");
   EXPECT_TRUE(Main.lblRowsHeld.Visible);
   EXPECT_EQ(Main.lblRowsHeld.Caption, "1");
 }

@@ -241,6 +241,15 @@ TEST_P(EachDisk, ListOfNoFolderIsEmpty) {
   EXPECT_TRUE(disk.List(Path("file")).empty());
 }
 
+TEST_P(EachDisk, SizeIsThatOfTheContentAndBelowZeroWithoutAFile) {
+  Lay("file", "seven b");
+  EXPECT_EQ(disk.SizeOf(Path("file")), 7);
+  Lay("empty", "");
+  EXPECT_EQ(disk.SizeOf(Path("empty")), 0);
+  EXPECT_EQ(disk.SizeOf(Path("absent")), -1);
+  EXPECT_EQ(disk.SizeOf(bed->Root()), -1) << "a folder is no file";
+}
+
 TEST_P(EachDisk, FreeRoomIsKnownForFoldersAndFilesToCome) {
   EXPECT_GT(disk.FreeRoom(bed->Root()), 0);
   EXPECT_GT(disk.FreeRoom(Path("to come")), 0);

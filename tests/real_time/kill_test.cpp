@@ -36,7 +36,8 @@ struct Stage {
   const char* name;
   const char* line;  ///< the beginning of the line
   double span;
-  int rows = 0;  ///< if more than 0, from one of so many told lines on
+  int rows = 0;   ///< if more than 0, from one of so many told lines on
+  int least = 1;  ///< of these
 };
 
 const std::vector<Stage> kRecordStages = {{"start", "screen StartUp", 1},
@@ -46,7 +47,7 @@ const std::vector<Stage> kRecordStages = {{"start", "screen StartUp", 1},
                                           {"row on its way", "rig speed 4", 0.004, 8},
                                           {"stop question", "expect Main.frmLocalWarning", 0.5},
                                           {"end", "click Main.Command2", 0.3},
-                                          {"recording", "rig speed 4", 8}};
+                                          {"recording with rows", "rig speed 4", 5, 5, 3}};
 const std::vector<Stage> kResumeStages = {{"start", "screen StartUp", 1},
                                           {"search for the cone", "click StartUp.cmdResumeAt", 8},
                                           {"files taken up", "click frmConeSettings.cmdClose", 0.5},
@@ -61,10 +62,10 @@ const std::vector<Stage> kSurfaceStages = {
     {"way down", "rig speed 20", 4},
     {"gap row", "click frmResumeDepthStatus.lblDepthReached", 0.1},
     {"gap row on its way", "click frmResumeDepthStatus.lblDepthReached", 0.004, 1},
-    {"rows behind the gap row", "rig speed 4", 0.004, 3},
+    {"behind the gap row", "rig speed 4", 0.5},
     {"recording", "rig speed 4", 8},
     {"end", "click Main.Command2", 0.3},
-    {"behind the gap row", "rig speed 4", 0.5}};
+    {"rows behind the gap row", "rig speed 4", 0.004, 3}};
 
 /// Stages in an order by lot, all of them once before one comes again.
 class Deck {
@@ -85,7 +86,7 @@ class Deck {
  private:
   const std::vector<Stage>& stages_;
   std::vector<Stage> ahead_;
-  bool first_ = true;  // the last of the list: a recording, so that there is something to resume
+  bool first_ = true;  // the last of the list: with rows, so that there is something to resume
 };
 
 const char* const kLook = "wait 0.5\n";
@@ -214,6 +215,7 @@ struct RealKills : Programs {
   void TakeOutput(const std::string& text);
   void LookAtFilesTakenUp();
   void ExpectEnd(const Program& console, bool sent, const std::string& said) const;
+  void ExpectMark();
   void Judge();
   void JudgeOpen(const std::vector<std::string>& promised, const std::string& temporary);
   void JudgeClosed(const std::vector<std::string>& promised);
@@ -242,6 +244,7 @@ struct RealKills : Programs {
   int looks = 0;  ///< for torn lines, one a resume
   int torn = 0;
   int marks = 0;            ///< of gaps, told
+  int behind_marks = 0;     ///< lives from the surface that came to rows
   int taken_out = 0;        ///< lines that were taken out of copies of the files
   int taken_out_found = 0;  ///< and found to be lost
 };
@@ -273,6 +276,15 @@ void RealKills::LookAtFilesTakenUp() {
 void RealKills::Take(const KillFindings& findings) {
   rows_lost += findings.rows_lost;
   for (const std::string& fault : findings.faults) ADD_FAILURE() << cpt << ": " << fault;
+}
+
+/// In a life from the surface: before its first row, and once.
+void RealKills::ExpectMark() {
+  const std::size_t rows = RowsOnly(told).size();
+  if (rows == 0) return;
+  ++behind_marks;
+  EXPECT_EQ(told.size(), rows + 1) << "one gap row";
+  EXPECT_TRUE(IsGapMark(told.front())) << told.front();
 }
 
 void RealKills::Judge() {
@@ -345,8 +357,8 @@ void RealKills::Live() {
   ASSERT_GT(aim, 0) << stage.line;
   // The mark of the gap is told before the first row.
   const bool behind_mark = surface && std::string(stage.line) == "rig speed 4";
-  const auto rows =
-      static_cast<std::size_t>(Lot(stage.rows) + (stage.rows > 0 ? 1 : 0)) + (behind_mark ? 1 : 0);
+  const double rows_by_lot = stage.rows > 0 ? stage.least + Lot(stage.rows + 1 - stage.least) : 0;
+  const auto rows = static_cast<std::size_t>(rows_by_lot) + (behind_mark ? 1 : 0);
   const double delay = Delay(stage.span);
   const int look = resumes ? LineThatBegins(script, kLook) : 0;
   turns.clear();
@@ -389,6 +401,7 @@ void RealKills::Live() {
                       : "first life: ") +
            std::string(stage.name)];
   }
+  if (surface) ExpectMark();
   Judge();
   if (HasFailure()) ADD_FAILURE() << said << "\n" << script;
 }
@@ -409,6 +422,8 @@ TEST_F(RealKills, LoseNoRowWhoseSyncHadReturnedAndLeaveNoTornLine) {
   if (wanted < 2) return;  // a recording, and behind it a resume
   EXPECT_GT(rows_told, 0);
   EXPECT_GT(looks, 0);
+  EXPECT_GT(behind_marks, 0) << "the second life goes down from the surface";
+  EXPECT_GT(marks, 0);
   EXPECT_GT(taken_out, 0);
 }
 

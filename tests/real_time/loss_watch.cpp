@@ -42,7 +42,7 @@ bool LossWatch::Take(const std::string& words) {
   losses_.back().back = Now();
   losses_.back().rows_at_return = rows_before_ = sounding.RowCount;
   reading_ = sounding.Readings(1);
-  held_ = words == "back held";
+  losses_.back().held = words == "back held";
   return true;
 }
 
@@ -65,13 +65,23 @@ bool LossWatch::IsOver() {
     rows_before_ = sounding.RowCount;
     return false;
   }
-  const bool well = held_ || (sounding.RowCount > rows_before_ && sounding.Readings(1) != reading_);
+  const bool well =
+      loss.held || (sounding.RowCount > rows_before_ && sounding.Readings(1) != reading_);
   if (well && loss.over < 0) {
     loss.over = Now();
     first_row_ = sounding.RowCount;
   }
   if (loss.over < 0) return false;
-  return held_ ? Now() - loss.over >= kSteady : sounding.RowCount > first_row_;
+  if (loss.held) return Now() - loss.over >= kSteady;
+  return sounding.RowCount > first_row_ && HasRowsToJudge();
+}
+
+std::int32_t LossWatch::FirstRowToJudge(const Loss& loss) {
+  return loss.rows_at_return + (loss.cone_was_lost ? 2 : 0);
+}
+
+bool LossWatch::HasRowsToJudge() const {
+  return sounding.RowCount >= FirstRowToJudge(losses_.back()) + kRowsToJudge;
 }
 
 std::string LossWatch::Table(const std::string& wires) const {

@@ -12,6 +12,8 @@
 
 namespace penlog {
 
+constexpr std::int32_t kRowsToJudge = 3;  ///< behind each loss, at least
+
 struct Loss {
   std::string name;
   Micros back = -1;  ///< time of the return
@@ -19,13 +21,14 @@ struct Loss {
   std::int32_t rows_at_loss = 0;
   std::int32_t rows_at_return = 0;
   bool cone_was_lost = false;
+  bool held = false;  ///< no row comes behind it
 };
 
 /// A screen that is never shown, so that a script can tell it what happens and wait for the end:
 ///
 ///     rig test lost NAME
 ///     rig test back                     or `back held`: a quit holds the rig, no row will come
-///     expect LossWatch.lblOver NAME 30
+///     expect LossWatch.lblOver NAME 40  over, and the rows are there by which it is judged
 class LossWatch : public Form {
  public:
   LossWatch() : Form("LossWatch", "") { KeepFirstValues(); }
@@ -34,6 +37,9 @@ class LossWatch : public Form {
   /// Takes `words` behind `rig test`; false if they are none of the watch's.
   bool Take(const std::string& words);
   const std::vector<Loss>& Losses() const { return losses_; }
+  /// Index of the first row behind the return that must be taken at a depth of the grid: behind the
+  /// row of the gap, and one that was taken before the console had noticed the loss.
+  static std::int32_t FirstRowToJudge(const Loss& loss);
   /// A line of a table for each loss: its name, the wires and the seconds from its return.
   std::string Table(const std::string& wires) const;
 
@@ -42,9 +48,9 @@ class LossWatch : public Form {
  private:
   void Look();
   bool IsOver();
+  bool HasRowsToJudge() const;
 
   std::vector<Loss> losses_;
-  bool held_ = false;
   std::int32_t rows_before_ = 0;  // rows that say nothing of the return
   std::int32_t first_row_ = 0;    // behind it
   float reading_ = 0;             // of before it

@@ -120,7 +120,8 @@ std::string ScriptToOpenGap() {
 expect frmResumeDepthStatus.lblCurrentResumeDepth "0.60" 60
 click frmResumeDepthStatus.lblDepthReached
 )" + ScriptToSuspend() +
-         kRestart + R"(screen StartUp
+         "answer ok \"THE CONE STANDS 0.20 m BELOW THE LAST ROW.\"\n" + kRestart +
+         R"(screen StartUp
 click StartUp.cmdResume
 answer ok "THE LAST SOUNDING WAS RESUMED FROM THE SURFACE, AND NO ROW WAS TAKEN"
 expect StartUp.lblLastSoundingDepth "0.40 m"
@@ -182,7 +183,10 @@ TEST(DrilledOut, SuspendedOrCutOffWhileItWaitsIsAsItWas) {
     scenario.TryPlay(
         "script",
         ScriptToDrillOut("0.2") + "rig test before\nrig push 0.3\nwait 20\n" +
-            (killed ? "kill\nwait 1\n" : ScriptToSuspend() + "click frmZOLRestart.cmdNo\n"));
+            (killed
+                 ? "kill\nwait 1\n"
+                 : ScriptToSuspend() +
+                       "answer ok \"THE CONE STANDS 0.10 m ABOVE\"\nclick frmZOLRestart.cmdNo\n"));
     EXPECT_EQ(scenario.File(kTemporary), before);
     EXPECT_FALSE(before.empty());
     scenario.Play("rig at 0.4\n" + ScriptToResume() + "expect Main.lblDepth \"0.400 m\"\n" +

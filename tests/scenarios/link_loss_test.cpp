@@ -203,7 +203,27 @@ TEST(QuitsBehindALoss, LatchedBeforeHoldTheRigThroughIt) {
 
 // Before and behind the recording.
 
-TEST(LossDuringABaseline, TakesItFromReadingsBehindTheReturn) {
+struct WayToLose {
+  const char* name;
+  const char* lost;
+  const std::string& face;  ///< expected meanwhile
+  const char* back;
+  const char* buttons;  ///< of the stop question: an exchange that fails takes them
+  int missing;          ///< under a push that goes on
+};
+
+void PrintTo(const WayToLose& way, std::ostream* out) {
+  *out << way.name;
+}
+
+const auto kWaysToLose = testing::Values(
+    WayToLose{"ConeSilent", "rig fault silent\n", kConeSilent, "rig fault silent off\n", "hidden",
+              10},
+    WayToLose{"ConeAway", "rig unplug cone\n", kConeLost, "rig plug cone\n", "visible", 6});
+
+struct LossDuringABaseline : testing::TestWithParam<WayToLose> {};
+
+TEST_P(LossDuringABaseline, TakesItFromReadingsBehindTheReturn) {
   LinkLossRun run;
   float difference = 1;
   run.At("look", [&difference] {
@@ -212,13 +232,13 @@ TEST(LossDuringABaseline, TakesItFromReadingsBehindTheReturn) {
   });
   std::string start = ScriptToMain();
   start.erase(start.find("expect Main.lblCommStatus"));
-  run.Play(start + R"(rig fault silent
-rig test lost
+  run.Play(start + GetParam().lost + R"(rig test lost
 click Main.cmdTakeBaseline
-wait 5
+)" + GetParam().face +
+           R"(wait 5
 expect Main.cmdStart disabled
-rig fault silent off
-rig test back held
+)" + GetParam().back +
+           R"(rig test back held
 expect Main.cmdStart enabled 60
 rig test look
 click Main.cmdStart
@@ -230,8 +250,10 @@ rig test end
 )" + ScriptToEnd());
   EXPECT_LT(difference, 0.001F);
   run.ExpectRows(false, 0);
-  run.Report("cone silent during a baseline");
+  run.Report(std::string(GetParam().name) + " during a baseline");
 }
+
+INSTANTIATE_TEST_SUITE_P(, LossDuringABaseline, kWaysToLose, kNameOfCase);
 
 TEST(LossAtTheStart, TakesOneRowForTheGapOnceTheConeIsBack) {
   LinkLossRun run;
@@ -243,18 +265,23 @@ TEST(LossAtTheStart, TakesOneRowForTheGapOnceTheConeIsBack) {
   run.Report("cone away at the start");
 }
 
-TEST(LossAtTheStopQuestion, TakesItsButtonsAndItComesAgain) {
+struct LossAtTheStopQuestion : testing::TestWithParam<WayToLose> {};
+
+TEST_P(LossAtTheStopQuestion, TakesItsButtonsIfTheConeIsSilentAndRowsBehindItCloseIt) {
+  const std::string buttons = std::string(GetParam().buttons) + "\n";
   LinkLossRun run;
   run.Play(ScriptToRecording() + "rig push 0.9\nwait 10\nclick Main.cmdStart\n" +
            "expect Main.frmLocalWarning visible\nexpect Main.cmdWarningOK1 visible\n" +
-           "rig test lost\nrig fault silent\n" + kConeSilent +
-           "expect Main.cmdWarningOK1 hidden\nexpect Main.cmdWarningCancel hidden\n" +
-           "wait 5\nrig fault silent off\nrig test back\n" + kConeWell +
+           "rig test lost\n" + GetParam().lost + GetParam().face +
+           "wait 5\nexpect Main.cmdWarningOK1 " + buttons + "expect Main.cmdWarningCancel " +
+           buttons + GetParam().back + "rig test back\n" + kConeWell +
            "expect Main.frmLocalWarning hidden 10\nexpect Main.cmdStart \"STOP\"\n" +
            "expect Main.lblDepth \"0.900 m\" 60\nwait 2\nrig test end\n" + ScriptToEnd());
-  run.ExpectRows(true, 10);
-  run.Report("cone silent at the stop question");
+  run.ExpectRows(true, GetParam().missing);
+  run.Report(std::string(GetParam().name) + " at the stop question");
 }
+
+INSTANTIATE_TEST_SUITE_P(, LossAtTheStopQuestion, kWaysToLose, kNameOfCase);
 
 // A sounding that is resumed.
 

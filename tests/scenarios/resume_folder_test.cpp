@@ -80,24 +80,10 @@ rig test heal
 TEST(RefusedResume, GivenUpIsFollowedByANewSoundingOfItsOwn) {
   Refused scenario;
   const std::string unfinished = scenario.File(kTemporary);
-  scenario.Play(ScriptBack() + R"(rig test heal
-click StartUp.cmdStart
-answer ok "THE LAST SOUNDING WAS NOT FINISHED: /soundings/S1.cpt"
-screen frmConeSettings 60
-click frmConeSettings.cmdClose
-screen SetupSounding
-type SetupSounding.txtFileName S2
-click SetupSounding.Command2
-screen SetupDisplay
-click SetupDisplay.cmdDone
-screen Main
-expect Main.lblCommStatus "~Found$"
-wait 3
-click Main.cmdTakeBaseline
-click Main.cmdStart
-expect Main.cmdStart "STOP"
-)" + Push("0.2", "0.200 m") +
-                ScriptToEnd());
+  scenario.Play(ScriptBack() + "rig test heal\n" +
+                ScriptAgain("answer ok \"THE LAST SOUNDING WAS NOT FINISHED: "
+                            "/soundings/S1.cpt\"\n") +
+                Push("0.2", "0.200 m") + ScriptToEnd());
   const Texts lines = LinesOf(scenario.File("/soundings/S2.cpt"));
   EXPECT_EQ(lines.size(), kCptHeader + 10);
   EXPECT_EQ(lines[15], LinesOf(scenario.File(kCpt))[15]) << "the same columns";

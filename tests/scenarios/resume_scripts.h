@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/numbers.h"
+#include "rig/ground.h"
 #include "scenarios/scenario.h"
 
 namespace penlog {
@@ -58,6 +59,34 @@ inline const std::string kRestart = "click frmZOLRestart.cmdYes\n";
 
 inline std::string Push(const std::string& metres, const std::string& shown) {
   return "rig push " + metres + "\nexpect Main.lblDepth \"" + shown + "\" 120\nwait 2\n";
+}
+
+/// The cone reads the same at the same depth in two runs, on a ground in which each of its sensors
+/// reads another value in each row, so that a value of the row beside is seen.
+inline void SteadyOnSlope(RigSetup& rig) {
+  rig.cone.steady = true;
+  rig.ground = Ground({{0.0, 1500.0, 20.0, 15.0}, {2.0, 5500.0, 90.0, 215.0}});
+}
+
+/// `count` rows of a cone that stands still, each 20 s behind the one before.
+inline std::string HeldRows(int count) {
+  std::string script;
+  for (int row = 0; row < count; ++row) script += "rig hold 1 6\nwait 20\n";
+  return script;
+}
+
+/// Whether the speed of `row`, from 1, stands on that line, from 0, behind the header of a closed
+/// `.cpt` file of `rows` rows.
+inline bool HasSpeedOf(int row, std::size_t line, int rows) {
+  const int stands = static_cast<int>(line) + 1;
+  const bool is_flushed = stands > rows - kDelay;
+  return row == (is_flushed ? stands : stands + kDelay);
+}
+
+/// Its place in the row: behind a depth of this width.
+inline void BlankSpeed(std::string& row, std::size_t depth_width) {
+  constexpr std::size_t kDepthAndSpeed = 13;
+  row.replace(depth_width, kDepthAndSpeed - depth_width, "speed");
 }
 
 inline Texts RowsOf(const std::string& text, std::size_t header) {

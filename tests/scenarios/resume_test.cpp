@@ -265,6 +265,7 @@ TEST(ResumeButton, OfASoundingWithoutItsFileWritesItAnew) {
   scenario.Play(ScriptToPanel() + R"(click StartUp.cmdResumeAtLastDepth
 screen frmConeSettings 60
 click frmConeSettings.cmdClose
+answer yes "THE SOUNDING FILE /soundings/S1.cpt IS MISSING."
 answer ok "THE SOUNDING FILE WAS MENDED FROM THE TEMPORARY DATA.  ITS HEAD WAS WRITTEN ANEW."
 screen Main
 end
@@ -282,6 +283,7 @@ TEST(ResumeButton, WhereTheFolderRefusesTakesAnotherOne) {
   scenario.Play(ScriptToPanel() + R"(click StartUp.cmdResumeAtLastDepth
 screen frmConeSettings 60
 click frmConeSettings.cmdClose
+answer yes "THE SOUNDING FILE /soundings/S1.cpt IS MISSING."
 answer yes "THE SOUNDING FILE CANNOT BE WRITTEN."
 file /other/MOVED.cpt
 answer ok "THESE FILES CANNOT BE READ."

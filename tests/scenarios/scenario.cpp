@@ -159,6 +159,26 @@ click frmZOLRestart.cmdNo
 )";
 }
 
+std::string ScriptAgain(const std::string& box) {
+  return R"(screen StartUp
+click StartUp.cmdStart
+)" + box +
+         R"(screen frmConeSettings 60
+click frmConeSettings.cmdClose
+screen SetupSounding
+type SetupSounding.txtFileName S2
+click SetupSounding.Command2
+screen SetupDisplay
+click SetupDisplay.cmdDone
+screen Main
+expect Main.lblCommStatus "~Found$"
+wait 3
+click Main.cmdTakeBaseline
+click Main.cmdStart
+expect Main.cmdStart "STOP"
+)";
+}
+
 std::vector<std::string> LinesOf(const std::string& text) {
   std::vector<std::string> lines;
   std::size_t at = 0;

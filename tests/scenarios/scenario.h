@@ -86,6 +86,9 @@ std::string ScriptToRecording();
 std::string ScriptToMain();
 /// From a recording console to the end: stop, no final baseline, no new start.
 std::string ScriptToEnd();
+/// From the first screen of a later start on the same disk to the recording of a sounding S2; `box`
+/// answers what the start asks.
+std::string ScriptAgain(const std::string& box);
 
 /// The rig's setup by name, with its seed.
 RigSetup SeededRig(const std::string& name, std::uint32_t seed);

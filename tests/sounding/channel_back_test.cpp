@@ -204,8 +204,8 @@ TEST(ChannelMissing, WithTheFileGoneTooIsToldAndEachRowIsWrittenAlike) {
   TakenUp taken;
   taken.disk.Remove(kCpt);
   TakeUpWithout(taken, 2);
-  ASSERT_EQ(taken.boxes.texts.size(), 3U);
-  EXPECT_EQ(taken.boxes.texts[2], kUnknown);
+  ASSERT_EQ(taken.boxes.texts.size(), 4U) << "asked first whether it is to be written anew";
+  EXPECT_EQ(taken.boxes.texts[3], kUnknown);
   EXPECT_EQ(cone.DelayRows, 1) << "that of channel 3";
   for (int i = 0; i < 4; ++i) TakenUp::Row();
   std::string expected = Head(true);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "conelink/cone_state.h"
+#include "conelink/other_cone.h"
 #include "core/channels.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -26,6 +27,7 @@ struct Console : World {
     settings = {};
     session = {};
     cone = {};
+    known_cone = {};
     sounding = {};
     display = {};
     soil = {};

@@ -293,7 +293,7 @@ TEST(DiskFaults, EachRowThatTheDiskRefusesIsTold) {
   run.Push();
   EXPECT_EQ(sounding.RowsHeldBack, kRows - 3);
   ASSERT_EQ(OpenBoxes().size(), 1u) << "once, not with each row";
-  EXPECT_NE(OpenBoxes()[0].text.find("THE ROWS ARE KEPT IN MEMORY"), std::string::npos);
+  EXPECT_NE(OpenBoxes()[0].text.find("ITS ROWS STAND IN THE TEMPORARY DATA"), std::string::npos);
   EXPECT_NE(OpenBoxes()[0].text.find("No space left on device"), std::string::npos);
   EXPECT_EQ(ReadFile(kTemporary), Sounding::ExpectedTemporary()) << "the other file goes on";
   EXPECT_FALSE(CloseSounding());
@@ -353,13 +353,13 @@ TEST(DiskFaults, AWindowClosedWhileOneFileAloneIsRefusedSaysWhatIsLost) {
   };
   const std::string later =
       ".  ALL ITS ROWS STAND IN THE TEMPORARY DATA.  RESUME LAST SOUNDING "
-      "COMPLETES IT, ALSO IN ANOTHER FOLDER.  THE PROGRAM ENDS NOW.";
+      "COMPLETES IT, ALSO IN ANOTHER FOLDER.  PRESS OK TO END THE PROGRAM, OR CANCEL TO GO ON.";
   for (const Case& row :
        {Case{kTemporary, "THE DISK REFUSES 12 ROWS, WHICH STAND IN MEMORY ALONE",
              BoxButtons::YesNoCareful},
         Case{kTim, "THE DISK REFUSES 24 TIME MARKS, WHICH STAND IN MEMORY ALONE",
              BoxButtons::YesNoCareful},
-        Case{kCpt, "THE SOUNDING FILE IS NOT COMPLETE YET: /data/s.cpt", BoxButtons::Ok}}) {
+        Case{kCpt, "THE SOUNDING FILE IS NOT COMPLETE YET: /data/s.cpt", BoxButtons::OkCancel}}) {
     SCOPED_TRACE(row.refused);
     Sounding run(0, 0, Fault::Before);
     ASSERT_TRUE(run.Start());
@@ -367,6 +367,12 @@ TEST(DiskFaults, AWindowClosedWhileOneFileAloneIsRefusedSaysWhatIsLost) {
       if (path == row.refused) throw RuntimeFault(path + ": No space left on device");
     };
     run.Push();
+    ASSERT_FALSE(OpenBoxes().empty());
+    const std::string told = OpenBoxes().front().text;
+    EXPECT_EQ(told.find("ITS ROWS STAND IN THE TEMPORARY DATA") != std::string::npos,
+              row.refused == kCpt)
+        << told;
+    EXPECT_EQ(told.find("DO NOT END THE PROGRAM") == std::string::npos, row.refused == kCpt);
     ResetBoxes();
     Main_QueryUnload();
     ASSERT_EQ(OpenBoxes().size(), 1u);
@@ -376,6 +382,35 @@ TEST(DiskFaults, AWindowClosedWhileOneFileAloneIsRefusedSaysWhatIsLost) {
     EXPECT_EQ(FrontBox()->text.ends_with(later), !asks) << FrontBox()->text;
     AnswerBox(FrontBox()->id, asks ? BoxAnswer::Yes : BoxAnswer::Ok);
     EXPECT_THROW(Yield(), ProgramEnd);
+  }
+}
+
+/// The recording goes on behind the question.
+TEST(DiskFaults, AWindowClosedWithALaggingFileEndsWithNoRowInMemoryAlone) {
+  for (const bool ends : {true, false}) {
+    Sounding run(0, 0, Fault::Before);
+    ASSERT_TRUE(run.Start());
+    run.disk.before = [](std::string_view, const std::string& path) {
+      if (path == kCpt) throw RuntimeFault(path + ": No space left on device");
+    };
+    run.Push();
+    ResetBoxes();
+    Main_QueryUnload();
+    ASSERT_EQ(OpenBoxes().size(), 1u);
+    const std::int32_t id = FrontBox()->id;
+    run.disk.SetRoom(0);
+    ++sounding.RowCount;
+    RecordRow();
+    while (OpenBoxes().size() > 1) {
+      AnswerBox(OpenBoxes().back().id, BoxAnswer::Ok);
+      Yield();
+    }
+    AnswerBox(id, ends ? BoxAnswer::Ok : BoxAnswer::Cancel);
+    EXPECT_NO_THROW(Yield());
+    ASSERT_EQ(OpenBoxes().size(), ends ? 1u : 0u);
+    if (!ends) continue;
+    EXPECT_TRUE(FrontBox()->text.starts_with("THE DISK REFUSES 1 ROW, WHICH STAND IN MEMORY"))
+        << FrontBox()->text;
   }
 }
 

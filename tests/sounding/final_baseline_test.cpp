@@ -1,6 +1,7 @@
 // TAKE BASELINE at the end of a sounding waits for readings that are all the sensors' own.
 #include <string>
 
+#include "conelink/resync_state.h"
 #include "forms/restart_form.h"
 #include "sounding/fake_cone.h"
 #include "sounding/row_text.h"
@@ -74,6 +75,24 @@ TEST(TakeFinalBaseline, BehindALossWaitsUntilNoReadingOfBeforeItIsAveragedIn) {
   MainloopPass();
   Main_Command2_Click();
   EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");
+}
+
+TEST(TakeFinalBaseline, OfAConeThatRepeatsItselfSaysSo) {
+  Stopped stopped;
+  struct Case {
+    std::int16_t link_up;
+    const char* text;
+  };
+  for (const Case& row :
+       {Case{kTrue, "FINAL BASELINE CANNOT BE TAKEN WHILE THE CONE REPEATS ITS READINGS."},
+        Case{kFalse, "FINAL BASELINE CANNOT BE TAKEN WHILE CONE IS DISCONNECTED."}}) {
+    resync.UnderWay = kTrue;
+    sounding.ReadingsFresh = kFalse;
+    cone.ConeLinkUp = row.link_up;
+    Main_Command2_Click();
+    stopped.ExpectRefused(row.text);
+  }
+  resync.UnderWay = kFalse;
 }
 
 }  // namespace

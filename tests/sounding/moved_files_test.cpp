@@ -149,6 +149,60 @@ TEST(Move, AFileThatCannotBeReadIsTriedAgainOrLeftByName) {
   }
 }
 
+/// What stands beside the sounding can be read and renamed but for some files.
+struct StubbornDisk : MemoryDisk {
+  std::string Read(const std::string& path) override {
+    if (path.starts_with(unreadable)) throw RuntimeFault(path + ": Input/output error");
+    return MemoryDisk::Read(path);
+  }
+  void Rename(const std::string& from, const std::string& to) override {
+    if (from.starts_with(unmovable)) throw RuntimeFault(from + ": Operation not permitted");
+    MemoryDisk::Rename(from, to);
+  }
+  std::string unreadable = "-";
+  std::string unmovable = "-";
+};
+
+/// Each of the files at home, if any, and another sounding's under each new name.
+void ExpectAnothersLeftAlone(const FilesByPath& beside, bool is_read, bool is_moved) {
+  Refused taken(beside);
+  StubbornDisk disk;
+  for (const auto& [path, text] : taken.disk.Files()) disk.Put(path, text);
+  for (const auto& [path, text] : Moved()) disk.Put(path, "another's " + path);
+  disk.before = taken.disk.before;
+  UseDisk(&disk);
+  if (!is_read) disk.unreadable = "/data/s.";
+  if (!is_moved) disk.unmovable = "/stick/moved.";
+  for (const auto& [path, text] : Beside()) {
+    taken.boxes.Answer(path + " CANNOT BE COPIED", BoxAnswer::Cancel);
+  }
+  for (const auto& [path, text] : Moved()) {
+    taken.boxes.Answer(path + " IS ANOTHER SOUNDING'S", BoxAnswer::Cancel);
+  }
+  taken.TakeUp();
+  EXPECT_TRUE(AppendOrHold(kTimFile, "000.270 34263.75\r\n"));
+  for (const auto& [path, text] : Moved()) {
+    const std::string at = is_moved ? path.substr(0, 12) + " (2)" + path.substr(12) : path;
+    ASSERT_TRUE(disk.FileExists(at)) << at;
+    EXPECT_EQ(disk.Files().at(at), "another's " + path);
+  }
+  EXPECT_EQ(session.HasDissipationFile, 0);
+  EXPECT_EQ(session.HasSeismicFile, 0);
+  EXPECT_EQ(sounding.Held[kTimFile].GivenUp, !is_moved);
+  UseDisk(&taken.disk);
+}
+
+TEST(Move, OfAFileThatIsNotGivenTakesNoOtherSoundingsUp) {
+  ExpectAnothersLeftAlone(Beside(), false, true);
+}
+
+TEST(Move, ToNamesThatAnothersFilesCannotGiveUpTakesNoneOfThemUp) {
+  for (const FilesByPath& beside : {Beside(), FilesByPath{}}) {
+    SCOPED_TRACE(beside.empty() ? "none of its own" : "its own");
+    ExpectAnothersLeftAlone(beside, true, false);
+  }
+}
+
 TEST(Move, FromAMediumThatIsAwayTellsByNameWhatMayStayThere) {
   Refused taken;
   Texts lines = StoredLines(kRows);

@@ -1,5 +1,6 @@
 #include "sounding/recording_pass.h"
 
+#include "conelink/other_cone.h"
 #include "sounding/fake_cone.h"
 #include "sounding/record_grid.h"
 #include "sounding/row_text.h"
@@ -238,6 +239,17 @@ TEST(DistancePushed, IsWrittenInThreeCharactersOrTold) {
     }
     EXPECT_EQ(OpenBoxes().size(), row.command != nullptr ? 0u : 1u) << row.distance;
   }
+}
+
+TEST(DistancePushed, IsNotWrittenToAnotherCone) {
+  Recording recording;
+  known_cone = {"DCS0001", "DCS0002"};
+  cone.DistancePushed = 12.9f;
+  cone.DistancePushedPending = -1;
+  WriteDistancePushed();
+  EXPECT_TRUE(recording.commands.empty());
+  ASSERT_EQ(OpenBoxes().size(), 1U);
+  EXPECT_EQ(OpenBoxes()[0].text.find("THE DISTANCE PUSHED IS NOT WRITTEN"), 0U);
 }
 
 TEST(DistancePushed, IsNotWrittenUnlessItIsPending) {

@@ -30,7 +30,7 @@ struct Waiting : FakeCone {
     sounding.NextRecordCount = 8;
     sounding.ConsoleMode = 1;
     disk.Put(kTemporary, "what it holds\r\n");
-    StartFile(kTemporaryFile, 15);
+    StartFile(kTemporaryFile, "what it holds\r\n");
     ShowResumeDepth();
   }
   static const std::string& Target() { return frmResumeDepthStatus.lblTargetResumeDepth.Caption; }

@@ -245,6 +245,33 @@ TEST(CloseSounding, ThatCannotBeNotedAsDoneSaysThatItsFileIsWhole) {
   }
 }
 
+TEST(CloseSounding, AskedAtTheBaselineSaysWhichButtonTriesAgain) {
+  Ended ended(3);
+  ended.disk.Remove(kCpt);
+  EXPECT_FALSE(CloseSounding());
+  ended.disk.SetRoom(0);
+  ++sounding.RowCount;
+  RecordRow();
+  Answer(BoxAnswer::No);
+  ASSERT_FALSE(OpenBoxes().empty());
+  const std::string text = OpenBoxes().back().text;
+  EXPECT_TRUE(text.starts_with("THE SOUNDING CANNOT BE SUSPENDED.")) << text;
+  EXPECT_TRUE(text.ends_with("THEN PRESS TAKE BASELINE OR NO BASELINE AGAIN.")) << text;
+}
+
+TEST(CloseSounding, WithoutTimeMarksSaysWhetherTheSoundingIsClosedOrLeftUnfinished) {
+  for (const bool few : {true, false}) {
+    Ended ended(2, few ? 3 : 2);
+    Refuse(ended.disk, "/data/s.tim");
+    AppendOrHold(kTimFile, PictureMarkLine(1.0f, 1.0f));
+    EXPECT_FALSE(CloseSounding());
+    const std::string text = OpenBoxes().back().text;
+    EXPECT_TRUE(text.ends_with(few ? "THE SOUNDING IS LEFT UNFINISHED WITHOUT THEM."
+                                   : "THE SOUNDING IS CLOSED WITHOUT THEM."))
+        << text;
+  }
+}
+
 TEST(CloseSounding, GoesWithoutTimeMarksThatNoDiskTakesIfTheOperatorSaysSo) {
   Ended ended(3);
   Refuse(ended.disk, "/data/s.tim");
@@ -325,6 +352,8 @@ TEST(ExitProgram, StopsTheTimersUnloadsTheScreensAndAsks) {
   EXPECT_FALSE(SetupDisplay.Loaded);
   EXPECT_FALSE(SetupSounding.Loaded);
   EXPECT_TRUE(frmZOLRestart.Visible);
+  EXPECT_EQ(frmZOLRestart.Caption, "RESTART PENLOG");
+  EXPECT_EQ(frmZOLRestart.lblQuestion.Caption, "WOULD YOU LIKE TO RESTART PENLOG?");
   EXPECT_EQ(sounding.ExitUnderWay, -1);
   OperatorAction action;
   action.form = &Main;

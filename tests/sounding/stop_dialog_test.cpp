@@ -2,10 +2,12 @@
 
 #include <array>
 
+#include "conelink/other_cone.h"
 #include "forms/restart_form.h"
 #include "sounding/fake_cone.h"
 #include "sounding/held_rows.h"
 #include "sounding/row_text.h"
+#include "sounding/sounding_end.h"
 #include "sounding/sounding_files.h"
 #include "sounding/sounding_start.h"
 
@@ -46,6 +48,24 @@ TEST(StartRequest, WithTheLinkLostReportsFirstTheConeEvenIfThePortIsGone) {
     EXPECT_EQ(told, std::vector<std::string>{row.message});
     EXPECT_EQ(sounding.ConsoleMode, 1);
   }
+}
+
+TEST(StartRequest, WithAnotherConeThanTheOneThatWasReadIsRefused) {
+  Console console;
+  sounding.ConsoleMode = 1;
+  cone.ConeLinkUp = kTrue;
+  cone.ConePortLost = kFalse;
+  known_cone = {"DCS0001", "DCS0002"};
+  std::vector<std::string> told;
+  PostCall(Now() + kSecond, &console, [&] {
+    if (FrontBox() == nullptr) return;
+    told.push_back(FrontBox()->text);
+    AnswerBox(FrontBox()->id, BoxAnswer::Ok);
+  });
+  Main_cmdStart_Click();
+  EXPECT_EQ(told, std::vector<std::string>{"SOUNDING CANNOT BE STARTED WITH ANOTHER CONE THAN THE "
+                                           "ONE WHOSE RECORDS WERE READ: CONE #DCS0001"});
+  EXPECT_EQ(sounding.ConsoleMode, 1);
 }
 
 TEST(StopDialog, IsShownAndTheConsoleGoesOnRecording) {
@@ -198,6 +218,84 @@ TEST(Suspend, GoesOnWithASoundingFileThatLagsAndSaysSo) {
           << text;
       EXPECT_TRUE(text.ends_with("RESUME LAST SOUNDING COMPLETES IT, ALSO IN ANOTHER FOLDER."));
     }
+  }
+}
+
+/// A last row at 10 m (or -10), in steps of 2 cm.
+struct PlaceCase {
+  const char* what;
+  float last, depth, rebound;
+  int units, format;
+  const char* distance;  // null: nothing is told
+  const char* bring_to = "";
+};
+
+constexpr PlaceCase kPlaces[] = {
+    {"at the row", 10, 10, 0, 0, 0, nullptr},
+    {"short of the next row", 10, 10.01f, 0, 0, 0, nullptr},
+    {"a step on", 10, 10.02f, 0, 0, 0, "0.02 m BELOW", "10.00 m"},
+    {"pushed on", 10, 10.5f, 0, 0, 0, "0.50 m BELOW", "10.00 m"},
+    {"rebound of half a step", 10, 10, 0.01f, 0, 0, nullptr},
+    {"drawn up", 10, 10, 0.3f, 0, 0, "0.30 m ABOVE", "10.00 m"},
+    {"pushed on and drawn up to the row", 10, 10.3f, 0.3f, 0, 0, nullptr},
+    {"feet", 10, 10.5f, 0, 1, 0, "1.64 ft BELOW", "32.81 ft"},
+    {"elevations", -10, -9.5f, 0, 0, 1, "0.50 m BELOW", "10.00 m"},
+    {"depths below datum shown upward", 10, 10.5f, 0, 0, 1, "0.50 m BELOW", "-10.00 m"},
+};
+
+std::string PlaceText(const PlaceCase& row) {
+  const std::string distance = row.distance;
+  const std::string drilled =
+      ", WITH " + distance.substr(0, distance.rfind(' ')) + " AS THE DISTANCE DRILLED.";
+  return "THE CONE STANDS " + distance + " THE LAST ROW.  BRING IT TO " + row.bring_to +
+         " BEFORE YOU PRESS RESUME AT LAST DEPTH, WHICH GOES ON FROM THERE.  OR PULL IT OUT AND "
+         "PRESS RESUME AT SURFACE" +
+         (distance.ends_with("BELOW") ? drilled : ".");
+}
+
+const std::string kEndOrGoOn = "  PRESS OK TO END THE PROGRAM, OR CANCEL TO GO ON.";
+
+TEST(Suspend, TellsHowFarTheConeStandsFromTheLastRowAndGoesOn) {
+  for (const PlaceCase& row : kPlaces) {
+    for (const bool by_button : {true, false}) {
+      SCOPED_TRACE(row.what);
+      Console console;
+      settings.DepthUnits = static_cast<std::int16_t>(row.units);
+      settings.DepthFormat = static_cast<std::int16_t>(row.format);
+      CreateSoundingFiles();
+      sounding.ConsoleMode = 2;
+      sounding.RowCount = 1;
+      sounding.Rows(1, 0) = row.last;
+      sounding.CurrentDepth = row.depth;
+      sounding.Rebound = row.rebound;
+      ResetBoxes();
+      if (by_button) {
+        Main_cmdWarningOK2_Click();
+        EXPECT_TRUE(frmZOLRestart.Visible);
+        EXPECT_EQ(sounding.ConsoleMode, 1);
+      } else if (row.distance == nullptr) {
+        EXPECT_THROW(Main_QueryUnload(), ProgramEnd);
+      } else {
+        Main_QueryUnload();
+      }
+      ASSERT_EQ(OpenBoxes().size(), row.distance == nullptr ? 0u : 1u);
+      if (row.distance == nullptr) continue;
+      EXPECT_EQ(FrontBox()->text, PlaceText(row) + (by_button ? "" : kEndOrGoOn));
+    }
+  }
+}
+
+/// Without rows the resume tells itself where it goes on.
+TEST(Suspend, WithoutRowsOrBehindTheStopTellsNothingOfThePlace) {
+  for (const bool stopped : {true, false}) {
+    Console console;
+    CreateSoundingFiles();
+    sounding.ConsoleMode = stopped ? 1 : 2;
+    sounding.RowCount = stopped ? 1 : 0;
+    sounding.CurrentDepth = 5;
+    ResetBoxes();
+    EXPECT_THROW(Main_QueryUnload(), ProgramEnd);
+    EXPECT_TRUE(OpenBoxes().empty());
   }
 }
 

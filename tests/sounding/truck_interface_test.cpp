@@ -16,7 +16,7 @@ struct Truck : Console {
     settings.DepthCounterType = static_cast<std::int16_t>(counter_type);
     sounding.ConsoleMode = 2;
     sounding.NextRecordCount = 2;
-    StartFile(kTemporaryFile, 0);  // a sounding has begun
+    StartFile(kTemporaryFile, "");  // a sounding has begun
   }
 };
 

@@ -156,6 +156,12 @@ bool PosixDisk::FileExists(const std::string& path) {
   return Stat(path, facts) && !S_ISDIR(facts.st_mode);
 }
 
+std::int64_t PosixDisk::SizeOf(const std::string& path) {
+  struct stat facts {};
+  return Stat(path, facts) && !S_ISDIR(facts.st_mode) ? static_cast<std::int64_t>(facts.st_size)
+                                                      : -1;
+}
+
 bool PosixDisk::FolderExists(const std::string& path) {
   struct stat facts {};
   return Stat(path, facts) && S_ISDIR(facts.st_mode);

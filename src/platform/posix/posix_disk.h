@@ -23,6 +23,7 @@ class PosixDisk : public Disk {
   void MakeFolder(const std::string& path) override;
   std::string Read(const std::string& path) override;
   bool FileExists(const std::string& path) override;
+  std::int64_t SizeOf(const std::string& path) override;
   bool FolderExists(const std::string& path) override;
   std::vector<DirectoryEntry> List(const std::string& folder) override;
   /// What this user may still use, not what the system keeps back.
