@@ -401,16 +401,13 @@ TEST(DiskFaults, AWindowClosedWithALaggingFileEndsWithNoRowInMemoryAlone) {
     run.disk.SetRoom(0);
     ++sounding.RowCount;
     RecordRow();
-    while (OpenBoxes().size() > 1) {
-      AnswerBox(OpenBoxes().back().id, BoxAnswer::Ok);
-      Yield();
-    }
+    const std::size_t told = OpenBoxes().size() - 1;  // behind the question
     AnswerBox(id, ends ? BoxAnswer::Ok : BoxAnswer::Cancel);
     EXPECT_NO_THROW(Yield());
-    ASSERT_EQ(OpenBoxes().size(), ends ? 1u : 0u);
+    ASSERT_EQ(OpenBoxes().size(), told + (ends ? 1u : 0u));
     if (!ends) continue;
-    EXPECT_TRUE(FrontBox()->text.starts_with("THE DISK REFUSES 1 ROW, WHICH STAND IN MEMORY"))
-        << FrontBox()->text;
+    const std::string text = OpenBoxes().back().text;
+    EXPECT_TRUE(text.starts_with("THE DISK REFUSES 1 ROW, WHICH STAND IN MEMORY")) << text;
   }
 }
 

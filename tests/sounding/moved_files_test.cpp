@@ -156,7 +156,10 @@ struct StubbornDisk : MemoryDisk {
     return MemoryDisk::Read(path);
   }
   void Rename(const std::string& from, const std::string& to) override {
-    if (from.starts_with(unmovable)) throw RuntimeFault(from + ": Operation not permitted");
+    const bool is_main = from.find(".cpt") != std::string::npos;
+    if (from.starts_with(unmovable) && !is_main) {
+      throw RuntimeFault(from + ": Operation not permitted");
+    }
     MemoryDisk::Rename(from, to);
   }
   std::string unreadable = "-";

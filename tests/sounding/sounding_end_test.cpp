@@ -252,7 +252,8 @@ TEST(CloseSounding, AskedAtTheBaselineSaysWhichButtonTriesAgain) {
   ended.disk.SetRoom(0);
   ++sounding.RowCount;
   RecordRow();
-  Answer(BoxAnswer::No);
+  AnswerBox(FrontBox()->id, BoxAnswer::No);
+  Yield();
   ASSERT_FALSE(OpenBoxes().empty());
   const std::string text = OpenBoxes().back().text;
   EXPECT_TRUE(text.starts_with("THE SOUNDING CANNOT BE SUSPENDED.")) << text;
