@@ -278,11 +278,16 @@ void RealKills::Take(const KillFindings& findings) {
   for (const std::string& fault : findings.faults) ADD_FAILURE() << cpt << ": " << fault;
 }
 
-/// In a life from the surface: before its first row, and once.
+/// In a life from the surface: before its first row, and once. None where the life before was ended
+/// behind its mark and before a row: that one stands.
 void RealKills::ExpectMark() {
   const std::size_t rows = RowsOnly(told).size();
   if (rows == 0) return;
   ++behind_marks;
+  if (!known.empty() && IsGapMark(known.back())) {
+    EXPECT_EQ(told.size(), rows) << "the mark that stands";
+    return;
+  }
   EXPECT_EQ(told.size(), rows + 1) << "one gap row";
   EXPECT_TRUE(IsGapMark(told.front())) << told.front();
 }
@@ -332,7 +337,10 @@ void RealKills::ExpectEnd(const Program& console, bool sent, const std::string& 
   EXPECT_TRUE(killed || done) << "ended by signal " << console.EndSignal() << ", exit code "
                               << console.ExitCode() << (sent ? ", killed" : ", not killed") << "\n"
                               << said;
-  EXPECT_TRUE(killed || !IsOpen(Temporary())) << "ended before the sounding's end\n" << said;
+  // A loaded machine may take fewer rows than the sensors lie apart: these are not closed.
+  const std::string temporary = Temporary();
+  const bool closed = !IsOpen(temporary) || RowsOnly(LinesOfCopy(temporary)).size() < kCptLag;
+  EXPECT_TRUE(killed || closed) << "ended before the sounding's end\n" << said;
 }
 
 /// One life of the console, to its kill, or to its end when that came first.
