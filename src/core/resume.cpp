@@ -263,7 +263,12 @@ void TellDamage(const StoredSounding& stored) {
          InMetres(stored.rows[rows - 1].depth - stored.rows[rows - 2].depth) +
          " BELOW THE ROW BEFORE IT.  COMPARE ITS DEPTH WITH THE RODS.");
   }
-  if (stored.rows.empty()) {
+  if (stored.rows.empty() && stored.loses_lines) {
+    Tell(
+        "NO ROW OF THE LAST SOUNDING'S TEMPORARY DATA CAN BE READ.  WHAT ITS FILE HOLDS IS TAKEN "
+        "WHEN "
+        "IT IS RESUMED; WITHOUT THAT ITS DEPTH GOES ON ONE DEPTH STEP ABOVE 0.");
+  } else if (stored.rows.empty()) {
     Tell("THE LAST SOUNDING HOLDS NO ROWS.  ITS DEPTH GOES ON ONE DEPTH STEP ABOVE 0.");
   }
 }

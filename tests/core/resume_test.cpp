@@ -255,6 +255,18 @@ TEST_F(ResumeScreen, OfAHeaderWithoutRowsStartsOneStepBelow0AndWarns) {
   EXPECT_FLOAT_EQ(sounding.CurrentDepth, -0.02F);
 }
 
+TEST_F(ResumeScreen, OfWhichNoRowCanBeReadDoesNotSayThatItHasNone) {
+  TextLines lines = StoredLines(3);
+  for (std::size_t i = 17; i < lines.size(); ++i) lines[i] = "torn";
+  Put(lines);
+  Resume();
+  ASSERT_FALSE(world.boxes.texts.empty());
+  EXPECT_EQ(
+      world.boxes.texts.back().find("NO ROW OF THE LAST SOUNDING'S TEMPORARY DATA CAN BE READ."),
+      0U)
+      << world.boxes.texts.back();
+}
+
 TEST_F(ResumeScreen, OfOneRowStartsOneStepAboveIt) {
   PutDepths({"1.50"});
   Resume();
