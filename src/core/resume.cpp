@@ -279,7 +279,7 @@ struct KeptSounding {
   std::size_t rows = 0;
   int number = 0;  ///< of its name; the first free one was taken
   std::string path;
-  auto operator<=>(const KeptSounding&) const = default;
+  auto operator<=>(const KeptSounding&) const = default;  // NOLINT: no pointer is compared
 };
 
 constexpr std::string_view kKeptHead = "TemporaryData (";

@@ -280,6 +280,7 @@ LineRead ReadLine(std::string_view line, std::size_t columns) {
 /// them, or twice, are none.
 void JudgeOrder(std::vector<LineRead>& lines, const std::vector<std::size_t>& part) {
   std::vector<float> depths;
+  depths.reserve(part.size());
   for (const std::size_t place : part) depths.push_back(lines[place].row->depth);
   const std::vector<bool> in_order = InOrder(depths);
   // Steps of less than a hundredth may well give the same line twice.
