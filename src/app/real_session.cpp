@@ -65,6 +65,7 @@ std::string RealSession::DataFolder() const {
 void RealSession::MakeRig() {
   RigSetup rig_setup = MakeRigSetup(setup_.rig);
   rig_setup.seed = setup_.seed;
+  if (setup_.change_rig) setup_.change_rig(rig_setup);
   rig_ = std::make_unique<Rig>(rig_setup);
   MakeWires();
   WritePortList();

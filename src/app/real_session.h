@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +29,7 @@ struct RealSessionSetup {
   int truck_port = 4;
   int idle_ports = 0;            ///< ports on which nobody answers, COM 11 and up
   bool idle_on_network = false;  ///< else on pseudo terminals
+  std::function<void(RigSetup&)> change_rig;  ///< over the setup of that name; none: as it is
 };
 
 class RealSession {

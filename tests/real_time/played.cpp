@@ -93,7 +93,9 @@ void KeepFiles(Played& played, const std::string& data) {
 
 Played PlayVirtual(const SoundingPlan& plan) {
   Played played;
-  VirtualSession session(MakeRigSetup(plan.rig), {});
+  RigSetup rig = MakeRigSetup(plan.rig);
+  if (plan.change_rig) plan.change_rig(rig);
+  VirtualSession session(rig, {});
   const std::string data = VirtualSession::DataDirectory();
   played.folder = "/soundings";
   TheDisk().MakeFolder(played.folder);
@@ -115,6 +117,7 @@ Played PlayReal(const SoundingPlan& plan, bool on_network) {
   setup.cone_on_network = setup.idle_on_network = on_network;
   setup.folder = place.Path();
   setup.idle_ports = plan.idle_ports;
+  setup.change_rig = plan.change_rig;
   RealSession session(setup);
   played.folder = place / "soundings";
   TheDisk().MakeFolder(played.folder);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "rig/rig.h"
 #include "rig/rig_log.h"
 
 namespace penlog {
@@ -18,6 +19,7 @@ struct SoundingPlan {
   std::string rig = "dcs";              ///< the setup's name
   std::map<int, std::string> settings;  ///< by position, over the first-run settings; none: no file
   // In real time:
+  std::function<void(RigSetup& rig)> change_rig;
   int idle_ports = 0;  ///< ports on which nobody answers
   std::function<void(RealSession& session)> begin;
   std::function<void(const std::string& words)> test;  ///< `rig test WORDS` in the script

@@ -37,6 +37,7 @@ constexpr double kOnGrid = 0.0011;      // m
 constexpr double kMostOfThem = 0.6;
 constexpr Micros kLongestRecovery = 30 * kSecond;
 constexpr std::size_t kHeldBack = 5;    // rows
+constexpr double kRod = 10.0;           // m
 constexpr double kTipAtRest = 0.25;     // V
 constexpr std::size_t kASCIIPort = 54;  // line of the settings, from 0
 
@@ -82,6 +83,8 @@ struct PortLossInRealTime : testing::TestWithParam<bool> {
     plan.script = "recording.txt";
     plan.settings = {{41, "3"}, {42, "4"}};
     plan.idle_ports = kIdlePorts;
+    // A rod that outlasts the slowest recovery: no rod break holds up the rows behind it.
+    plan.change_rig = [](RigSetup& rig) { rig.truck.rod_length = kRod; };
     plan.begin = [this](RealSession& its) { Begin(its); };
     plan.test = [this](const std::string& words) { Test(words); };
   }
@@ -122,7 +125,7 @@ struct PortLossInRealTime : testing::TestWithParam<bool> {
 
   /// Plays `body`, and judges the losses and the rows.
   void Play(const std::string& body) {
-    plan.body = body;
+    plan.body = body + "rig stop\nwait 1\n";
     run = PlayReal(plan, GetParam());
     std::cout << watch.Table(GetParam() ? "network" : "pseudo terminal");
     ASSERT_EQ(run.exit_code, 0) << run.report << "\n" << body;
@@ -241,7 +244,7 @@ struct LossOnTheNetwork : PortLossInRealTime {};
 struct LossOnAPseudoTerminal : PortLossInRealTime {};
 
 TEST_P(PortLossInRealTime, OfTheConeUnderAnotherNumberAndOfTheTruckInterface) {
-  Play("rig push 1\nwait 3\n" +
+  Play("rig push 9\nwait 3\n" +
        LossText("cone's port away, back as COM20",
                 std::string("rig unplug cone\n") + kConeLost + "wait 1\n",
                 "rig replug cone 20 0.1s\nwait 0.2\n", kConeWell) +
@@ -251,16 +254,15 @@ TEST_P(PortLossInRealTime, OfTheConeUnderAnotherNumberAndOfTheTruckInterface) {
                 "rig plug truck\n", kTruckWell));
 }
 
-// The rods stand in the long loss, so that no rod break holds up the rows behind it.
 TEST_P(LossOnAPseudoTerminal, OfConeAndTruckInterfaceAtOnceAndOfTheConeForLong) {
-  Play("rig push 1\nwait 3\n" +
+  Play("rig push 9\nwait 3\n" +
        LossText(
            "cone's and truck's ports away, both back",
            std::string("rig unplug cone\nrig unplug truck\n") + kConeLost + kTruckLost + "wait 1\n",
            "rig plug truck\nrig plug cone\n", kConeWell + kTruckWell) +
        LossText("cone's port away for " + LongestLoss() + " s, back",
                 std::string("rig unplug cone\n") + kConeLost + "rig stop\nwait " + LongestLoss() +
-                    "\nrig push 1\n",
+                    "\nrig push 5\n",
                 "rig plug cone\n", kConeWell));
 }
 
@@ -271,7 +273,7 @@ TEST_P(PortLossInRealTime, OfAConeThatIsGoneForAMomentSilentFrozenOrGarbled) {
                "rig fault frozen\nexpect Main.lblCommError \"COMM ERR: cone repeats\"\n",
                "rig fault frozen off\n", kConeWell + "expect Main.lblCommError \"\"\n") +
       LossText("one reply garbled", "rig fault garbled 1\n", "wait 0.5\n", kConeWell);
-  Play("rig push 1\nwait 3\n" +
+  Play("rig push 9\nwait 3\n" +
        LossText("cone's port away for a moment", "rig unplug cone\nwait 0.1\n", "rig plug cone\n",
                 kConeWell) +
        LossText("cone silent", std::string("rig fault silent\n") + kConeSilent + "wait 1\n",
@@ -295,7 +297,7 @@ TEST_P(LossOnTheNetwork, OfTheConeInABaselineBehindTheStartAndAtTheStopQuestion)
                     "rig test the baseline is of whole readings\n",
                 " held") +
        LossText("cone's port away right behind START",
-                std::string("click Main.cmdStart\nrig unplug cone\nrig push 1.5\n"
+                std::string("click Main.cmdStart\nrig unplug cone\nrig push 9\n"
                             "expect Main.cmdStart \"STOP\"\n") +
                     kConeLost + "wait 1\n",
                 "rig plug cone\n", kConeWell) +
@@ -332,7 +334,7 @@ expect StartUp.frmResume visible
                 "rig plug cone\n", "screen frmConeSettings 30\n", " held") +
        "click frmConeSettings.cmdClose\nscreen Main\n" +
        LossText("cone's port away in the first readings of a resume",
-                std::string("rig unplug cone\nrig test the readings fill\nrig push 0.9\n") +
+                std::string("rig unplug cone\nrig test the readings fill\nrig push 9\n") +
                     kConeLost + "wait 1\n",
                 "rig plug cone\n", kConeWell));
   const auto rows = TemporaryRows(run.temporary);
@@ -342,8 +344,8 @@ expect StartUp.frmResume visible
   }
 }
 
-// The rods go past the first metre, below which limits count, with a way up in place of a rod
-// break. What has raised the quit is over when the cone comes back: it stays latched.
+// The rods go past the first metre, below which limits count, with a way up between. What has
+// raised the quit is over when the cone comes back: it stays latched.
 TEST_P(LossOnAPseudoTerminal, OfTheConeAndOfTheTruckInterfaceUnderALatchedQuitHoldTheRig) {
   step = 0.1;
   plan.settings[21] = "0.1";
@@ -418,7 +420,7 @@ TEST_P(LossOnTheNetwork, OfTheASCIIPortThatWasMovedAndWithNoPortFree) {
   const std::string well =
       "expect frmWarning.frmASCIISerialConnected visible\n"
       "expect frmWarning.frmASCIIOutWarning hidden\nrig test a line goes out\n";
-  Play("rig push 1\nwait 3\nrig test a line goes out\n" +
+  Play("rig push 9\nwait 3\nrig test a line goes out\n" +
        LossText("ASCII port moved by the operator", R"(click Main.cmdResetPorts
 screen frmResetComms
 expect frmResetComms.lblASCIIOutSerialPort "11"
