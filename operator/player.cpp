@@ -342,8 +342,13 @@ bool Player::TakeBox() {
     if (script_.actions[at].verb == "answer") return false;
   }
   const BoxAnswer answer = Offers(box->buttons, BoxAnswer::Yes) ? BoxAnswer::Yes : BoxAnswer::Ok;
-  if (hands_.answer) return hands_.answer(answer).empty();
-  AnswerBox(box->id, answer);
+  const std::string text = box->text;
+  if (!hands_.answer) {
+    AnswerBox(box->id, answer);
+  } else if (!hands_.answer(answer).empty()) {
+    return false;
+  }
+  if (hands_.took_box) hands_.took_box(text);
   return true;
 }
 

@@ -32,6 +32,8 @@ struct PlayerHands {
   std::function<void(const ScriptAction& action)> turn;
   /// Boxes that the script does not answer are taken with YES or OK.
   bool takes_boxes = false;
+  /// Told the text of each box that is taken so.
+  std::function<void(const std::string& text)> took_box;
 };
 
 class Player {

@@ -1,5 +1,6 @@
 // penlog-operator SCRIPT [options]: plays an operator script on the console and its simulated rig.
 #include <QApplication>
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -42,9 +43,9 @@ constexpr const char* kUsage =
     "  --look     the colours that the console starts with (day)\n"
     "  --hash     prints a number that is equal for equal runs\n"
     "  --boxes    boxes that the script does not answer are taken with YES or OK\n"
-    "  --tell     prints at once \"at LINE\" as the turn of a line of the script comes, and in "
-    "real\n"
-    "             time \"row TEXT\" as a row of the recovery copy has been synced\n"
+    "  --tell     prints at once \"at LINE\" as the turn of a line of the script comes,\n"
+    "             \"box TEXT\" as one was taken by --boxes, and in real time \"row TEXT\" as a\n"
+    "             row of the recovery copy has been synced\n"
     "exit: 0 played to its end, 1 something was not as expected, 2 the words or the script\n";
 
 struct Options {
@@ -141,6 +142,12 @@ void AddShots(PlayerHands& hands, const Options& options, View& view) {
   };
 }
 
+std::string OneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return text;
+}
+
 PlayerHands HandsOf(const Options& options) {
   PlayerHands hands;
   hands.takes_boxes = options.boxes;
@@ -148,6 +155,7 @@ PlayerHands HandsOf(const Options& options) {
     hands.turn = [](const ScriptAction& action) {
       TellAtOnce("at " + std::to_string(action.line));
     };
+    hands.took_box = [](const std::string& text) { TellAtOnce("box " + OneLine(text)); };
   }
   return hands;
 }

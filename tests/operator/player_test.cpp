@@ -138,7 +138,10 @@ TEST_F(PlayerTest, TakesBoxesThatTheScriptDoesNotAnswerWhereItIsTold) {
   const std::string script = "click Trial.cmdGo\nexpect Trial.lblSaid yes 2\n";
   PlayerHands hands;
   hands.takes_boxes = true;
+  std::vector<std::string> taken;
+  hands.took_box = [&taken](const std::string& text) { taken.push_back(text); };
   EXPECT_EQ(Play(script, nullptr, hands), 0);
+  EXPECT_EQ(taken, (std::vector<std::string>{"TOLD", "GO ON?"}));
   ResetYield();
   ResetBoxes();
   form.lblSaid.Caption.clear();
