@@ -20,7 +20,7 @@ int buttons_held = 0;
 class EntryKeys : public QObject {
  public:
   EntryKeys(ControlMirror& mirror, QListWidget& list)
-      : QObject(&list), mirror_(mirror), list_(list) {
+      : QObject(&mirror), mirror_(mirror), list_(list) {
     list.installEventFilter(this);
   }
   bool eventFilter(QObject*, QEvent* event) override {
@@ -112,7 +112,8 @@ void JoinInputs(ControlMirror& mirror) {
   if (auto* folders = qobject_cast<FolderView*>(widget)) JoinFolders(mirror, *folders);
 }
 
-HoldWatcher::HoldWatcher(ControlMirror& mirror) : QObject(mirror.Widget()), mirror_(mirror) {
+// A window that is destroyed closes behind its mirrors: the watcher goes with the mirror.
+HoldWatcher::HoldWatcher(ControlMirror& mirror) : QObject(&mirror), mirror_(mirror) {
   mirror.Widget()->installEventFilter(this);
 }
 
