@@ -10,7 +10,6 @@
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
 #include "sounding/held_rows.h"
-#include "sounding/sounding_state.h"
 
 namespace penlog {
 
@@ -35,6 +34,15 @@ void ShowFirstScreen() {
   }
 }
 
+/// Rows and marks that stand in memory alone go with the program.
+void TryHeldOnceMore() {
+  try {
+    WriteAllHeld();
+  } catch (const ProgramEnd&) {
+    return;  // the disk has ended with it
+  }
+}
+
 }  // namespace
 
 void RunConsole(const std::function<void()>& at_end) {
@@ -44,7 +52,7 @@ void RunConsole(const std::function<void()>& at_end) {
     ShowFirstScreen();
     for (;;) WaitYield("the operator");
   } catch (const ProgramEnd&) {
-    if (sounding.RowsHeldBack > 0) WriteAllHeld();  // a last attempt: they stand in memory alone
+    TryHeldOnceMore();
     if (at_end) at_end();
     // Unloading stops the timers, lowers the output lines and closes the ports.
     ResetForms();

@@ -1,5 +1,9 @@
 #include "conelink/cone_settings_report.h"
 
+#include <exception>
+#include <new>
+#include <string>
+
 #include "conelink/cone_settings_text.h"
 #include "conelink/cone_state.h"
 #include "core/channels.h"
@@ -11,7 +15,6 @@
 #include "forms/setup_sounding_form.h"
 #include "forms/start_up_form.h"
 #include "platform/boxes.h"
-#include "platform/runtime_fault.h"
 #include "platform/texts.h"
 #include "platform/yield.h"
 #include "sounding/resumed_files.h"
@@ -35,7 +38,9 @@ bool IsTakenUp() {
     Tell(
         "THE LAST SOUNDING WAS NOT RESUMED.  NOTHING OF IT IS LOST, AND IT CAN BE RESUMED FROM THE "
         "START SCREEN AT ANY TIME.");
-  } catch (const RuntimeFault& fault) {
+  } catch (const std::bad_alloc&) {
+    Tell("THE LAST SOUNDING CANNOT BE RESUMED.  THERE IS NOT ENOUGH MEMORY.");
+  } catch (const std::exception& fault) {
     Tell(std::string("THE LAST SOUNDING CANNOT BE RESUMED.  ") + fault.what());
   }
   return false;

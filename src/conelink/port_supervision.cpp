@@ -120,12 +120,6 @@ void OpenOutput(SerialPort& port, int number, std::string_view port_settings) {
   port.Open();
 }
 
-/// With a probe camera the truck's port also carries the overlay, at the overlay's speed.
-const char* TruckSettings() {
-  if (settings.LumenProbePresent < 2) return "19200,N,8,1";
-  return settings.LumenProbePresent == 2 ? "9600,N,8,1" : "";
-}
-
 void OpenTruckAgain() {
   OpenTruckPort(TruckSettings());
   if (settings.LumenProbePresent == 2) ResendOverlayScreen();
@@ -254,6 +248,11 @@ void ShowConeConnected() {
 
 void ShowModulesLost() {
   Swap(frmWarning.frmModuleWarning, frmWarning.frmModulesConnected);
+}
+
+const char* TruckSettings() {
+  if (settings.LumenProbePresent < 2) return kTruckSettings;
+  return settings.LumenProbePresent == 2 ? kOverlaySettings : "";
 }
 
 void OpenConePort(int number) {

@@ -50,5 +50,10 @@ void ShowModulesLost();
 void OpenConePort(int number);
 
 constexpr std::string_view kConeSettings = "19200,N,8,1";
+/// Of the truck's port while it carries no overlay.
+constexpr const char* kTruckSettings = "19200,N,8,1";
+/// What the camera makes of them (`LumenProbePresent`): below 2 those, at 2 the overlay's, which
+/// goes out on the same port then; above that empty: the port keeps what it had.
+const char* TruckSettings();
 
 }  // namespace penlog

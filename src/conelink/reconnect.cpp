@@ -97,6 +97,7 @@ int ScanForCone() {
     Yield();
     if (!IsPresent(port)) continue;
     ShowProgress("LOOKING FOR THE CONE, PORT", ++tried, present);
+    SuperviseBeforeScan();  // depth is not left uncounted until all ports were asked
     if (ServesAnOutput(port)) continue;
     if (IsOpenTruckPort(port) ? ConeAnswersOnTruckPort() : ConeAnswersOn(port)) return port;
     cone.ConePortLost = kTrue;

@@ -1,5 +1,6 @@
 #include "core/message.h"
 
+#include "platform/boxes.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -9,15 +10,6 @@ void Tell(const std::string& text) {
     PostBox(text);
   } else {
     MsgBox(text);
-  }
-}
-
-void AskYesNo(const std::string& text, std::function<void(bool)> answered) {
-  if (IsRecording()) {
-    PostBox(text, BoxButtons::YesNo,
-            [answered](BoxAnswer answer) { answered(answer == BoxAnswer::Yes); });
-  } else {
-    answered(MsgBox(text, BoxButtons::YesNo) == BoxAnswer::Yes);
   }
 }
 

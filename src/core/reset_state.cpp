@@ -5,6 +5,7 @@
 #include "conelink/resync_state.h"
 #include "core/channels.h"
 #include "core/languages.h"
+#include "core/resumed_copy.h"
 #include "core/resumed_zeros.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -24,11 +25,13 @@
 #include "screens/reset_comms.h"
 #include "screens/setup_sounding.h"
 #include "screens/specify_ports.h"
+#include "sounding/distance_pushed.h"
 #include "sounding/held_rows.h"
 #include "sounding/missing_steps.h"
 #include "sounding/repeated_reading.h"
 #include "sounding/resume_depth.h"
 #include "sounding/sounding_state.h"
+#include "sounding/steps_note.h"
 
 namespace penlog {
 
@@ -42,6 +45,7 @@ void ResetState() {
   settings = SettingsState{};
   replaced_settings = ReplacedSettingsState{};
   session = SessionState{};
+  resumed_copy = ResumedCopyState{};
   resumed_zeros = ResumedZerosState{};
   cone = ConeState{};
   known_cone = KnownConeState{};
@@ -49,6 +53,8 @@ void ResetState() {
   sounding = SoundingState{};
   held_reasons = HeldReasonsState{};
   missing_steps = MissingStepsState{};
+  steps_note = StepsNoteState{};
+  distance_pushed = DistancePushedState{};
   repeated_reading = RepeatedReadingState{};
   resume_depth = ResumeDepthState{};
   display = DisplayState{};

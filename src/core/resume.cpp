@@ -5,6 +5,7 @@
 #include <cmath>
 #include <compare>
 #include <cstddef>
+#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,7 +15,9 @@
 #include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/error_trap.h"
+#include "core/feet.h"
 #include "core/message.h"
+#include "core/resumed_copy.h"
 #include "core/resumed_zeros.h"
 #include "core/session.h"
 #include "core/settings.h"
@@ -26,12 +29,13 @@
 #include "forms/start_up_form.h"
 #include "platform/files.h"
 #include "platform/numbers.h"
-#include "platform/runtime_fault.h"
+#include "platform/small_file.h"
 #include "platform/texts.h"
 #include "screens/typed_depth.h"
 #include "sounding/depth_count.h"
 #include "sounding/found_cpt.h"
 #include "sounding/reached.h"
+#include "sounding/resumed_header.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -41,12 +45,17 @@ namespace {
 constexpr std::int16_t kReadingsAveraged = 4;
 constexpr float kDeepest = 12'000;  ///< m; as deep as a sounding's start may lie
 constexpr std::size_t kMostLinesTold = 5;
-constexpr float kHundredth = 0.01f;  ///< m; the last digit of the recovery copy's depths
+constexpr float kUnlikelyJump = 5;  ///< m; told where the last row lies so far below the others
+
+constexpr double kHundredth = 0.01;        ///< m; the last digit of the recovery copy's depths
+constexpr double kFloatNoise = 1e-4;       ///< m; of depths and their differences
+constexpr double kAlike = kHundredth / 2;  ///< m
+constexpr double kAlikeRounded = 1.5 * kHundredth;  ///< m; of one step that is no whole hundredths
 constexpr std::size_t kEnoughDistances = 3;
-constexpr float kMostOfThem = 0.8f;
-constexpr float kMostStep = 10;       ///< m; rows further apart tell no step
-constexpr float kUnlikelyJump = 5;    ///< m; told where the last row lies so far below the others
-constexpr float kFloatNoise = 1e-4f;  ///< m; of depths and their differences
+constexpr double kMostOfThem = 0.8;
+constexpr double kMostStep = 10;       ///< m; rows further apart tell no step
+constexpr double kFewSteps = 3;        ///< as many may fall together
+constexpr double kFellTogether = 1.8;  ///< steps that rows which fell together stand apart at most
 
 bool HasHeaderColumnOnly(int channel) {
   return channels.RecordMode(channel) == 3;
@@ -92,58 +101,114 @@ void TakeRows(const StoredSounding& stored) {
   }
 }
 
+/// Rows stand whole counts apart, each `DepthStepCounts` of them.
 void PlaceStart() {
   sounding.Rows(0, 0) = sounding.Rows(1, 0) - settings.DepthStep;  // without rows row 1 is all 0
   session.StartDepth = sounding.Rows(0, 0);
-  sounding.DepthCounts =
-      settings.DepthStep / settings.DepthResolution * static_cast<float>(sounding.RowCount);
+  sounding.DepthCounts = static_cast<float>(settings.DepthStepCounts * sounding.RowCount);
 }
 
-/// How far apart the rows stand, and how exactly that is known.
-struct RowSpacing {
-  float metres = 0;  ///< 0 with less than two rows
-  float error = 0;   ///< what the hundredths of the recovery copy leave open
-  std::size_t distances = 0;
-  bool is_regular = true;  ///< most distances agree: rows around a loss tell no step
+/// From a row to the next one.
+struct RowDistance {
+  double metres = 0;
+  bool begins_part = false;  ///< behind a drilled gap: the errors before it don't cancel out here
 };
 
-std::vector<float> DistancesOfRows() {
-  std::vector<float> distances;
+/// Those between neighbouring rows, none across the mark of a drilled gap.
+std::vector<RowDistance> DistancesOfRows() {
+  const auto gaps = ReadTemporaryData(resumed_copy.Text, HasHeaderColumnOnly, kMostRows).gaps;
+  std::vector<RowDistance> distances;
+  bool begins_part = false;
   for (std::int32_t row = 2; row <= sounding.RowCount; ++row) {
-    distances.push_back(sounding.Rows(row, 0) - sounding.Rows(row - 1, 0));
+    const bool across = std::find(gaps.begin(), gaps.end(), row - 1) != gaps.end();
+    const float metres = sounding.Rows(row, 0) - sounding.Rows(row - 1, 0);
+    if (!across) distances.push_back({static_cast<double>(metres), begins_part});
+    begins_part = across;
   }
   return distances;
 }
 
-/// The mean of the usual distances: those next to the middle one. A drilled gap and rows that a
-/// lost link left out stand apart.
-RowSpacing SpacingOfRows() {
-  std::vector<float> distances = DistancesOfRows();
-  if (distances.empty()) return {};
-  const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
-  std::nth_element(distances.begin(), middle, distances.end());
-  const float usual = *middle;
-  double sum = 0;
-  float usual_ones = 0;
-  float parts = 1;  // the errors of neighbouring distances cancel out but for the ends of a part
-  for (const float distance : distances) {
-    const bool is_usual = std::abs(distance - usual) <= 1.5f * kHundredth;
-    sum += is_usual ? static_cast<double>(distance) : 0.0;
-    ++(is_usual ? usual_ones : parts);
-  }
-  return {static_cast<float>(sum) / usual_ones, kHundredth * parts / usual_ones + kFloatNoise,
-          distances.size(),
-          distances.size() < kEnoughDistances ||
-              usual_ones >= kMostOfThem * static_cast<float>(distances.size())};
+/// How far apart rows are counted: another length than the step where that is no whole counts.
+double DistanceOfSettings() {
+  return static_cast<double>(settings.DepthStepCounts) *
+         static_cast<double>(settings.DepthResolution);
 }
 
-/// Whether they are so far apart by the step of the settings. One or two distances of several steps
-/// may be rows that a lost link left out.
-bool IsStepOfSettings(const RowSpacing& spacing) {
-  const float step = settings.DepthStep;
-  const bool tells = spacing.distances >= kEnoughDistances;
-  const float steps = tells ? 1.0f : std::max(std::round(spacing.metres / step), 1.0f);
-  return std::abs(spacing.metres - steps * step) <= spacing.error;
+/// What the distances are in steps of the settings.
+enum class StepsOfSettings {
+  None,      ///< most are no whole steps, or shorter
+  Whole,     ///< most may be: passes that are too slow leave out rows
+  AboutOne,  ///< and so few are several steps that rows fell together now and then
+};
+
+/// How much less than this a distance is off that is rounded at both ends. Depths that lie between
+/// two hundredths may be rounded either way.
+double Rounding(double step) {
+  const bool is_whole_hundredths = std::abs(std::remainder(step, kHundredth)) < kFloatNoise;
+  return is_whole_hundredths ? kHundredth - kFloatNoise : kHundredth + kFloatNoise;
+}
+
+/// Two depth steps between two passes give one row. A distance that the hundredths leave open
+/// counts as any of its numbers of steps.
+StepsOfSettings StepsOf(const std::vector<RowDistance>& distances) {
+  const double step = DistanceOfSettings();
+  const double rounding = Rounding(step);
+  double open = kHundredth;  // what the hundredths leave open at the ends of each part
+  double sum = 0;
+  double least = 0;
+  double most = 0;
+  double sum_of_few = 0;
+  double few = 0;
+  double whole = 0;
+  for (const RowDistance& distance : distances) {
+    const double from = std::max(std::ceil((distance.metres - rounding) / step), 0.0);
+    const double to = std::floor((distance.metres + rounding) / step);
+    const bool is_whole = from <= to;
+    const bool is_few = is_whole && from <= kFewSteps;
+    if (!is_few) open += kHundredth;
+    if (!is_whole) continue;
+    ++whole;
+    sum += distance.metres;
+    least += from * step;
+    most += to * step;
+    sum_of_few += is_few ? distance.metres : 0;
+    few += is_few ? 1 : 0;
+  }
+  const auto count = static_cast<double>(distances.size());
+  if (whole < kMostOfThem * count || sum < least - open || sum > most + open ||
+      sum_of_few < few * step - open) {
+    return StepsOfSettings::None;
+  }
+  const bool is_about_one = 2 * few >= count && sum_of_few <= kFellTogether * few * step;
+  return is_about_one ? StepsOfSettings::AboutOne : StepsOfSettings::Whole;
+}
+
+/// How far apart the rows stand, and how exactly that is known.
+struct RowSpacing {
+  double metres = 0;
+  double error = 0;         ///< what the hundredths of the recovery copy leave open
+  bool is_regular = false;  ///< most distances agree: rows around a loss tell no step
+};
+
+/// The mean of the usual distances: those `reach` metres from the middle one at most. Rows that a
+/// lost link left out stand apart.
+RowSpacing SpacingOf(const std::vector<RowDistance>& distances, double reach) {
+  std::vector<double> sorted(distances.size());
+  std::transform(distances.begin(), distances.end(), sorted.begin(),
+                 [](const RowDistance& distance) { return distance.metres; });
+  const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
+  std::nth_element(sorted.begin(), middle, sorted.end());
+  double sum = 0;
+  double usual = 0;
+  double parts = 1;  // the errors of neighbouring distances cancel out but for the ends of a part
+  for (const RowDistance& distance : distances) {
+    const bool is_usual = std::abs(distance.metres - *middle) <= reach;
+    sum += is_usual ? distance.metres : 0;
+    usual += is_usual ? 1 : 0;
+    parts += is_usual && !distance.begins_part ? 0 : 1;
+  }
+  return {sum / usual, kHundredth * parts / usual + kFloatNoise,
+          usual >= kMostOfThem * static_cast<double>(distances.size())};
 }
 
 void UseDepthStep(float step) {
@@ -156,27 +221,49 @@ std::string InMetres(float length) {
 }
 
 /// The step next to a length, as its text reads: 5 steps of 0.02 m are 0.1 m.
-float WholeSteps(float length) {
+float WholeSteps(double length) {
   const auto resolution = static_cast<double>(settings.DepthResolution);
-  const auto counts = static_cast<double>(RoundHalfEven(static_cast<double>(length) / resolution));
+  const auto counts = static_cast<double>(RoundHalfEven(length / resolution));
   return ParseSingle(Format(std::max(counts, 1.0) * resolution, "0.00####"));
 }
 
-/// The rows that are aligned already can't be aligned again: the sounding goes on with the step it
-/// was begun with, while the settings file keeps its own.
-void KeepStepOfRows() {
-  const RowSpacing spacing = SpacingOfRows();
-  const float before = settings.DepthStep;
-  if (spacing.metres <= 0 || spacing.metres > kMostStep) return;
-  if (!spacing.is_regular || IsStepOfSettings(spacing)) return;
+/// The step that the rows tell, in whole counts; none where it is that of the settings or can't be
+/// told. Whole steps of the settings must be alike: rows that fell together are not.
+std::optional<float> OtherStep(StepsOfSettings steps, const RowSpacing& spacing) {
+  const double own = DistanceOfSettings();
+  if (steps == StepsOfSettings::AboutOne || !spacing.is_regular) return std::nullopt;
+  if (spacing.metres <= 0 || spacing.metres > kMostStep) return std::nullopt;
+  if (std::abs(spacing.metres - own) <= spacing.error) return std::nullopt;
   const float step = WholeSteps(spacing.metres);
-  if (std::abs(step - before) < settings.DepthResolution / 2) return;
-  session.DepthStepOfSettings = before;
-  UseDepthStep(step);
-  PlaceStart();
-  Tell("THE ROWS OF THE LAST SOUNDING STAND " + InMetres(spacing.metres) +
+  const double apart = std::abs(static_cast<double>(step) - own);
+  if (apart < static_cast<double>(settings.DepthResolution) / 2) return std::nullopt;
+  return step;
+}
+
+/// The rows that are aligned already can't be aligned again: the sounding goes on with the step it
+/// was begun with, while the settings file keeps its own. One or two distances of more than a step
+/// may be rows that a lost link left out.
+void KeepStepOfRows() {
+  const std::vector<RowDistance> distances = DistancesOfRows();
+  const double own = DistanceOfSettings();
+  if (distances.empty() || !(own > 0)) return;
+  const StepsOfSettings steps = StepsOf(distances);
+  const bool are_whole = steps == StepsOfSettings::Whole;
+  const RowSpacing spacing = SpacingOf(distances, are_whole ? kAlike : kAlikeRounded);
+  const std::optional<float> step = OtherStep(steps, spacing);
+  if (!step) return;
+  const float before = settings.DepthStep;
+  const bool is_longer = static_cast<double>(*step) > own;
+  const bool may_be_loss = is_longer && distances.size() < kEnoughDistances;
+  if (may_be_loss && std::abs(std::remainder(spacing.metres, own)) <= spacing.error) return;
+  if (!may_be_loss) {
+    session.DepthStepOfSettings = before;
+    UseDepthStep(*step);
+    PlaceStart();
+  }
+  Tell("THE ROWS OF THE LAST SOUNDING STAND " + InMetres(static_cast<float>(spacing.metres)) +
        " APART, THE SETTINGS SAY " + InMetres(before) + ".  THE SOUNDING GOES ON WITH " +
-       InMetres(step) + ".");
+       InMetres(settings.DepthStep) + ".");
 }
 
 /// Nothing of the sounding is left: another may be begun.
@@ -213,7 +300,7 @@ void LeaveOnlyPanelAndExit() {
 /// doesn't tell.
 std::int16_t DepthFormatOf(const StoredSounding& stored) {
   std::optional<bool> elevations;
-  Trapped([&] { elevations = HoldsElevations(ReadCpt(ReadFile(stored.main_file), stored)); });
+  Trapped([&] { elevations = HoldsElevations(ReadCpt(ReadSmallFile(stored.main_file), stored)); });
   return elevations ? static_cast<std::int16_t>(*elevations ? 1 : 0) : settings.DepthFormat;
 }
 
@@ -230,18 +317,20 @@ void ShowPanel(std::int16_t format) {
   StartUp.frmResume.Visible = true;
 }
 
-std::string Few(const std::vector<std::string>& lines) {
+std::string Few(const StoredSounding& stored) {
+  const std::vector<std::string>& lines = stored.damage;
   std::string text;
   for (std::size_t i = 0; i < std::min(lines.size(), kMostLinesTold); ++i) text += "  " + lines[i];
   if (lines.size() > kMostLinesTold) {
-    text += "  AND " + PlainNumber(static_cast<int>(lines.size() - kMostLinesTold)) + " MORE";
+    const std::size_t more = lines.size() - kMostLinesTold + stored.damage_untold;
+    text += "  AND " + PlainNumber(static_cast<int>(more)) + " MORE";
   }
   return text;
 }
 
 /// The mark doesn't say how deep the cone went: the operator does.
 void TellOpenGap(const StoredSounding& stored, std::int16_t format) {
-  if (!stored.EndsInGap()) return;
+  if (!stored.EndsInGap() && !stored.EndsInTornGap()) return;
   const std::string last =
       stored.rows.empty() ? "" : "  ITS LAST ROW STANDS AT " + LastDepth(format) + ".";
   Tell("THE LAST SOUNDING WAS RESUMED FROM THE SURFACE, AND NO ROW WAS TAKEN AFTER THAT." + last +
@@ -252,7 +341,7 @@ void TellDamage(const StoredSounding& stored) {
   const std::string kept = "  WHEN THE SOUNDING IS RESUMED, THE DAMAGED FILE IS KEPT BESIDE.";
   if (!stored.damage.empty()) {
     Tell("PART OF THE LAST SOUNDING'S TEMPORARY DATA CANNOT BE READ AND IS LEFT OUT." +
-         (stored.loses_lines ? kept : "") + Few(stored.damage));
+         (stored.loses_lines ? kept : "") + Few(stored));
   }
   const std::size_t rows = stored.rows.size();
   const bool is_behind_gap =
@@ -287,7 +376,7 @@ constexpr std::string_view kKeptHead = "TemporaryData (";
 std::optional<KeptSounding> KeptSoundingOf(const std::string& path, const std::string& name) {
   std::optional<KeptSounding> kept;
   Trapped([&] {
-    const auto stored = ReadTemporaryData(ReadFile(path), HasHeaderColumnOnly, kMostRows);
+    const auto stored = ReadTemporaryData(ReadSmallFile(path), HasHeaderColumnOnly, kMostRows);
     if (stored.done || !stored.unreadable.empty()) return;
     const int number = ToInteger16(LeadingNumber(name.substr(kKeptHead.size())));
     kept = {stored.date_time, stored.rows.size(), number, path};
@@ -324,15 +413,19 @@ std::optional<StoredSounding> ReadLastSounding() {
       Tell("THERE IS NO SOUNDING TO RESUME.  " + path + " IS MISSING." + WhatStandsBeside(path));
       return std::nullopt;
     }
-    const std::string text = ReadFile(path);
+    const std::string text = ReadSmallFile(path);
     StoredSounding stored = ReadTemporaryData(text, HasHeaderColumnOnly, kMostRows);
+    if (!stored.done && stored.unreadable.empty()) TakeConeOfHead(stored);
     if (stored.done) Tell(session.LastSoundingCompletedMessage);
     if (!stored.unreadable.empty()) {
       Tell(start + path + ": " + stored.unreadable + "." +
            (Trim(text).empty() ? WhatStandsBeside(path) : ""));
     }
-    if (!stored.done && stored.unreadable.empty()) return stored;
-  } catch (const RuntimeFault& fault) {
+    if (!stored.done && stored.unreadable.empty()) {
+      resumed_copy.Text = text;
+      return stored;
+    }
+  } catch (const std::exception& fault) {
     Tell(start + fault.what());
   }
   return std::nullopt;
@@ -340,7 +433,6 @@ std::optional<StoredSounding> ReadLastSounding() {
 
 /// Returns when the cone could not be used, or when the operator gave up.
 void LookForLastCone() {
-  KeepStepOfRows();
   session.ReadingsAveraged = kReadingsAveraged;
   session.CalibrationMode = kFalse;
   session.CalibrationPlaybackOnly = kFalse;
@@ -417,6 +509,7 @@ void StartUp_cmdResumeAtLastDepth_Click() {
         "PRESS RESUME AT SURFACE, OR TAKE THE DISTANCE OUT AND PRESS RESUME AT LAST DEPTH AGAIN.");
     return;
   }
+  KeepStepOfRows();
   session.ResumeDepthStatus = 0.0f;
   sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
   LookForLastCone();

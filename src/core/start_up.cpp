@@ -18,6 +18,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/port_driver.h"
+#include "platform/small_file.h"
 #include "platform/texts.h"
 #include "platform/value_reader.h"
 #include "platform/yield.h"
@@ -43,7 +44,7 @@ std::string UnfinishedSounding() {
   std::string first_line;
   Trapped([&] {
     if (!TheDisk().FileExists(session.SoundingFiles[0])) return;
-    ValueReader reader("TemporaryData.txt", ReadFile(session.SoundingFiles[0]));
+    ValueReader reader("TemporaryData.txt", ReadSmallFile(session.SoundingFiles[0]));
     first_line = reader.ReadLine();
   });
   return Trim(first_line) == "DONE" ? "" : Printable(first_line);

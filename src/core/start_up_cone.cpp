@@ -5,6 +5,7 @@
 #include "conelink/cone_state.h"
 #include "conelink/identification.h"
 #include "conelink/plain_exchange.h"
+#include "conelink/port_supervision.h"
 #include "conelink/reconnect.h"
 #include "conelink/reply_order.h"
 #include "core/channels.h"
@@ -30,10 +31,10 @@ namespace {
 constexpr int kAttemptsBetweenScans = 5;
 constexpr int kModules = 9;
 
-void OpenConePort() {
+void OpenStartUpPort() {
   Trapped([] { StartUp.ConeComm.Close(); });
   Trapped([] { StartUp.ConeComm.SetCommPort(settings.ConeSerialPort); });
-  Trapped([] { StartUp.ConeComm.SetSettings("19200,N,8,1"); });
+  Trapped([] { StartUp.ConeComm.SetSettings(kConeSettings); });
   Trapped([] { StartUp.ConeComm.Open(); });
   StartUp.ConeComm.SetInputMode(InputModes::Text);
 }
@@ -50,7 +51,7 @@ void ReadModules() {
 /// One attempt; modules are asked once the cone was found, and never for a resume, also when that
 /// was cancelled meanwhile. What it could not make of the cone's memory goes into `fault`.
 void AskCone(int attempt, bool resumes, std::string& fault) {
-  OpenConePort();
+  OpenStartUpPort();
   StartUp.lblLoad.Caption = attempt <= 2 ? "LOOKING FOR CONE" : "CONE NOT FOUND. CHECKING PORTS";
   ShowProgress("STEP", kStartSteps, kStartSteps);
   try {

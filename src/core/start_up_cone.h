@@ -3,7 +3,7 @@
 
 namespace penlog {
 
-/// Reads the cone and, where they are looked for, its modules, up to five times with a line break
+/// Reads the cone and, where they are looked for, its modules, again and again with a line break
 /// between; after each fifth time all ports are scanned. Returns when the report page was left, or
 /// when the operator was told why the start can't go on.
 void LookForCone();

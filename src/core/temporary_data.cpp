@@ -18,6 +18,9 @@ namespace penlog {
 namespace {
 
 constexpr std::size_t kHeaderLines = 17;
+constexpr std::size_t kMostDamageTold = 100;
+constexpr std::size_t kTextLines = 13;  ///< the first of them
+constexpr std::string_view kDateForm = "0000-00-00 00:00:00";
 constexpr std::size_t kHead = 13;
 constexpr std::size_t kField = 20;
 constexpr std::size_t kDepthPlaces = 2;  ///< of depth and speed
@@ -59,6 +62,11 @@ int ColumnOf(std::string_view field, int last) {
   const bool fits = number > last && number <= kChannels && number == std::floor(number);
   const int channel = fits ? static_cast<int>(number) : 0;
   return channel == 19 || channel == 20 ? 0 : channel;
+}
+
+/// A character of a date by that of its form, 0 for a digit.
+bool FitsForm(char letter, char form) {
+  return form == '0' ? letter >= '0' && letter <= '9' : letter == form;
 }
 
 /// The channels of the column line; none where the line is not one.
@@ -110,6 +118,19 @@ std::string_view TakeNumber(std::string_view& text, std::size_t places) {
   return number;
 }
 
+/// The same for a value. What has no decimal places fills its field and may touch a wide number.
+std::string_view TakeValue(std::string_view& text) {
+  static constexpr std::array<std::string_view, 4> kWithoutPlaces = {"-32768", "nan", "inf",
+                                                                     "-inf"};
+  std::string_view field = text.substr(0, kField);
+  field.remove_prefix(std::min(field.find_first_not_of(' '), field.size()));
+  if (std::find(kWithoutPlaces.begin(), kWithoutPlaces.end(), field) == kWithoutPlaces.end()) {
+    return TakeNumber(text, kValuePlaces);
+  }
+  text.remove_prefix(std::min(kField, text.size()));
+  return field;
+}
+
 std::optional<float> RowNumber(std::string_view text) {
   if (text == "nan") return std::numeric_limits<float>::quiet_NaN();
   if (text == "inf") return std::numeric_limits<float>::infinity();
@@ -126,11 +147,9 @@ std::optional<StoredRow> Row(std::string_view text) {
   if (!depth || !speed) return std::nullopt;
   row.depth = *depth;
   row.speed = *speed;
-  while (!text.empty()) {
-    const auto value = RowNumber(TakeNumber(text, kValuePlaces));
-    if (!value) return std::nullopt;
-    row.values.push_back(*value);
-  }
+  auto values = RowValues(text);
+  if (!values) return std::nullopt;
+  row.values = std::move(*values);
   return row;
 }
 
@@ -146,7 +165,17 @@ bool IsGap(std::string_view line) {
          (line.size() - kGapMark.size()) % kField == 0;
 }
 
+/// What is left of a mark that was torn as it was written, or damaged since.
+bool IsTornGap(std::string_view line) {
+  const bool is_begin = !line.empty() && kGapMark.starts_with(line);
+  return !IsGap(line) && (is_begin || line.starts_with("DRILLOUT"));
+}
+
 void TellLine(StoredSounding& stored, std::size_t number, const std::string& why) {
+  if (stored.damage.size() >= kMostDamageTold) {
+    ++stored.damage_untold;
+    return;
+  }
   stored.damage.push_back("LINE " + PlainNumber(static_cast<int>(number)) + ": " + why);
 }
 
@@ -166,15 +195,32 @@ void TakeZeros(StoredSounding& stored, std::string_view line) {
   }
 }
 
-void TakeHeader(StoredSounding& stored, const Lines& lines) {
-  std::size_t line = 0;
-  for (std::string* text :
-       {&stored.main_file, &stored.sounding_name, &stored.company_name, &stored.operator_name,
-        &stored.cone_id, &stored.location, &stored.job_number, &stored.hole_number,
-        &stored.date_time, &stored.header_note, &stored.footer_note1, &stored.footer_note2,
-        &stored.gps_position}) {
-    *text = FromFileBytes(lines[line++]);
+/// No text of a header holds control characters; a tab may have been pasted into one.
+bool IsUnreadable(char letter, std::size_t line) {
+  const auto code = static_cast<unsigned char>(letter);
+  const bool is_number = line == kStoredConeLine || line == kStoredDateLine;
+  return (code < 0x20 && (is_number || letter != '\t')) || code == 0x7F ||
+         (line == kStoredDateLine && code > 0x7F);
+}
+
+void TakeText(StoredSounding& stored, std::string_view bytes, std::size_t line) {
+  std::string readable(bytes);
+  for (char& letter : readable) {
+    if (IsUnreadable(letter, line)) letter = '?';
   }
+  std::string& text = stored.HeaderText(line) = FromFileBytes(readable);
+  const bool is_empty = Trim(text).empty();
+  const bool is_damaged = readable != bytes || (line == kStoredConeLine && is_empty) ||
+                          (line == kStoredDateLine && !is_empty && !IsStoredDate(text));
+  if (!is_damaged) return;
+  stored.lost_texts.push_back(line);
+  TellLine(stored, line,
+           is_empty ? "IT NAMES NO CONE" : "IT IS DAMAGED AND READS \"" + Left(text, 40) + "\"");
+}
+
+void TakeHeader(StoredSounding& stored, const Lines& lines) {
+  stored.main_file = FromFileBytes(lines[0]);
+  for (std::size_t line = 2; line <= kTextLines; ++line) TakeText(stored, lines[line - 1], line);
   TakeWaterTable(stored, lines[13]);
   stored.graphs = Graphs(lines[14]);
   stored.columns = Columns(lines[15]);
@@ -189,11 +235,10 @@ bool IsMainFile(const std::string& path) {
     return static_cast<unsigned char>(letter) < 0x20;
   });
   const std::string extension = ToUpper(path.substr(path.size() - 3));
-  const bool is_letters = std::all_of(extension.begin(), extension.end(), [](char letter) {
-    return (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
-  });
-  static constexpr std::array<std::string_view, 8> kOthers = {"TXT", "ASC", "OLD", "NEW",
-                                                              "DIS", "SMC", "TIM", "RES"};
+  const bool is_letters = std::all_of(extension.begin(), extension.end(),
+                                      [](char letter) { return letter >= 'A' && letter <= 'Z'; });
+  static constexpr std::array<std::string_view, 12> kOthers = {
+      "TXT", "ASC", "OLD", "NEW", "TMP", "DIS", "SMC", "SEI", "TIM", "RES", "RST", "CAL"};
   return is_plain && is_letters &&
          std::find(kOthers.begin(), kOthers.end(), extension) == kOthers.end();
 }
@@ -201,7 +246,6 @@ bool IsMainFile(const std::string& path) {
 std::string WhyUnreadable(const StoredSounding& stored) {
   if (Trim(stored.main_file).empty()) return "LINE 1 NAMES NO FILE";
   if (!IsMainFile(stored.main_file)) return "LINE 1 NAMES NO FILE OF A SOUNDING";
-  if (Trim(stored.cone_id).empty()) return "LINE 5 NAMES NO CONE";
   if (stored.columns.empty()) return "LINE 16 NAMES NO CHANNELS";
   return {};
 }
@@ -252,12 +296,13 @@ std::vector<int> RowChannelsOf(const std::vector<int>& columns, const Lines& lin
 struct LineRead {
   std::string_view line;
   bool is_gap = false;
+  bool is_torn_gap = false;
   std::optional<StoredRow> row;
   std::string why;
 };
 
 LineRead ReadLine(std::string_view line, std::size_t columns) {
-  LineRead read = {line, IsGap(line), std::nullopt, ""};
+  LineRead read = {line, IsGap(line), IsTornGap(line), std::nullopt, ""};
   if (read.is_gap) return read;
   if (!Unquoted(line)) {
     read.why = "IT IS NO WHOLE ROW";
@@ -303,7 +348,7 @@ void JudgeOrder(std::vector<LineRead>& lines) {
   std::vector<std::size_t> part;
   for (std::size_t place = 0; place < lines.size(); ++place) {
     if (lines[place].row) part.push_back(place);
-    if (lines[place].is_gap || place + 1 == lines.size()) {
+    if (lines[place].is_gap || lines[place].is_torn_gap || place + 1 == lines.size()) {
       JudgeOrder(lines, part);
       part.clear();
     }
@@ -315,6 +360,12 @@ void TakeLine(StoredSounding& stored, LineRead& read, std::size_t number, std::i
     stored.gaps.push_back(static_cast<std::int32_t>(stored.rows.size()));
     return Keep(stored, read.line);
   }
+  if (read.is_torn_gap) stored.torn_gap = static_cast<std::int32_t>(stored.rows.size());
+  if (!read.row && !read.is_torn_gap) {
+    const std::size_t marks = stored.gaps.size() + (stored.torn_gap >= 0 ? 1 : 0);
+    stored.lost.push_back(
+        {static_cast<std::int32_t>(stored.rows.size()), static_cast<std::int32_t>(marks)});
+  }
   if (!read.row) return LeaveOut(stored, number, read.why);
   if (static_cast<std::int32_t>(stored.rows.size()) >= most_rows) {
     return LeaveOut(stored, number, "THERE IS ROOM FOR " + PlainNumber(most_rows) + " ROWS");
@@ -324,6 +375,43 @@ void TakeLine(StoredSounding& stored, LineRead& read, std::size_t number, std::i
 }
 
 }  // namespace
+
+bool IsStoredDate(std::string_view text) {
+  text = Trim(text);
+  return std::equal(text.begin(), text.end(), kDateForm.begin(), kDateForm.end(), FitsForm);
+}
+
+std::optional<std::vector<float>> RowValues(std::string_view text) {
+  std::vector<float> values;
+  while (!text.empty()) {
+    const auto value = RowNumber(TakeValue(text));
+    if (!value) return std::nullopt;
+    values.push_back(*value);
+  }
+  return values;
+}
+
+bool StoredSounding::LosesText(std::size_t line) const {
+  return std::find(lost_texts.begin(), lost_texts.end(), line) != lost_texts.end();
+}
+
+std::string& StoredSounding::HeaderText(std::size_t line) {
+  const std::array<std::string*, 12> texts = {
+      &sounding_name, &company_name, &operator_name, &cone_id,      &location,     &job_number,
+      &hole_number,   &date_time,    &header_note,   &footer_note1, &footer_note2, &gps_position};
+  return *texts[line - 2];
+}
+
+bool StoredSounding::FitsDate(std::string_view date) const {
+  const std::string_view mine = Trim(date_time);
+  date = Trim(date);
+  if (date == mine) return true;
+  if (!IsStoredDate(date) || mine.size() != date.size()) return false;
+  for (std::size_t i = 0; i < mine.size(); ++i) {
+    if (FitsForm(mine[i], kDateForm[i]) && mine[i] != date[i]) return false;
+  }
+  return true;
+}
 
 StoredSounding ReadTemporaryData(std::string_view text, bool (*header_only)(int channel),
                                  std::int32_t most_rows) {

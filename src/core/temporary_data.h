@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,6 +17,12 @@ struct StoredRow {
   float depth = 0;            ///< m
   float speed = 0;            ///< cm/s
   std::vector<float> values;  ///< raw, in the order of the channels that the line holds
+};
+
+/// Where a line that is left out stands.
+struct LostLine {
+  std::int32_t rows = 0;   ///< sound rows before it
+  std::int32_t marks = 0;  ///< marks of gaps before it, a torn one too
 };
 
 struct StoredSounding {
@@ -36,6 +43,13 @@ struct StoredSounding {
   std::string footer_note1;
   std::string footer_note2;
   std::string gps_position;
+  /// Lines from 2 to 13 that are damaged, rising; "?" stands in their texts for what can't be read.
+  std::vector<std::size_t> lost_texts;
+  bool LosesText(std::size_t line) const;
+  /// The text of a line from 2 to 13.
+  std::string& HeaderText(std::size_t line);
+  /// Whether a date is that of line 9, as far as this can be read.
+  bool FitsDate(std::string_view date) const;
   float water_table = 0;                    ///< m; the sounding's reference value
   bool loses_water_table = false;           ///< its line is no number
   std::array<std::int16_t, 3> graphs{};     ///< channels of graphs 2 to 4, 0 none
@@ -44,17 +58,33 @@ struct StoredSounding {
   std::vector<int> row_channels;            ///< those of `columns` that have a field in a row
   std::vector<StoredRow> rows;
   std::vector<std::int32_t> gaps;  ///< rows before each mark of a drilled gap
+  std::int32_t torn_gap = -1;      ///< rows before the last mark that isn't whole; -1 there is none
+  std::vector<LostLine> lost;      ///< lines that are no rows and no marks, in their order
   /// Whether a mark stands behind the last row: the depth was reached, and no row taken there.
   bool EndsInGap() const {
     return !gaps.empty() && gaps.back() == static_cast<std::int32_t>(rows.size());
   }
+  /// The same, the mark being one that was torn or damaged and is left out.
+  bool EndsInTornGap() const { return torn_gap == static_cast<std::int32_t>(rows.size()); }
 
   /// The lines that are sound, as they stand, each with its line end: what the file should hold.
   std::string sound_text;
   /// What can't be read, one entry for each: "LINE 23: ...".
   std::vector<std::string> damage;
-  bool loses_lines = false;  ///< some of that are lines that `sound_text` leaves out
+  std::size_t damage_untold = 0;  ///< further ones behind the first hundred
+  bool loses_lines = false;       ///< some of that are lines that `sound_text` leaves out
 };
+
+// Lines of the header, as they are told.
+inline constexpr std::size_t kStoredConeLine = 5;
+inline constexpr std::size_t kStoredDateLine = 9;
+
+/// Whether a text is a date as the console writes it: "2026-06-15 09:30:00".
+bool IsStoredDate(std::string_view text);
+
+/// The values of a row, the text behind its depth and speed. Numbers wider than their field touch
+/// what stands beside them. None where something else stands there.
+std::optional<std::vector<float>> RowValues(std::string_view text);
 
 /// The mark that stands at the head of a gap row.
 inline constexpr std::string_view kGapMark = "DRILLOUT*****";

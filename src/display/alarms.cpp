@@ -6,6 +6,7 @@
 #include "display/view_settings.h"
 #include "forms/enlarged_graph_form.h"
 #include "platform/host.h"
+#include "sounding/held_rows.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {
@@ -19,7 +20,11 @@ constexpr int kToneMs = 400;
 AlarmSet StandingNow() {
   const bool cone_lost = cone.ConeLinkUp != kTrue || cone.ConePortLost == kTrue;
   return {sounding.QuitState == 1, cone_lost, cone.TruckPortLost == kTrue,
-          sounding.RowsHeldBack > 0};
+          LinesHeld(kTemporaryFile) > 0, LinesHeld(kCptFile) > 0};
+}
+
+bool IsOn(const AlarmSet& set, Alarm alarm) {
+  return set[static_cast<std::size_t>(alarm)];
 }
 
 }  // namespace
@@ -27,7 +32,8 @@ AlarmSet StandingNow() {
 int NewAlarms(const AlarmSet& before, const AlarmSet& now) {
   int count = 0;
   for (std::size_t i = 0; i < kAlarms; ++i) count += now[i] && !before[i] ? 1 : 0;
-  return count;
+  const bool lags_anew = IsOn(now, Alarm::FileLags) && !IsOn(before, Alarm::FileLags);
+  return lags_anew && IsOn(now, Alarm::RowsHeld) ? count - 1 : count;
 }
 
 void FollowAlarms() {

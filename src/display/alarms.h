@@ -1,5 +1,5 @@
 // A new alarm sounds one tone, and the enlarged graph makes way for it: a quit has latched, a link
-// was lost, rows are held back.
+// was lost, rows stand in memory alone, the sounding file lags.
 #pragma once
 
 #include <array>
@@ -7,13 +7,14 @@
 
 namespace penlog {
 
-enum class Alarm : std::size_t { Quit, ConeLink, TruckLink, RowsHeld };
-constexpr std::size_t kAlarms = 4;
+enum class Alarm : std::size_t { Quit, ConeLink, TruckLink, RowsHeld, FileLags };
+constexpr std::size_t kAlarms = 5;
 
 /// What stands on at one time, by `Alarm`.
 using AlarmSet = std::array<bool, kAlarms>;
 
-/// How many stand on now that did not before: as many tones are sounded.
+/// How many stand on now that did not before: as many tones are sounded. A file that lags while
+/// rows stand in memory alone has their cause, and counts for none.
 int NewAlarms(const AlarmSet& before, const AlarmSet& now);
 
 struct AlarmState {

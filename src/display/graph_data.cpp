@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "core/channels.h"
+#include "core/feet.h"
+#include "core/resume_waits.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "display/display_state.h"
@@ -59,7 +61,7 @@ void FollowDepthAxis() {
   const float top = display.GraphDepthMin;
   const float bottom = display.GraphDepthMax;
   float deepest = sounding.CurrentDepth;
-  if (session.ResumeDepthStatus == 1.0F && sounding.ConsoleMode == 1) {
+  if (ResumeWaits() && sounding.ConsoleMode == 1) {
     display.GraphDepthMax = AxisEndFor(session.ResumeTargetDepth);
     deepest = std::max(deepest, session.ResumeTargetDepth);
   }

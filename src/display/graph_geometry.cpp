@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "core/channels.h"
+#include "core/feet.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "display/display_state.h"
@@ -121,7 +122,8 @@ float AcrossQt(int g, float value) {
   return value / display.GraphShownMax[At(g)];
 }
 
-/// In feet the difference is multiplied, though the axis begins in feet: the required formula.
+/// In feet what lies below the start is multiplied and the start is not: the axis begins in feet
+/// with the number that the start has in metres.
 float Down(float depth, float distance) {
   const float below = depth - distance - display.GraphDepthMin;
   const float span = display.GraphDepthMax - display.GraphDepthMin;

@@ -5,9 +5,6 @@
 
 namespace penlog {
 
-/// Feet in a metre.
-constexpr float kFeetPerMetre = 3.281F;
-
 /// Factor from base units to the channel's selected unit.
 float UnitFactorOf(int channel);
 

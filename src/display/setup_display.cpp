@@ -12,6 +12,7 @@
 #include "forms/main_form.h"
 #include "forms/setup_display_form.h"
 #include "forms/setup_sounding_form.h"
+#include "platform/boxes.h"
 #include "platform/runtime_fault.h"
 #include "screens/last_sounding_parameters.h"
 #include "screens/setup_sounding.h"
@@ -41,7 +42,7 @@ void AskForFilterPlace() {
   SetupDisplay.cmdDone.Enabled = false;
 }
 
-/// CLEAR SELECTION is not enabled again; that asymmetry is required.
+/// CLEAR SELECTION stays disabled until the window is opened again.
 void CloseFilterQuestion() {
   SetupDisplay.frmSelectPPType.Visible = false;
   SetupDisplay.cmdPrevious.Enabled = true;

@@ -35,8 +35,10 @@ StripValues ValuesNow() {
   values.truck_lost = cone.TruckPortLost == kTrue;
   values.quit = sounding.QuitState == 1;
   values.ended = Main.frmTakeFinalBaseline.Visible || sounding.ExitUnderWay == kTrue;
+  const bool lacks = sounding.ReadingsTaken < session.ReadingsAveraged;
+  values.fills = status_strip.ResumeFills || (!session.ResumeConeId.empty() && lacks);
   values.RowCount = sounding.RowCount;
-  values.RowsHeldBack = LinesHeld(kTemporaryFile);  // else they can be resumed
+  values.RowsInMemory = LinesHeld(kTemporaryFile);  // else they can be resumed
   values.file = session.SoundingFiles[1];
   if (status_strip.LastRowAt >= 0) {
     values.last_row_age = (Now() - status_strip.LastRowAt) / kSecond;
@@ -89,7 +91,8 @@ StripState StateOf(const StripValues& values) {
   if (values.cone_lost) return StripState::LinkLost;
   if (values.truck_lost) return StripState::TruckLinkLost;
   if (values.quit) return StripState::StoppedByQuit;
-  return RecordsIn(values.ConsoleMode) ? StripState::Recording : StripState::Waiting;
+  const bool records = RecordsIn(values.ConsoleMode) && !values.fills;
+  return records ? StripState::Recording : StripState::Waiting;
 }
 
 const char* WordOf(StripState state) {
@@ -124,8 +127,8 @@ StripTexts MakeStripTexts(const StripValues& values) {
   StripTexts texts;
   texts.state = StateOf(values);
   texts.state_word = WordOf(texts.state);
-  texts.rows_on_disk = std::to_string(std::max(0, values.RowCount - values.RowsHeldBack));
-  if (values.RowsHeldBack > 0) texts.rows_held = std::to_string(values.RowsHeldBack);
+  texts.rows_on_disk = std::to_string(std::max(0, values.RowCount - values.RowsInMemory));
+  if (values.RowsInMemory > 0) texts.rows_held = std::to_string(values.RowsInMemory);
   texts.file = values.file.empty() ? "-" : NameOf(values.file);
   texts.last_row = AgeText(values.last_row_age);
   return texts;

@@ -16,8 +16,9 @@ struct StripValues {
   bool truck_lost = false;
   bool quit = false;   ///< one is latched and stops the rig; an overridden one does not
   bool ended = false;  ///< it was stopped
+  bool fills = false;  ///< the averages of a resume are not full: no row is taken
   std::int32_t RowCount = 0;
-  std::int32_t RowsHeldBack = 0;
+  std::int32_t RowsInMemory = 0;   ///< rows that the recovery copy lacks
   std::string file;                ///< path of the sounding file; empty: none yet
   std::int64_t last_row_age = -1;  ///< whole seconds; -1: no row was taken yet
 };
@@ -53,6 +54,7 @@ struct StatusStripState {
   Micros LastRowAt = -1;     ///< -1: none of this start of the program
   std::int64_t Second = -1;  ///< of the clock at the last look
   StripState Shown = StripState::Waiting;
+  bool ResumeFills = false;  ///< the readings that fill the averages of a resume are taken
 };
 
 inline StatusStripState status_strip;

@@ -1,12 +1,12 @@
 #include "fieldio/video_overlay.h"
 
 #include "conelink/cone_state.h"
+#include "core/feet.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "forms/main_form.h"
 #include "platform/clock.h"
 #include "platform/numbers.h"
-#include "sounding/depth_count.h"
 #include "sounding/sounding_state.h"
 
 namespace penlog {

@@ -14,7 +14,7 @@
 
 namespace penlog {
 
-constexpr std::string_view kOverlaySettings = "9600,N,8,1";
+constexpr const char* kOverlaySettings = "9600,N,8,1";
 
 /// What the board shows beside its commands.
 struct OverlayTexts {

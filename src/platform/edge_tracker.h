@@ -38,8 +38,6 @@ class EdgeTracker {
   /// lines only when they have differed from the count for `kDisagreementLimit`.
   EdgeReport Take(ModemLines lines, std::optional<EdgeCounts> counts, Micros now);
 
-  /// True when the counters say nothing new.
-  bool IsUpToDate(const std::optional<EdgeCounts>& counts) const { return counts == counts_; }
   /// True when lines changed and no counter ever did: the adapter has none that work.
   bool CountersAreDead() const { return counters_are_dead_; }
 

@@ -220,7 +220,8 @@ std::int64_t EdgesLostInAll() {
 
 void ShowEdgeHealth() {
   EdgeHealth health;
-  health.lost = EdgesLostInAll();
+  missing_steps.EdgesLost = EdgesLostInAll();
+  health.lost = missing_steps.EdgesLostBefore + missing_steps.EdgesLost;
   health.polled = TruckPort().PortOpen() && TruckPort().EdgesArePolled();
   health.steps_may_be_missing = sounding.StepsMayBeMissing == kTrue;
   health.missing_depth = sounding.StepsMayBeMissingDepth;

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "conelink/port_supervision.h"
 #include "core/channels.h"
 #include "core/message.h"
 #include "core/settings.h"
@@ -182,7 +183,7 @@ void frmSpecifyTruckInterface_cmbTruckInterfaceSerialPort_Click() {
   ComboBox& list = form.cmbTruckInterfaceSerialPort;
   const int number = ChosenIn(list);
   list.Enabled = false;  // a network port may take its time to open
-  const std::string refused = WhyNotOpened(form.EncoderComm, number, "19200,N,8,1");
+  const std::string refused = WhyNotOpened(form.EncoderComm, number, kTruckSettings);
   list.Enabled = true;
   if (!form.Visible) form.EncoderComm.Close();
   ShowLines();

@@ -2,18 +2,13 @@
 
 #include <cmath>
 
+#include "core/feet.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "platform/numbers.h"
 #include "platform/texts.h"
 
 namespace penlog {
-
-namespace {
-
-constexpr double kFeetPerMetre = 3.281;
-
-}  // namespace
 
 bool IsNumberOrEmpty(const std::string& text) {
   std::string typed = LocaleNumberText(Trim(text), session.CommaDecimal == 1);
@@ -25,13 +20,13 @@ bool IsNumberOrEmpty(const std::string& text) {
 
 float DepthOfText(const std::string& text) {
   double depth = LocaleNumber(text, session.CommaDecimal == 1);
-  if (settings.DepthUnits == 1) depth /= kFeetPerMetre;
+  if (settings.DepthUnits == 1) depth /= kFeetPerMetreTyped;
   if (settings.DepthFormat == 1) depth = 0 - depth;
   return static_cast<float>(depth);
 }
 
 std::string TextOfDepth(float depth) {
-  double shown = settings.DepthUnits == 1 ? depth * kFeetPerMetre : depth;
+  double shown = settings.DepthUnits == 1 ? depth * kFeetPerMetreTyped : depth;
   if (settings.DepthFormat == 1) shown = 0 - shown;
   return PlainNumber(static_cast<float>(std::round(shown * 1000) / 1000));
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "core/feet.h"
 #include "platform/numbers.h"
 #include "platform/serial_port.h"
 

@@ -48,8 +48,6 @@ float PushSpeed(float depth_step, double seconds);
 /// Above this a speed (cm/s) is a spike: shown once and not recorded.
 constexpr float kFastestPush = 40.0f;
 
-constexpr float kFeetPerMetre = 3.281f;
-
 struct DepthTexts {
   std::string depth;    ///< lblDepth
   std::string big;      ///< lblBigDepth

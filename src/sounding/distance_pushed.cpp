@@ -6,7 +6,9 @@
 #include <string_view>
 
 #include "conelink/cone_state.h"
+#include "core/channels.h"
 #include "core/error_trap.h"
+#include "core/resume_waits.h"
 #include "core/session.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
@@ -40,17 +42,30 @@ std::optional<float> AddedBefore() {
   return added;
 }
 
+/// The rods that are on their way down have pushed the cone to the last row before.
+float DepthPushed() {
+  if (!ResumeWaits()) return sounding.CurrentDepth;
+  return std::max(sounding.CurrentDepth, sounding.Rows(sounding.RowCount, 0));
+}
+
 }  // namespace
 
 float DistanceToAdd() {
   const auto added = AddedBefore();
-  return added ? std::max(sounding.CurrentDepth - *added, 0.0f) : sounding.CurrentDepth;
+  return added ? std::max(DepthPushed() - *added, 0.0f) : DepthPushed();
+}
+
+void AddDistancePushed() {
+  distance_pushed.Depth = DepthPushed();
+  distance_pushed.WaitingPassSends = ResumeWaits() ? kTrue : kFalse;
+  cone.DistancePushed += DistanceToAdd();
+  cone.DistancePushedPending = kTrue;
 }
 
 void NoteDistanceAdded() {
   const auto all = static_cast<double>(cone.DistancePushed);
   const auto rest = static_cast<float>(all - IntPart(all));  // the cone holds whole metres
-  const float now = sounding.CurrentDepth - rest;
+  const float now = distance_pushed.Depth - rest;
   const float added = std::max(now, AddedBefore().value_or(now));
   try {
     ReplaceFile(PathOfNote(), HeadOfNote() + Format(added, "0.000") + "\r\n");

@@ -7,9 +7,11 @@
 #include <utility>
 
 #include "conelink/cone_state.h"
+#include "core/channels.h"
 #include "core/settings.h"
 #include "platform/numbers.h"
 #include "platform/texts.h"
+#include "sounding/reached.h"
 #include "sounding/row_text.h"
 
 namespace penlog {
@@ -27,7 +29,6 @@ constexpr std::size_t kHeadLines = 23;
 
 constexpr std::size_t kBlanks = 13;  ///< characters of depth and speed
 constexpr std::size_t kColumn = 20;
-constexpr float kHundredth = 0.0051f;       ///< the recovery copy's last digit, and its rounding
 constexpr std::int32_t kRowsMatched = 200;  ///< enough to know a delay by
 constexpr std::int32_t kMostDelay = 1000;   ///< rows
 
@@ -64,7 +65,8 @@ bool IsText(const std::string& line, const std::string& text) {
 
 bool IsHeadOf(const std::vector<std::string>& lines, const StoredSounding& stored) {
   return FormOf(WithoutEnd(lines[0])) != CptForm::OfSettings &&
-         IsText(lines[kConeLine], stored.cone_id) && IsText(lines[kDateLine], stored.date_time) &&
+         IsText(lines[kConeLine], stored.cone_id) &&
+         stored.FitsDate(FromFileBytes(WithoutEnd(lines[kDateLine]))) &&
          WithoutEnd(lines[kNumberLine]) == NumberLineOf(stored.columns);
 }
 
@@ -91,7 +93,7 @@ bool AgreesButForLastDigit(const std::string& row, const std::string& expected, 
   if (row == expected) return true;
   const auto depth = DepthOf(row, form);
   const auto wanted = DepthOf(expected, form);
-  if (!depth || !wanted || std::abs(*depth - *wanted) > kHundredth) return false;
+  if (!depth || !wanted || std::abs(*depth - *wanted) > kSameDepth) return false;
   return row.substr(StartOf(row, form)->depth_end) ==
          expected.substr(StartOf(expected, form)->depth_end);
 }
@@ -154,7 +156,19 @@ std::string SpeedText(float speed) {
 /// 1 for a row that is negated, -1 for one that is not, 0 for one that is 0 but for its rounding.
 int SignVote(float depth, float stored) {
   const float apart = std::abs(depth - stored) - std::abs(depth + stored);
-  return apart > kHundredth ? 1 : apart < -kHundredth ? -1 : 0;
+  return apart > kSameDepth ? 1 : apart < -kSameDepth ? -1 : 0;
+}
+
+/// A row that stands in the line as the end writes it.
+bool IsHeldBack(const StoredRow& line, std::int32_t row) {
+  if (SpeedText(line.speed) != SpeedText(sounding.RowSpeed(row - 1))) return false;
+  const std::vector<int> columns = RowChannels();
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const bool got_there = row <= sounding.RowCount - channels.ChannelDelayRows(columns[i]);
+    const float value = got_there ? sounding.Rows(row, columns[i]) : kNoReading;
+    if (Format(line.values[i], "####0.00000") != Format(value, "####0.00000")) return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -181,14 +195,25 @@ std::optional<StoredRow> ReadCptRow(const FoundCpt& found, std::size_t place) {
   const auto speed =
       WholeSingleText(row.substr(start->depth_end, start->speed_end - start->depth_end));
   const std::size_t columns = RowChannels().size();
-  if (!speed || row.size() != start->speed_end + columns * kColumn) return std::nullopt;
-  StoredRow read{settings.DepthFormat == 1 ? -*depth : *depth, *speed, {}};
-  for (std::size_t column = 0; column < columns; ++column) {
-    const auto value = WholeSingleText(FieldOf(row, column, columns));
-    if (!value) return std::nullopt;
-    read.values.push_back(*value);
+  if (!speed || row.size() < start->speed_end + columns * kColumn) return std::nullopt;
+  auto values = RowValues(std::string_view(row).substr(start->speed_end));
+  if (!values || values->size() != columns) return std::nullopt;
+  return StoredRow{settings.DepthFormat == 1 ? -*depth : *depth, *speed, std::move(*values)};
+}
+
+bool IsClosingLine(const FoundCpt& found, std::size_t place) {
+  const std::string_view line = WithoutEnd(found.rows[place]);
+  if (Trim(line.substr(0, kBlanks)).empty()) return true;
+  auto depth = DepthOf(std::string(line), found.form);
+  if (!depth) return false;
+  if (settings.DepthFormat == 1) depth = -*depth;
+  const auto read = ReadCptRow(found, place);
+  const std::int32_t aligned = std::max(sounding.RowCount - cone.DelayRows, 0);
+  for (std::int32_t row = aligned + 1; row <= sounding.RowCount; ++row) {
+    if (std::abs(*depth - sounding.Rows(row, 0)) > kSameDepth) continue;
+    if (!read || IsHeldBack(*read, row)) return true;
   }
-  return read;
+  return false;
 }
 
 std::optional<float> WaterTableInHead(const FoundCpt& found) {
@@ -249,6 +274,11 @@ std::int16_t LagOfFile(const FoundCpt& found, std::int16_t least) {
     recorded.push_back(SpeedText(sounding.RowSpeed(row - 1)));
   }
   return ShiftOf(speeds, recorded, least).value_or(least);
+}
+
+bool RowAgrees(const FoundCpt& found, std::size_t place, std::int32_t newest) {
+  return place < found.rows.size() &&
+         AgreesButForLastDigit(found.rows[place], AlignedRow(newest), sounding.RowForm);
 }
 
 CptMending MendCpt(const FoundCpt& found) {

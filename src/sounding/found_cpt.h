@@ -14,6 +14,9 @@
 
 namespace penlog {
 
+/// m; two depths are the same: the recovery copy's last digit, and its rounding.
+inline constexpr float kSameDepth = 0.0051f;
+
 /// A `.cpt` file as found.
 struct FoundCpt {
   bool has_head = false;  ///< all lines of the head are there, and they are the sounding's
@@ -31,6 +34,11 @@ FoundCpt ReadCpt(std::string_view text, const StoredSounding& stored);
 /// A row of the file as it stands there: aligned, its depth not negated. None for a closing line
 /// and for one that is not whole.
 std::optional<StoredRow> ReadCptRow(const FoundCpt& found, std::size_t place);
+
+/// Whether a line of the file may be one of an end that was cut off: a row in memory that alignment
+/// held back, each value in its own row and -32768 for a sensor that did not get there, or the
+/// final baseline. Of a line with other columns than a row has the depth alone tells.
+bool IsClosingLine(const FoundCpt& found, std::size_t place);
 
 /// Line 12 of the head. None where it is no number.
 std::optional<float> WaterTableInHead(const FoundCpt& found);
@@ -57,6 +65,10 @@ struct CptMending {
   int changed = 0;    ///< rows that disagreed with the recovery copy
   int taken_out = 0;  ///< lines behind the last aligned row: those of an end that was cut off
 };
+
+/// Whether the row of the file at `place` is the one that becomes complete with row `newest` in
+/// memory, as below.
+bool RowAgrees(const FoundCpt& found, std::size_t place, std::int32_t newest);
 
 /// The rows that stand in memory, aligned, behind the head as found or, without one, a new head. A
 /// row that agrees with them but for the last digit of its depth stays as it is: the recovery copy

@@ -36,6 +36,17 @@ const std::string kChangedMessage =
     "THE SOUNDING FILE HAS CHANGED.  IT TAKES NO ROWS BEFORE IT IS AS IT WAS, OR A RESUME HAS "
     "MENDED IT.  THE ROWS ARE KEPT IN THE TEMPORARY DATA.  ";
 
+/// Of the recovery copy. Neither room nor, where it stands there, its medium helps.
+const std::string kCopyGoneMessage =
+    "THE TEMPORARY DATA IS GONE.  ITS ROWS ARE KEPT IN MEMORY AND WRITTEN WHEN IT IS BACK: PUT ITS "
+    "MEDIUM BACK IF THAT WAS PULLED OUT.  ";
+const std::string kCopyChangedMessage =
+    "THE TEMPORARY DATA HAS CHANGED.  IT TAKES NO ROWS BEFORE IT IS AS IT WAS: THEY ARE KEPT IN "
+    "MEMORY.  ";
+const std::string kWithoutCopy =
+    "DO NOT END THE PROGRAM.  UNTIL THEN THE SOUNDING CANNOT BE SUSPENDED, BUT STOPPED AND CLOSED: "
+    "THAT NEEDS THE SOUNDING FILE ALONE.  ";
+
 const std::string kShorter = ": shorter than what was written to it";
 const std::string kLonger = ": longer than what was written to it";
 
@@ -97,12 +108,15 @@ std::string WhyChanged(const HeldText& held, std::string_view content) {
 struct ChangedFault : RuntimeFault {
   using RuntimeFault::RuntimeFault;
 };
+struct GoneFault : RuntimeFault {
+  using RuntimeFault::RuntimeFault;
+};
 
 /// A file that is gone has taken its place along (a medium pulled out): appending would begin a
 /// new one without head and rows somewhere else. It may come back.
 void RequireStillThere(const HeldText& held, const std::string& path) {
   if (held.FileLength > 0 && !TheDisk().FileExists(path)) {
-    throw RuntimeFault(path + " is no longer there");
+    throw GoneFault(path + " is no longer there");
   }
 }
 
@@ -190,12 +204,14 @@ bool NothingFailed() {
                       [](const HeldText& held) { return held.Failed || !held.Text.empty(); });
 }
 
-/// Nothing is left: the next refusal is news again.
-void ForgetTold() {
-  std::erase_if(sounding.Told, [](const std::string& told) {
-    return told.starts_with(kHeldMessage) || told.starts_with(kLaggingMessage) ||
-           told.starts_with(kChangedMessage);
-  });
+std::set<std::string>& ToldOf(SoundingFile file) {
+  return held_reasons.Told[static_cast<std::size_t>(file)];
+}
+
+/// Nothing is left for the file: its next refusal is news again, whatever the others do.
+void ForgetTold(SoundingFile file) {
+  for (const std::string& told : ToldOf(file)) sounding.Told.erase(told);
+  ToldOf(file).clear();
 }
 
 /// Whether the recovery copy holds all that the `.cpt` file lacks.
@@ -210,7 +226,18 @@ void NoteFailed(SoundingFile file, const std::string& message, const std::except
   held.SyncFailed = held.SyncFailed || HasLanded(held, PathOf(file));
   CountHeldRows();
   held_reasons.Why[static_cast<std::size_t>(file)] = fault.what();
-  TellOnce((held.FileLength == kUnfit ? kUnfitMessage : message) + fault.what());
+  const std::string text = (held.FileLength == kUnfit ? kUnfitMessage : message) + fault.what();
+  ToldOf(file).insert(text);
+  TellOnce(text);
+}
+
+std::string MessageOfChanged(SoundingFile file) {
+  if (file == kTemporaryFile) return kCopyChangedMessage + kWithoutCopy;
+  return file == kCptFile ? kChangedMessage : kHeldMessage;
+}
+
+std::string MessageOfRefused(SoundingFile file) {
+  return LagsAlone(file) ? kLaggingMessage : kHeldMessage;
 }
 
 }  // namespace
@@ -222,17 +249,21 @@ bool WriteHeld(SoundingFile file) {
   try {
     Write(held, PathOf(file));
   } catch (const ChangedFault& fault) {
-    NoteFailed(file, file == kCptFile ? kChangedMessage : kHeldMessage, fault);
+    NoteFailed(file, MessageOfChanged(file), fault);
+    return false;
+  } catch (const GoneFault& fault) {
+    const bool is_copy = file == kTemporaryFile;
+    NoteFailed(file, is_copy ? kCopyGoneMessage + kWithoutCopy : MessageOfRefused(file), fault);
     return false;
   } catch (const std::exception& fault) {  // of any kind: the next file must get its line too
-    NoteFailed(file, LagsAlone(file) ? kLaggingMessage : kHeldMessage, fault);
+    NoteFailed(file, MessageOfRefused(file), fault);
     return false;
   }
   TakeAsWritten(held, held.Text);
   held.Text.clear();
   held.Failed = held.SyncFailed = false;
   if (sounding.RowsHeldBack > 0) CountHeldRows();
-  if (had_failed && NothingFailed()) ForgetTold();
+  if (had_failed) ForgetTold(file);
   return true;
 }
 

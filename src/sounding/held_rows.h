@@ -13,6 +13,7 @@
 
 #include <array>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -30,11 +31,13 @@ enum SoundingFile : int {
 /// Why the last attempt on each file failed, by the index of `SoundingFiles`.
 struct HeldReasonsState {
   std::array<std::string, 7> Why;
+  std::array<std::set<std::string>, 7> Told;  ///< since the file was whole last
 };
 inline HeldReasonsState held_reasons;
 
 /// Appends with one write and one sync, together with what is held for that file. True when all of
-/// it is on the disk, or the file is given up; otherwise it is held, and the operator is told once.
+/// it is on the disk, or the file is given up; otherwise it is held, and the operator is told once,
+/// and again when the file had been whole meanwhile.
 /// A medium that takes long for it is told, too.
 bool AppendOrHold(SoundingFile file, std::string_view text);
 

@@ -1,5 +1,7 @@
 #include "sounding/main_entry.h"
 
+#include <string_view>
+
 #include "conelink/cone_state.h"
 #include "conelink/port_supervision.h"
 #include "core/channels.h"
@@ -8,6 +10,7 @@
 #include "core/settings.h"
 #include "display/display_state.h"
 #include "display/set_display.h"
+#include "fieldio/ascii_out.h"
 #include "fieldio/video_overlay.h"
 #include "forms/main_form.h"
 #include "platform/texts.h"
@@ -22,6 +25,8 @@ namespace penlog {
 
 namespace {
 
+constexpr std::string_view kCalibratorSettings = "19200,N,8,1";
+
 void SetDefaults() {
   sounding.ManualClampState = 1;
   sounding.QuitSettleCount = 0;
@@ -35,7 +40,7 @@ void SetDefaults() {
 }
 
 /// True when the port stands open afterwards.
-bool OpenAnew(SerialPort& port, int number, const char* port_settings) {
+bool OpenAnew(SerialPort& port, int number, std::string_view port_settings) {
   return Trapped([&] {
     port.Close();
     port.SetSettings(port_settings);
@@ -47,10 +52,10 @@ bool OpenAnew(SerialPort& port, int number, const char* port_settings) {
 void OpenConeAndOutputs() {
   Trapped([] { OpenConePort(settings.ConeSerialPort); });
   if (session.CalibrationMode == kTrue) {
-    OpenAnew(Main.CalibratorComm, settings.CalibratorSerialPort, "19200,N,8,1");
+    OpenAnew(Main.CalibratorComm, settings.CalibratorSerialPort, kCalibratorSettings);
   }
   if (settings.ASCIIOutSerialPort > 0 &&
-      !OpenAnew(Main.ASCIIOutComm, settings.ASCIIOutSerialPort, "19200,N,8,1")) {
+      !OpenAnew(Main.ASCIIOutComm, settings.ASCIIOutSerialPort, kASCIIOutSettings)) {
     cone.ASCIIPortLost = kTrue;
   }
 }
@@ -61,15 +66,12 @@ void LayOut() {
   SetDisplay();  // clears the ranges of the charts and their shown copies
 }
 
-/// Above 2 no setting is made: the port keeps what it had. Where the cone came up under the truck's
-/// number, its lines are not the truck's.
+/// Where the cone came up under the truck's number, its lines are not the truck's.
 void OpenTruck() {
   if (ConeTookTheTrucksNumber()) return;
   const bool opened = Trapped([] {
     Main.EncoderComm.Close();
-    OpenTruckPort(settings.LumenProbePresent < 2    ? "19200,N,8,1"
-                  : settings.LumenProbePresent == 2 ? "9600,N,8,1"
-                                                    : "");
+    OpenTruckPort(TruckSettings());
   });
   if (!opened) cone.TruckPortLost = kTrue;
 }
@@ -77,7 +79,7 @@ void OpenTruck() {
 /// The start-up screen of a resumed sounding also holds the depth.
 void OpenOverlay() {
   if (settings.LumenProbePresent == 1 &&
-      !OpenAnew(Main.VideoOverlayComm, settings.VideoOverlaySerialPort, "9600,N,8,1")) {
+      !OpenAnew(Main.VideoOverlayComm, settings.VideoOverlaySerialPort, kOverlaySettings)) {
     cone.VideoPortLost = kTrue;
   }
   ResendOverlayScreen(!session.ResumeConeId.empty());

@@ -15,6 +15,7 @@
 #include "platform/clock.h"
 #include "platform/runtime_fault.h"
 #include "platform/yield.h"
+#include "sounding/distance_pushed.h"
 #include "sounding/held_rows.h"
 #include "sounding/main_entry.h"
 #include "sounding/port_requests.h"
@@ -23,6 +24,7 @@
 #include "sounding/resume_depth.h"
 #include "sounding/sounding_start.h"
 #include "sounding/sounding_state.h"
+#include "sounding/steps_note.h"
 #include "sounding/tell_once.h"
 
 namespace penlog {
@@ -54,6 +56,8 @@ void WaitingPass() {
   // In calibration mode the calibrator is read beside the cone here once its screen stands.
   GetConeData();
   TakeAskedBaseline();
+  const bool sends = distance_pushed.WaitingPassSends == kTrue && cone.ConeLinkUp == kTrue;
+  if (sends) Step(WriteDistancePushed);  // once: it is pending no more then
 }
 
 void WorkOfMode(bool link_was_lost) {
@@ -84,6 +88,7 @@ void Main_Timer1_Timer() {
   FollowStatusStrip();
   FollowAlarms();
   FollowResumeDepth();
+  KeepMissingSteps();
 }
 
 void MainloopPass() {
@@ -104,6 +109,7 @@ void MainloopPass() {
 }
 
 void Mainloop() {
+  TakeUpMissingSteps();  // before the first tick shows what is known of them
   EnterMainloop();
   for (;;) {
     try {

@@ -1,5 +1,5 @@
-// How often the truck interface was away in this sounding, and where first; the depth of the last
-// return stands in `SoundingState`.
+// How often the truck interface was away in this sounding, and where first, and what edges it lost;
+// the depth of the last return stands in `SoundingState`.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,9 @@ namespace penlog {
 
 struct MissingStepsState {
   std::int32_t TimesAway = 0;
-  float FirstDepth = 0;  ///< m; `CurrentDepth` at the first return
+  float FirstDepth = 0;              ///< m; `CurrentDepth` at the first return
+  std::int64_t EdgesLost = 0;        ///< in this program, as the status window has counted them
+  std::int64_t EdgesLostBefore = 0;  ///< before the resume
 };
 
 inline MissingStepsState missing_steps;

@@ -1,13 +1,13 @@
 #include "sounding/moved_files.h"
 
 #include <cstddef>
+#include <exception>
 #include <vector>
 
 #include "core/error_trap.h"
 #include "core/message.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
-#include "platform/runtime_fault.h"
 #include "sounding/held_rows.h"
 #include "sounding/sounding_files.h"
 
@@ -54,7 +54,7 @@ bool Try(const std::string& what, Work work) {
     try {
       work();
       return true;
-    } catch (const RuntimeFault& fault) {
+    } catch (const std::exception& fault) {  // a file may be too long for the memory
       if (MsgBox(
               what + "  PRESS OK TO TRY AGAIN, OR CANCEL TO LEAVE IT WHERE IT IS.  " + fault.what(),
               BoxButtons::OkCancel) == BoxAnswer::Cancel) {

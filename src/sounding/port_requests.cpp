@@ -1,5 +1,6 @@
 #include "sounding/port_requests.h"
 
+#include <string_view>
 #include <utility>
 
 #include "conelink/cone_state.h"
@@ -9,6 +10,7 @@
 #include "core/session.h"
 #include "core/settings.h"
 #include "core/settings_file.h"
+#include "fieldio/ascii_out.h"
 #include "fieldio/video_overlay.h"
 #include "forms/main_form.h"
 #include "sounding/sounding_state.h"
@@ -20,7 +22,7 @@ namespace {
 
 /// Closes the port and opens its new number, unless that is 0. One that doesn't open counts as
 /// lost, and the link supervision goes on with it.
-void MovePort(SerialPort& port, int number, const char* port_settings, std::int16_t& lost) {
+void MovePort(SerialPort& port, int number, std::string_view port_settings, std::int16_t& lost) {
   port.Close();
   lost = kFalse;
   if (number <= 0) return;
@@ -38,7 +40,7 @@ bool ServeASCII() {
   if (request.Requested == 0) return false;
   request.Requested = 0;
   settings.ASCIIOutSerialPort = request.NewPort;
-  MovePort(Main.ASCIIOutComm, request.NewPort, "19200,N,8,1", cone.ASCIIPortLost);
+  MovePort(Main.ASCIIOutComm, request.NewPort, kASCIIOutSettings, cone.ASCIIPortLost);
   return true;
 }
 
@@ -48,7 +50,7 @@ bool ServeOverlay() {
   request.Requested = 0;
   settings.VideoOverlaySerialPort = request.NewPort;
   if (settings.LumenProbePresent == 1) {
-    MovePort(Main.VideoOverlayComm, request.NewPort, "9600,N,8,1", cone.VideoPortLost);
+    MovePort(Main.VideoOverlayComm, request.NewPort, kOverlaySettings, cone.VideoPortLost);
   }
   ResendOverlayScreen();
   return true;

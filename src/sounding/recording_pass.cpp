@@ -123,6 +123,8 @@ void LostLinkPass() {
   ResyncConeData();
   if (cone.ConeLinkUp != kTrue) return;
   sounding.ReadingsFresh = kFalse;
+  // Stopped meanwhile: a final baseline waits until none of before the loss is averaged in.
+  if (sounding.ConsoleMode != 2) sounding.ReadingsTaken = 0;
   // The seismic screen gets its buttons back here once it stands.
   sounding.NextRecordCount =
       NextRecordOnGrid(sounding.DepthCounts, std::max<std::int32_t>(settings.DepthStepCounts, 1),

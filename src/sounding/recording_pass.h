@@ -15,8 +15,8 @@ void LostLinkPass();
 void TakeDueRow();
 
 /// A cone that answers but repeats itself; false until a reading was taken over the present link.
-/// The comparison of channel 1 with the row's channel 2 is required: it makes the test fail nearly
-/// always.
+/// Channel 1 is compared with the row's channel 2, so only a cone whose tip and sleeve give one
+/// value is found; any other is told by `sounding/repeated_reading.h` and goes on.
 bool ReadingsAreStale();
 
 /// Writes the distance pushed (m over the cone's life) into the cone, if that is pending. What

@@ -10,10 +10,14 @@
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
+#include "core/resume_waits.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "sounding/lacking_rows.h"
+#include "sounding/merged_rows.h"
 #include "sounding/reached.h"
 #include "sounding/resume_depth.h"
+#include "sounding/resumed_columns.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_state.h"
 
@@ -21,61 +25,11 @@ namespace penlog {
 
 namespace {
 
-constexpr float kSameDepth = 0.0051f;  ///< m; the recovery copy's last digit, and its rounding
-constexpr float kSameSpeed = 0.0051f;  ///< cm/s; the same
-constexpr float kMostOfAStep = 1.5f;   ///< depth steps; rows further apart may have lost some
+constexpr float kSameSpeed = 0.0051f;  ///< cm/s; the recovery copy's last digit, and its rounding
 constexpr std::size_t kHeaderLines = 17;
-
-/// A row of the sounding, from where it is known.
-struct Slot {
-  StoredRow row;
-  std::ptrdiff_t copy = -1;  ///< its place in the recovery copy, from 0
-  std::ptrdiff_t cpt = -1;   ///< its place in the `.cpt` file, from 0
-};
-using Slots = std::vector<Slot>;
 
 std::ptrdiff_t Count(const auto& list) {
   return static_cast<std::ptrdiff_t>(list.size());
-}
-
-bool Rise(const std::vector<StoredRow>& rows) {
-  return std::adjacent_find(rows.begin(), rows.end(), [](const auto& above, const auto& below) {
-           return above.depth >= below.depth;
-         }) == rows.end();
-}
-
-/// The whole rows of the file, up to the first that is none or lies no deeper than the one before.
-std::vector<StoredRow> RisingRows(const FoundCpt& found) {
-  std::vector<StoredRow> rows;
-  for (std::size_t place = 0; place < found.rows.size(); ++place) {
-    auto row = ReadCptRow(found, place);
-    if (!row || (!rows.empty() && row->depth <= rows.back().depth)) break;
-    rows.push_back(std::move(*row));
-  }
-  return rows;
-}
-
-/// Both in the order of their depths; those of the file alone have its depth and no values yet.
-Slots Merged(const std::vector<StoredRow>& copy, const std::vector<StoredRow>& cpt) {
-  Slots slots;
-  std::ptrdiff_t i = 0;
-  std::ptrdiff_t k = 0;
-  while (i < Count(copy) || k < Count(cpt)) {
-    const bool has_copy = i < Count(copy);
-    const bool has_cpt = k < Count(cpt);
-    const float apart = !has_copy  ? -1.0f
-                        : !has_cpt ? 1.0f
-                                   : cpt[static_cast<std::size_t>(k)].depth -
-                                         copy[static_cast<std::size_t>(i)].depth;
-    const bool same = has_copy && has_cpt && std::abs(apart) <= kSameDepth;
-    Slot slot;
-    if (same || apart < 0) slot.cpt = k++;
-    if (same || apart > 0) slot.copy = i++;
-    slot.row = slot.copy >= 0 ? copy[static_cast<std::size_t>(slot.copy)]
-                              : StoredRow{cpt[static_cast<std::size_t>(slot.cpt)].depth, 0, {}};
-    slots.push_back(std::move(slot));
-  }
-  return slots;
 }
 
 /// The rows of the slots in memory; a value that is not known is none.
@@ -94,34 +48,51 @@ void Load(const Slots& slots) {
   }
 }
 
-/// Closing lines of an end that was cut off hold none of the channel that lags most.
-bool LooksClosing(const StoredRow& row, const std::vector<int>& columns) {
+/// Whether a line of the file may belong to an end that begins behind `real` rows. There each value
+/// stands in its own row, as it stood further up where it was aligned, and -32768 for a sensor that
+/// did not get there.
+bool FitsEnd(const std::vector<StoredRow>& cpt, std::ptrdiff_t real, std::ptrdiff_t place,
+             const std::vector<int>& columns) {
+  const auto line_at = [&](std::ptrdiff_t at) -> const StoredRow& {
+    return cpt[static_cast<std::size_t>(at)];
+  };
+  const StoredRow& line = line_at(place);
+  const std::ptrdiff_t number = place - real + 1;
+  const std::ptrdiff_t lag = cone.DelayRows;
+  if (place >= lag && std::abs(line.speed - line_at(place - lag).speed) >= kSameSpeed) return false;
   for (std::size_t j = 0; j < columns.size(); ++j) {
-    if (channels.ChannelDelayRows(columns[j]) == cone.DelayRows && !IsReached(row.values[j])) {
-      return true;
+    const std::ptrdiff_t delay = channels.ChannelDelayRows(columns[j]);
+    if (number > lag - delay) {
+      if (IsReached(line.values[j])) return false;
+    } else if (number <= delay && place >= delay) {
+      if (!IsSameValue(line.values[j], line_at(place - delay).values[j])) return false;
     }
   }
-  return false;
+  return true;
 }
 
-/// How many of the file's rows are none of an unfinished end, which has `DelayRows` at most.
+/// How many of the file's rows are none of an unfinished end, which has `DelayRows` at most. A
+/// channel that is missing since a resume holds -32768 in real rows as well: all must fit, but for
+/// one line in several that is damaged.
 std::ptrdiff_t CountRealRows(const std::vector<StoredRow>& cpt, const std::vector<int>& columns) {
-  std::ptrdiff_t real = Count(cpt);
-  const std::ptrdiff_t least = std::max<std::ptrdiff_t>(real - cone.DelayRows, 0);
-  while (real > least && LooksClosing(cpt[static_cast<std::size_t>(real - 1)], columns)) --real;
-  return real;
+  const std::ptrdiff_t all = Count(cpt);
+  for (auto real = std::max<std::ptrdiff_t>(all - cone.DelayRows, 0); real < all; ++real) {
+    if (!FitsEnd(cpt, real, real, columns)) continue;
+    std::ptrdiff_t fit = 1;
+    for (auto place = real + 1; place < all; ++place) {
+      fit += FitsEnd(cpt, real, place, columns) ? 1 : 0;
+    }
+    if (fit + (fit > 1 ? 1 : 0) >= all - real) return real;
+  }
+  return all;
 }
 
-bool AnyLagsAsTheFile(const std::vector<int>& columns) {
-  return std::any_of(columns.begin(), columns.end(), [](int channel) {
-    return channels.ChannelDelayRows(channel) == cone.DelayRows;
-  });
-}
-
-/// How many speeds of the file are others than those in memory `lag` rows further on.
-int SpeedsApart(const Slots& slots, const std::vector<StoredRow>& cpt, std::size_t lag) {
+/// How many speeds of the file are others than those in memory `lag` rows further on, as far as
+/// slot `last`.
+int SpeedsApart(const Slots& slots, const std::vector<StoredRow>& cpt, std::size_t lag,
+                std::size_t last) {
   int apart = 0;
-  for (std::size_t place = 0; place + lag < slots.size(); ++place) {
+  for (std::size_t place = 0; place + lag <= last; ++place) {
     const std::ptrdiff_t row = slots[place].cpt;
     if (row < 0 || slots[place + lag].copy < 0) continue;
     const float speed = cpt[static_cast<std::size_t>(row)].speed;
@@ -130,28 +101,26 @@ int SpeedsApart(const Slots& slots, const std::vector<StoredRow>& cpt, std::size
   return apart;
 }
 
-/// A file that was begun without a channel that lags more is aligned otherwise than it should be.
-bool IsAlignedOtherwise(const Slots& slots, const std::vector<StoredRow>& cpt) {
-  const auto lag = static_cast<std::size_t>(cone.DelayRows);
-  const int wanted = SpeedsApart(slots, cpt, lag);
-  for (std::size_t other = 0; other < lag; ++other) {
-    if (SpeedsApart(slots, cpt, other) < wanted) return true;
-  }
-  return false;
+/// The slot of the file's last row; -1 where it has none.
+std::ptrdiff_t LastOfFile(const Slots& slots, std::ptrdiff_t rows) {
+  std::ptrdiff_t last = rows == 0 ? -1 : Count(slots) - 1;
+  while (last >= 0 && slots[static_cast<std::size_t>(last)].cpt != rows - 1) --last;
+  return last;
 }
 
-/// Rows whose depths stand nowhere, `count` of them before slot `place`, in depth steps or evenly.
-Slots WithRows(const Slots& slots, std::size_t place, std::ptrdiff_t count) {
-  const float above = slots[place - 1].row.depth;
-  const float step = place < slots.size()
-                         ? (slots[place].row.depth - above) / static_cast<float>(count + 1)
-                         : settings.DepthStep;
-  Slots all(slots.begin(), slots.begin() + static_cast<std::ptrdiff_t>(place));
-  for (std::ptrdiff_t i = 1; i <= count; ++i) {
-    all.push_back({{above + step * static_cast<float>(i), 0, {}}, -1, -1});
+/// A file that was begun without a channel that lags more is aligned otherwise than it should be.
+/// Rows may be lacking behind its last one: where it is long enough they are not compared.
+bool IsAlignedOtherwise(const Slots& slots, const std::vector<StoredRow>& cpt) {
+  if (slots.empty()) return false;
+  const auto lag = static_cast<std::size_t>(cone.DelayRows);
+  const std::ptrdiff_t of_file = LastOfFile(slots, Count(cpt));
+  const std::size_t last =
+      of_file < cone.DelayRows ? slots.size() - 1 : static_cast<std::size_t>(of_file);
+  const int wanted = SpeedsApart(slots, cpt, lag, last);
+  for (std::size_t other = 0; other < lag; ++other) {
+    if (SpeedsApart(slots, cpt, other, last) < wanted) return true;
   }
-  all.insert(all.end(), slots.begin() + static_cast<std::ptrdiff_t>(place), slots.end());
-  return all;
+  return false;
 }
 
 /// The row of the file in which the value of slot `place` stands that lags `delay` rows.
@@ -194,21 +163,6 @@ int Disagreements(const FoundCpt& found) {
   return mending.changed + mending.taken_out;
 }
 
-/// Where the rows may be lacking that the file needs and that it does not place.
-std::vector<Slots> Candidates(const Slots& slots, std::ptrdiff_t real) {
-  std::ptrdiff_t last = Count(slots) - 1;  // the slot of the file's last row
-  while (last >= 0 && slots[static_cast<std::size_t>(last)].cpt != real - 1) --last;
-  const std::ptrdiff_t lacking = last + 1 + cone.DelayRows - Count(slots);
-  if (last < 0 || lacking <= 0) return {slots};
-  std::vector<Slots> all = {WithRows(slots, slots.size(), lacking)};
-  for (auto place = static_cast<std::size_t>(last) + 1; place < slots.size(); ++place) {
-    const float room = slots[place].row.depth - slots[place - 1].row.depth;
-    const float least = static_cast<float>(lacking) - 1.0f + kMostOfAStep;
-    if (room >= least * settings.DepthStep) all.push_back(WithRows(slots, place, lacking));
-  }
-  return all;
-}
-
 std::vector<std::string_view> LinesOf(std::string_view text) {
   std::vector<std::string_view> lines;
   while (!text.empty()) {
@@ -219,17 +173,17 @@ std::vector<std::string_view> LinesOf(std::string_view text) {
   return lines;
 }
 
-/// The rows before a mark of a gap: with those that follow in depth steps and were put back.
-std::int32_t RowsBeforeGap(const Slots& slots, std::int32_t gap) {
-  std::ptrdiff_t place = 0;
-  while (place < Count(slots) && slots[static_cast<std::size_t>(place)].copy < gap - 1) ++place;
-  if (gap == 0) return 0;
-  for (++place; place < Count(slots); ++place) {
-    const Slot& slot = slots[static_cast<std::size_t>(place)];
-    const float above = slots[static_cast<std::size_t>(place - 1)].row.depth;
-    if (slot.copy >= 0 || slot.row.depth - above > kMostOfAStep * settings.DepthStep) break;
-  }
-  return static_cast<std::int32_t>(place);
+/// The marks of the copy in their new places.
+void MoveMarks(const Slots& slots, StoredSounding& stored) {
+  const std::vector<std::int32_t> before = RowsBeforeMarks(stored);
+  const auto moved = [&](std::int32_t rows) {
+    const auto mark = std::find(before.begin(), before.end(), rows) - before.begin();
+    return static_cast<std::int32_t>(std::count_if(
+        slots.begin(), slots.end(),
+        [&](const Slot& slot) { return slot.marks <= static_cast<std::int32_t>(mark); }));
+  };
+  std::transform(stored.gaps.begin(), stored.gaps.end(), stored.gaps.begin(), moved);
+  if (stored.torn_gap >= 0) stored.torn_gap = moved(stored.torn_gap);
 }
 
 /// Lines that stand in the copy stay as they are.
@@ -241,8 +195,8 @@ void Store(const Slots& slots, StoredSounding& stored) {
   for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
     (lines[i].starts_with(kGapMark) ? marks : rows).push_back(lines[i]);
   }
-  std::transform(stored.gaps.begin(), stored.gaps.end(), stored.gaps.begin(),
-                 [&](std::int32_t gap) { return RowsBeforeGap(slots, gap); });
+  MoveMarks(slots, stored);
+  stored.lost.clear();
   stored.sound_text.clear();
   for (std::size_t i = 0; i < kHeaderLines; ++i) stored.sound_text += lines[i];
   stored.rows.clear();
@@ -265,9 +219,8 @@ void Store(const Slots& slots, StoredSounding& stored) {
 void PlaceDepths(float last_before) {
   sounding.Rows(0, 0) = sounding.Rows(1, 0) - settings.DepthStep;
   session.StartDepth = sounding.Rows(0, 0);
-  sounding.DepthCounts =
-      settings.DepthStep / settings.DepthResolution * static_cast<float>(sounding.RowCount);
-  if (session.ResumeDepthStatus == 0.0f) {
+  sounding.DepthCounts = static_cast<float>(settings.DepthStepCounts * sounding.RowCount);
+  if (!ResumeWaits()) {
     sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
     return;
   }
@@ -294,69 +247,122 @@ RecoveredRows Told(const Slots& slots, const std::vector<int>& columns, float la
   return told;
 }
 
-/// The candidate with fewest rows that disagree, fewer than `most`.
-std::optional<Slots> Best(const FoundCpt& found, std::vector<Slots> candidates,
-                          const std::vector<StoredRow>& cpt, int most) {
-  const std::vector<int> columns = RowChannels();
-  std::optional<Slots> best;
-  for (Slots& slots : candidates) {
-    if (slots.size() > static_cast<std::size_t>(kMostRows)) continue;
-    Fill(slots, cpt, columns);
-    Load(slots);
-    const int disagree = Disagreements(found);
-    if (disagree >= most) continue;
-    most = disagree;
-    best = std::move(slots);
+/// What is to be recovered, and what with.
+struct Recovery {
+  const FoundCpt& found;
+  const StoredSounding& stored;
+  std::vector<StoredRow> cpt;  ///< real rows of the file
+  std::vector<int> columns = RowChannels();
+};
+
+/// Whether each row of the file agrees that holds values from behind slot `last`, its last one.
+bool EndAgrees(const FoundCpt& found, const Slots& slots, std::ptrdiff_t last) {
+  for (auto at = std::max<std::ptrdiff_t>(last + 1 - cone.DelayRows, 0); at <= last; ++at) {
+    const std::ptrdiff_t row = slots[static_cast<std::size_t>(at)].cpt;
+    const auto newest = static_cast<std::int32_t>(at) + 1 + cone.DelayRows;
+    if (row >= 0 &&
+        (newest > sounding.RowCount || !RowAgrees(found, static_cast<std::size_t>(row), newest))) {
+      return false;
+    }
   }
-  return best;
+  return true;
 }
 
-/// The rows of the file, and those of both with what is known of their places.
-std::vector<Slots> Places(const FoundCpt& found, const StoredSounding& stored,
-                          std::vector<StoredRow>& cpt, void (*form_delays)(const FoundCpt&)) {
-  Slots slots = Merged(stored.rows, cpt);
-  if (slots.size() > static_cast<std::size_t>(kMostRows)) return {};
+/// Loads the rows and tells how many of the file disagree.
+int Try(const Recovery& recovery, Slots& slots) {
+  Fill(slots, recovery.cpt, recovery.columns);
   Load(slots);
-  form_delays(found);
-  const std::vector<int> columns = RowChannels();
-  if (!AnyLagsAsTheFile(columns) || IsAlignedOtherwise(slots, cpt)) return {};
-  const std::ptrdiff_t real = CountRealRows(cpt, columns);
-  cpt.resize(static_cast<std::size_t>(real));
+  return Disagreements(recovery.found);
+}
+
+/// The rows with which fewest of the file disagree, fewer than `most`. Those that are lacking
+/// behind the file's last row are added where all of it agrees then.
+std::optional<Slots> Best(const Recovery& recovery, Slots slots, int most) {
+  if (slots.size() > static_cast<std::size_t>(kMostRows)) return std::nullopt;
+  std::optional<Slots> best;
+  const int disagree = Try(recovery, slots);
+  if (disagree < most) best = slots;
+  most = std::min(most, disagree);
+  const std::ptrdiff_t last = LastOfFile(slots, Count(recovery.cpt));
+  if (last < 0 || EndAgrees(recovery.found, slots, last)) return best;
+  auto whole = WithLackingRows(recovery.stored, slots, recovery.cpt, last);
+  if (!whole || whole->size() > static_cast<std::size_t>(kMostRows)) return best;
+  const bool is_better = Try(recovery, *whole) < most && EndAgrees(recovery.found, *whole, last);
+  return is_better ? whole : best;
+}
+
+/// The places of the columns that stand in their own rows in the file.
+std::vector<std::size_t> OwnColumns(const std::vector<int>& columns) {
+  std::vector<std::size_t> own;
+  for (std::size_t j = 0; j < columns.size(); ++j) {
+    if (channels.ChannelDelayRows(columns[j]) == 0) own.push_back(j);
+  }
+  return own;
+}
+
+/// Lines of an unfinished end hold what stands nowhere else of rows that the copy lost.
+void TakeClosing(Slots& slots, const std::vector<StoredRow>& closing) {
+  for (Slot& slot : slots) {
+    if (slot.copy >= 0 || slot.cpt >= 0) continue;
+    for (const StoredRow& line : closing) {
+      if (std::abs(line.depth - slot.row.depth) > kSameDepth) continue;
+      for (std::size_t j = 0; j < line.values.size(); ++j) {
+        if (!IsReached(slot.row.values[j])) slot.row.values[j] = line.values[j];
+      }
+    }
+  }
+}
+
+/// The rows of copy and file together; none of a file that is aligned otherwise.
+std::optional<Slots> Recovered(const FoundCpt& found, const StoredSounding& stored, int most) {
+  Recovery recovery{found, stored, CptRows(found)};
+  Slots slots = MergeRows(stored, recovery.cpt, OwnColumns(recovery.columns));
+  if (slots.size() > static_cast<std::size_t>(kMostRows)) return std::nullopt;
+  Load(slots);
+  FormDelays(found);
+  if (IsAlignedOtherwise(slots, recovery.cpt)) return std::nullopt;
+  const std::ptrdiff_t real = CountRealRows(recovery.cpt, recovery.columns);
+  const std::vector<StoredRow> closing(recovery.cpt.begin() + real, recovery.cpt.end());
+  recovery.cpt.resize(static_cast<std::size_t>(real));
   std::erase_if(slots, [&](const Slot& slot) { return slot.copy < 0 && slot.cpt >= real; });
-  return Candidates(slots, real);
+  for (Slot& slot : slots) slot.cpt = slot.cpt < real ? slot.cpt : -1;
+  auto best = Best(recovery, std::move(slots), most);
+  if (best) TakeClosing(*best, closing);
+  return best;
 }
 
 }  // namespace
 
-std::optional<RecoveredRows> RecoverRows(const FoundCpt& found, StoredSounding& stored,
-                                         void (*form_delays)(const FoundCpt&)) {
+std::optional<RecoveredRows> RecoverRows(const FoundCpt& found, StoredSounding& stored) {
   const bool is_same = stored.row_channels == RowChannels() &&
                        Count(stored.rows) == static_cast<std::ptrdiff_t>(sounding.RowCount);
   const int most = Disagreements(found);
-  if (!found.has_head || !is_same || most == 0 || !Rise(stored.rows)) return std::nullopt;
+  if (!found.has_head || !is_same || most == 0) return std::nullopt;
   const RowsBefore before;
   const float last_before = sounding.Rows(sounding.RowCount, 0);
-  std::vector<StoredRow> cpt = RisingRows(found);
-  const auto best = Best(found, Places(found, stored, cpt, form_delays), cpt, most);
-  if (!best) {
+  const auto recovered = Recovered(found, stored, most);
+  if (!recovered) {
     before.Restore();
-    form_delays(found);
+    FormDelays(found);
     return std::nullopt;
   }
-  Load(*best);
-  Store(*best, stored);
+  Load(*recovered);
+  Store(*recovered, stored);
   PlaceDepths(last_before);
-  return Told(*best, RowChannels(), last_before);
+  return Told(*recovered, RowChannels(), last_before);
 }
 
-std::optional<float> DepthBehindRows(const FoundCpt& found) {
-  std::optional<float> deepest;
-  for (std::size_t place = 0; place < found.rows.size(); ++place) {
+LinesBehind JudgeLinesBehind(const FoundCpt& found) {
+  LinesBehind lines{true, std::nullopt};
+  const std::int32_t aligned = std::max(sounding.RowCount - cone.DelayRows, 0);
+  for (auto place = static_cast<std::size_t>(aligned); place < found.rows.size(); ++place) {
+    lines.is_end = lines.is_end && IsClosingLine(found, place);
     const auto row = ReadCptRow(found, place);
-    if (row) deepest = std::max(deepest.value_or(row->depth), row->depth);
+    if (row) lines.depth = std::max(lines.depth.value_or(row->depth), row->depth);
   }
   const float last = sounding.Rows(sounding.RowCount, 0);
-  return deepest && *deepest > last + kSameDepth ? deepest : std::nullopt;
+  if (lines.is_end || lines.depth.value_or(last) <= last + kSameDepth) lines.depth.reset();
+  return lines;
 }
 
 }  // namespace penlog

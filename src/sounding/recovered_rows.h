@@ -21,15 +21,19 @@ struct RecoveredRows {
 };
 
 /// Puts the rows in their places, in memory and in `stored`: its rows, marks and sound text. Depths
-/// tell which rows are lacking; rows whose depths are not in the file follow in depth steps. Taken
-/// is what makes fewest rows of the file disagree, and nothing where that are not fewer than
-/// without it. `form_delays` forms the alignment from the rows in memory. Start depth, counts and
-/// the depth of a resume follow the rows.
-std::optional<RecoveredRows> RecoverRows(const FoundCpt& found, StoredSounding& stored,
-                                         void (*form_delays)(const FoundCpt&));
+/// tell which rows are lacking; where the file needs more behind its last one, the values that
+/// stand in both tell where. Rows whose depths are not in the file stand in depth steps, and none
+/// is put behind a mark that no row follows: its depth is not known. Taken is what makes fewest
+/// rows of the file disagree, and nothing where that are not fewer than without it. Start depth,
+/// counts, the alignment and the depth of a resume follow the rows.
+std::optional<RecoveredRows> RecoverRows(const FoundCpt& found, StoredSounding& stored);
 
-/// The depth, not negated, down to which the file holds whole rows behind the last one in memory,
-/// m.
-std::optional<float> DepthBehindRows(const FoundCpt& found);
+/// The lines behind the last row of the file that can be formed from the rows in memory.
+struct LinesBehind {
+  bool is_end = false;         ///< all are lines of an end that was cut off
+  std::optional<float> depth;  ///< m, not negated; to which they go, where that is below the rows
+};
+
+LinesBehind JudgeLinesBehind(const FoundCpt& found);
 
 }  // namespace penlog

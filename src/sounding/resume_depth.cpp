@@ -2,11 +2,17 @@
 
 #include <algorithm>
 
+#include "conelink/cone_state.h"
+#include "conelink/other_cone.h"
+#include "core/channels.h"
+#include "core/feet.h"
+#include "core/resume_waits.h"
 #include "core/session.h"
 #include "core/settings.h"
+#include "forms/main_form.h"
 #include "forms/resume_depth_form.h"
+#include "platform/boxes.h"
 #include "platform/numbers.h"
-#include "sounding/depth_count.h"
 #include "sounding/held_rows.h"
 #include "sounding/record_grid.h"
 #include "sounding/row_text.h"
@@ -15,8 +21,6 @@
 namespace penlog {
 
 namespace {
-
-constexpr float kWaits = 1.0f;
 
 std::string Shown(float metres) {
   const float depth = settings.DepthFormat == 1 ? -metres : metres;
@@ -29,10 +33,17 @@ std::string ShownDistance(float metres) {
          (settings.DepthUnits == 1 ? " ft" : " m");
 }
 
+/// Rods that moved while nobody counted stand elsewhere than is shown.
+bool IsDepthInDoubt() {
+  return Main.lblStepsSign.Visible || cone.TruckPortLost == kTrue;
+}
+
 void ShowCurrent() {
   frmResumeDepthStatus.lblCurrentResumeDepth.Caption = Shown(sounding.CurrentDepth);
   frmResumeDepthStatus.lblDifference.Caption =
       ShownDistance(session.ResumeTargetDepth - sounding.CurrentDepth);
+  frmResumeDepthStatus.lblDifferenceCaption.Caption =
+      IsDepthInDoubt() ? "STILL TO GO (STEPS MISSING?):" : "STILL TO GO:";
 }
 
 }  // namespace
@@ -44,11 +55,18 @@ void ShowResumeDepth() {
 }
 
 void FollowResumeDepth() {
-  if (session.ResumeDepthStatus == kWaits) ShowCurrent();
+  if (ResumeWaits()) ShowCurrent();
 }
 
 void frmResumeDepthStatus_lblDepthReached_Click() {
-  if (session.ResumeDepthStatus != kWaits || sounding.ConsoleMode != 1) return;
+  if (!ResumeWaits() || sounding.ConsoleMode != 1) return;
+  if (IsOtherCone()) {
+    PostBox(
+        "SOUNDING CANNOT BE RESUMED WITH ANOTHER CONE THAN THE ONE WHOSE RECORDS WERE READ: CONE "
+        "#" +
+        RecordedConeNumber());
+    return;
+  }
   if (resume_depth.RowsAtGap != sounding.RowCount) AppendOrHold(kTemporaryFile, GapRow());
   resume_depth.RowsAtGap = sounding.RowCount;
   session.ResumeDepthStatus = 0;

@@ -19,7 +19,8 @@ void ShowResumeDepth();
 void FollowResumeDepth();
 
 /// Writes the mark of the gap to the recovery copy, where none stands behind its last row yet, and
-/// goes on recording; the depth stays as it was counted. Nothing happens unless a resume waits.
+/// goes on recording; the depth stays as it was counted. Refused in words while another cone
+/// answers than the sounding's. Nothing happens unless a resume waits.
 void frmResumeDepthStatus_lblDepthReached_Click();
 
 /// The sounding was stopped, suspended or ended while the resume waited.

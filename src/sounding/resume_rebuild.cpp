@@ -2,7 +2,7 @@
 
 #include "conelink/main_exchange.h"
 #include "core/channels.h"
-#include "core/session.h"
+#include "core/resume_waits.h"
 #include "core/settings.h"
 #include "display/graph_data.h"
 #include "display/status_strip.h"
@@ -37,12 +37,12 @@ void ShowDepth() {
 
 /// The depths of the rows are not negated, whatever the format shows.
 void PlaceDepth() {
-  if (session.ResumeDepthStatus == 0.0f) {
-    sounding.ConsoleMode = 2;
-    sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
-  } else {
+  if (ResumeWaits()) {
     sounding.ConsoleMode = 1;
     ShowResumeDepth();
+  } else {
+    sounding.ConsoleMode = 2;
+    sounding.CurrentDepth = sounding.Rows(sounding.RowCount, 0);
   }
   ShowDepth();
 }
@@ -65,6 +65,7 @@ void SetButtons() {
   Main.cmdStart.AlwaysUsable = true;
   Main.lblBigDepth.Visible = true;
   Main.Shape1.Visible = true;
+  Main.lblNumberOfPictures.Caption = PlainNumber(sounding.PictureCount);
   // The seismic buttons follow channel 8 here once the seismic test stands.
 }
 
@@ -134,10 +135,13 @@ void RebuildResumedSounding() {
   for (int g = 1; g <= 4; ++g) RebuildRange(g);
   sounding.SecondsCounter = 0;
   Step(GraphData);
+  status_strip.ResumeFills = true;
   for (int reading = 0; reading < kFillingReadings; ++reading) {
+    sounding.ElapsedMs = ElapsedSince(sounding.TimeOriginMs, TimeToMillisecond());
     Step(GetConeData);
     Step([] { Main_CommPause(); });
   }
+  status_strip.ResumeFills = false;
 }
 
 }  // namespace penlog

@@ -1,40 +1,40 @@
 #include "sounding/resumed_files.h"
 
-#include <algorithm>
 #include <cstdint>
+#include <exception>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
-#include "core/error_trap.h"
 #include "core/message.h"
 #include "core/resume.h"
+#include "core/resume_waits.h"
+#include "core/resumed_copy.h"
 #include "core/resumed_zeros.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "core/settings_replaced.h"
 #include "core/temporary_data.h"
 #include "display/display_state.h"
-#include "display/graph_slots.h"
 #include "platform/boxes.h"
-#include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
+#include "platform/small_file.h"
 #include "platform/texts.h"
 #include "platform/yield.h"
-#include "screens/last_sounding_parameters.h"
 #include "sounding/depth_count.h"
 #include "sounding/found_cpt.h"
 #include "sounding/held_rows.h"
 #include "sounding/moved_files.h"
-#include "sounding/reached.h"
 #include "sounding/recovered_rows.h"
 #include "sounding/resume_depth.h"
 #include "sounding/resume_rebuild.h"
+#include "sounding/resumed_columns.h"
 #include "sounding/resumed_header.h"
+#include "sounding/resumed_marks.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
 
@@ -52,56 +52,6 @@ CptForm FormOfSettings() {
 
 std::string WordOf(CptForm form) {
   return form == CptForm::New ? "NEW" : "OLD";
-}
-
-// What the sounding records.
-
-bool IsRecorded(const StoredSounding& stored, int channel) {
-  return std::binary_search(stored.columns.begin(), stored.columns.end(), channel);
-}
-
-bool HasField(const StoredSounding& stored, int channel) {
-  return std::find(stored.row_channels.begin(), stored.row_channels.end(), channel) !=
-         stored.row_channels.end();
-}
-
-/// A channel that is no column is not recorded any more, one that is stays; one without a field in
-/// the rows keeps its header column alone.
-std::int16_t ModeOf(const StoredSounding& stored, int channel) {
-  if (!IsRecorded(stored, channel)) return 0;
-  const std::int16_t mode = channels.RecordMode(channel);
-  if (channel == 21 || channel == 22) return mode > 0 ? mode : std::int16_t{1};
-  if (!HasField(stored, channel)) return 3;
-  return mode == 2 ? mode : std::int16_t{1};
-}
-
-std::string NameOf(int channel) {
-  const std::string& label = channels.ChannelLabel(1, channel);
-  return PlainNumber(channel) + (label.empty() ? "" : " (" + label + ")");
-}
-
-void TakeColumns(const StoredSounding& stored) {
-  std::string lacking;
-  for (int channel = 1; channel <= kChannels; ++channel) {
-    if (channel == 19 || channel == 20) continue;
-    channels.RecordMode(channel) = ModeOf(stored, channel);
-    const bool lacks = IsRecorded(stored, channel) && channels.ChannelPresent(channel) != kTrue;
-    sounding.KeptColumn(channel) = lacks ? kTrue : kFalse;
-    if (lacks) lacking += (lacking.empty() ? "" : ", ") + NameOf(channel);
-  }
-  if (lacking.empty()) return;
-  Tell(
-      "RECORDED CHANNELS ARE MISSING NOW.  THEIR COLUMNS STAY IN THE FILE, AND NEW ROWS HOLD "
-      "-32768 THERE: " +
-      lacking);
-}
-
-void TakeGraphs(const StoredSounding& stored) {
-  display.GraphChannel = {};
-  display.GraphChannel[1] = 1;
-  std::copy(stored.graphs.begin(), stored.graphs.end(), display.GraphChannel.begin() + 2);
-  KeepGraphSlots([](int channel) { return channels.ChannelPresent(channel) == kTrue; });
-  display.GraphCount = static_cast<std::int16_t>(1 + FilledSlots());
 }
 
 // The recovery copy.
@@ -137,6 +87,7 @@ void MendTemporary(const std::string& text, const StoredSounding& stored) {
     ReplaceFile(path, stored.sound_text);
   });
   StartFile(kTemporaryFile, stored.sound_text);
+  resumed_copy.Text = stored.sound_text;
 }
 
 /// Behind the first mending; what it changes is copied beside where `keeps`.
@@ -149,6 +100,7 @@ void WriteCopyAnew(const StoredSounding& stored, bool keeps) {
     ReplaceFile(path, stored.sound_text);
   });
   StartFile(kTemporaryFile, stored.sound_text);
+  resumed_copy.Text = stored.sound_text;
 }
 
 // The `.cpt` file.
@@ -173,7 +125,7 @@ void KeepSignOfRows(const FoundCpt& found) {
   const bool elevations = HoldsElevations(found).value_or(is_elevation);
   if (elevations == is_elevation) return;
   ReplaceSetting(settings.DepthFormat, static_cast<std::int16_t>(elevations ? 1 : 0));
-  if (session.ResumeDepthStatus != 0) {
+  if (ResumeWaits()) {
     sounding.CurrentDepth = elevations ? session.StartDepth : 0.0f;
   }
   Tell(elevations ? "THE SOUNDING WAS BEGUN IN ELEVATIONS, THE SETTINGS SAY DEPTHS.  IT GOES ON IN "
@@ -183,50 +135,12 @@ void KeepSignOfRows(const FoundCpt& found) {
 }
 
 /// Damaged lines of the copy's header would be told at each resume.
-void MendHeaderLines(const FoundCpt& found, StoredSounding& stored) {
-  if (!TakeLostHeaderLines(found, stored)) return;
+void MendHeaderLines(const FoundCpt& found, bool is_written, StoredSounding& stored) {
+  if (!TakeLostHeaderLines(found, is_written, stored)) return;
   WriteCopyAnew(stored, true);
   Tell(
       "DAMAGED LINES OF THE TEMPORARY DATA WERE WRITTEN ANEW, FROM THE SOUNDING FILE WHERE IT "
       "HOLDS THEM, ELSE FROM THE CONE'S CALIBRATION.");
-}
-
-bool AnyIsMissing() {
-  for (int channel = 1; channel <= kChannels; ++channel) {
-    if (sounding.KeptColumn(channel) == kTrue) return true;
-  }
-  return false;
-}
-
-/// A channel that is missing now does not tell its delay any more; the rows of the file do.
-void FormDelays(const FoundCpt& found) {
-  for (const int channel : RowChannels()) {
-    if (sounding.KeptColumn(channel) != kTrue) continue;
-    channels.ChannelDelayRows(channel) = DelayInFile(found, channel).value_or(std::int16_t{0});
-  }
-  FormDelayRows();
-  if (AnyIsMissing()) cone.DelayRows = LagOfFile(found, cone.DelayRows);
-}
-
-/// Its record is not read, and nothing stands in the file: the values stay in their own rows.
-bool IsDelayUnknown(const FoundCpt& found, int channel) {
-  if (sounding.KeptColumn(channel) != kTrue || DelayInFile(found, channel)) return false;
-  for (std::int32_t row = 1; row <= sounding.RowCount; ++row) {
-    if (IsReached(sounding.Rows(row, channel))) return true;
-  }
-  return false;
-}
-
-void TellUnknownDelays(const FoundCpt& found) {
-  std::string unknown;
-  for (const int channel : RowChannels()) {
-    if (IsDelayUnknown(found, channel)) unknown += (unknown.empty() ? "" : ", ") + NameOf(channel);
-  }
-  if (unknown.empty()) return;
-  Tell(
-      "NOTHING TELLS HOW FAR THE SENSORS OF MISSING CHANNELS SIT FROM THE TIP.  THEIR VALUES STAND "
-      "IN THE ROWS IN WHICH THEY WERE READ, NOT MOVED TO THEIR DEPTHS: " +
-      unknown);
 }
 
 std::string DepthText(float depth) {
@@ -235,19 +149,21 @@ std::string DepthText(float depth) {
 
 const std::string kCompare = "  COMPARE THE DEPTH WITH THE RODS BEFORE YOU PUSH.";
 
-std::string Mended(const CptMending& mending, const FoundCpt& found) {
+std::string Mended(const CptMending& mending, const FoundCpt& found, const std::string& why_not) {
   std::string text = "THE SOUNDING FILE WAS MENDED FROM THE TEMPORARY DATA.";
+  if (!why_not.empty()) text += "  IT COULD NOT BE READ: " + why_not + ".";
   if (found.is_of_before) text += "  IT STANDS AT " + PathOf(kCptFile) + " NOW.";
   if (!found.has_head) text += "  ITS HEAD WAS WRITTEN ANEW.";
   if (found.is_torn) text += "  AN UNFINISHED LINE WAS TAKEN OUT.";
   if (mending.added > 0) text += "  ROWS ADDED: " + PlainNumber(mending.added) + ".";
   if (mending.changed > 0) text += "  ROWS CHANGED: " + PlainNumber(mending.changed) + ".";
   if (mending.taken_out > 0) {
-    const auto depth = DepthBehindRows(found);
-    text += (depth ? "  LINES THAT THE TEMPORARY DATA DOES NOT HOLD TAKEN OUT: "
-                   : "  LINES OF AN UNFINISHED END TAKEN OUT: ") +
+    const LinesBehind lines = JudgeLinesBehind(found);
+    text += (lines.is_end ? "  LINES OF AN UNFINISHED END TAKEN OUT: "
+                          : "  LINES THAT THE TEMPORARY DATA DOES NOT HOLD TAKEN OUT: ") +
             PlainNumber(mending.taken_out) + ".";
-    if (depth) text += "  THE FILE GOES DOWN TO " + DepthText(*depth) + "." + kCompare;
+    if (lines.depth) text += "  THE FILE GOES DOWN TO " + DepthText(*lines.depth) + ".";
+    if (!lines.is_end) text += kCompare;
   }
   return text;
 }
@@ -256,15 +172,18 @@ struct CptOnDisk {
   bool exists = false;
   std::string text;  ///< empty for a file that can't be read
   bool is_read = false;
+  std::string why_not;  ///< it can't be read
 };
 
 CptOnDisk LookAtCpt() {
   CptOnDisk cpt;
-  Trapped([&] {
+  try {
     cpt.exists = TheDisk().FileExists(PathOf(kCptFile));
-    if (cpt.exists) cpt.text = ReadFile(PathOf(kCptFile));
+    if (cpt.exists) cpt.text = ReadSmallFile(PathOf(kCptFile));
     cpt.is_read = cpt.exists;
-  });
+  } catch (const RuntimeFault& fault) {
+    cpt.why_not = fault.what();
+  }
   return cpt;
 }
 
@@ -289,7 +208,9 @@ WayOn AskFolder() {
 WayOn AskWayOn(const std::string& why) {
   if (MsgBox("THE SOUNDING FILE CANNOT BE WRITTEN.  " + why +
                  "  DO YOU WANT TO CHOOSE ANOTHER "
-                 "FOLDER?  IF 'NO', ITS ROWS ARE KEPT IN THE TEMPORARY DATA ALONE.",
+                 "FOLDER?  IF ITS MEDIUM IS NOT PLUGGED IN, PLUG IT IN, PRESS YES AND CANCEL THE "
+                 "CHOICE: IT CAN BE TRIED AGAIN.  IF 'NO', ITS ROWS ARE KEPT IN THE TEMPORARY DATA "
+                 "ALONE.",
              BoxButtons::YesNo) == BoxAnswer::No) {
     return WayOn::Hold;
   }
@@ -313,9 +234,10 @@ WayWithout AskWithoutFile() {
   return AskFolder() == WayOn::Back ? WayWithout::Back : WayWithout::LookAgain;
 }
 
-/// The folder is there without the file, of which rows are known.
-bool IsMissingAlone(const CptOnDisk& cpt) {
-  return !cpt.exists && sounding.RowCount > 0 && TheDisk().FolderExists(FolderOf(PathOf(kCptFile)));
+/// The folder is there without the file, which holds rows.
+bool IsMissingAlone(const CptOnDisk& cpt, const StoredSounding& stored) {
+  const bool holds_rows = sounding.RowCount > 0 || stored.loses_lines;
+  return !cpt.exists && holds_rows && TheDisk().FolderExists(FolderOf(PathOf(kCptFile)));
 }
 
 /// Where the recovery copy says that the sounding's files stand.
@@ -381,7 +303,7 @@ void HoldMended(const CptOnDisk& cpt, const std::string& mended, bool is_unsure)
 
 /// Rows that the recovery copy lost are put back into it before the first file is changed by it.
 void TakeRowsOfFile(const FoundCpt& found, StoredSounding& stored) {
-  const auto taken = RecoverRows(found, stored, FormDelays);
+  const auto taken = RecoverRows(found, stored);
   if (!taken) return;
   WriteCopyAnew(stored, false);
   std::string text = "ROWS TAKEN FROM THE SOUNDING'S FILE: " + PlainNumber(taken->count) + ", AT " +
@@ -401,7 +323,7 @@ void TakeRowsOfFile(const FoundCpt& found, StoredSounding& stored) {
 void TakeFoundCpt(const FoundCpt& found, StoredSounding& stored) {
   sounding.RowForm = found.has_head ? found.form : FormOfSettings();
   KeepSignOfRows(found);
-  MendHeaderLines(found, stored);
+  MendHeaderLines(found, false, stored);
   FormDelays(found);
   TakeRowsOfFile(found, stored);
 }
@@ -420,107 +342,103 @@ struct CptOfHome {
   }
 };
 
-/// Makes the file whole, or sees that what stands there is on its medium.
-void WriteCpt(const CptOnDisk& cpt, const FoundCpt& found, const CptMending& mending,
-              bool was_refused, KeptCpt& kept, std::string& told) {
-  const bool is_whole = cpt.is_read && cpt.text == mending.text;
-  if (is_whole && !was_refused) {
-    SettleFile(PathOf(kCptFile));
-  } else {
-    KeepCpt(cpt, found, mending, kept);
-    if (!is_whole) told = Mended(mending, found);
-    ReplaceFile(PathOf(kCptFile), mending.text);
+/// The `.cpt` file on its way to being whole, where it stood or where the operator wants it.
+class CptAtWork {
+ public:
+  explicit CptAtWork(StoredSounding& stored) : stored_(stored) {}
+
+  /// Looks once more behind each question: its medium may be there by then. False where the
+  /// operator goes back.
+  bool LookForFile() {
+    for (;;) {
+      cpt_ = LookAtCpt();
+      if (!home_.IsHere() || has_asked_ || !IsMissingAlone(cpt_, stored_)) return true;
+      const WayWithout chosen = AskWithoutFile();
+      if (chosen == WayWithout::Back) return false;
+      has_asked_ = chosen == WayWithout::WriteAnew;
+    }
   }
-  StartFile(kCptFile, mending.text);
-}
+
+  void Read() {
+    const FoundCpt here = ReadCpt(cpt_.text, stored_);
+    found_ = cpt_of_home_.Choose(here);
+    TakeFoundCpt(found_, stored_);
+    mending_ = MendCpt(found_);
+    if (!WasRefused()) is_its_place_ = here.has_head;
+  }
+
+  /// Why it can't be written; none where it is whole and in its place.
+  std::optional<std::string> Write() {
+    try {
+      WriteFile();
+      if (!home_.IsHere()) MoveFrom(home_, is_its_place_, stored_);
+    } catch (const RuntimeFault& fault) {
+      refused_ = PathOf(kCptFile);
+      return fault.what();
+    }
+    MendHeaderLines(found_, true, stored_);
+    if (!told_.empty()) Tell(told_ + WhereKept(kept_));
+    return std::nullopt;
+  }
+
+  /// At home, without another attempt.
+  void Hold() { HoldMended(cpt_, mending_.text, WasRefused() && cpt_.text == mending_.text); }
+
+  void GoHome() const { TakeSoundingPaths(home_.paths[kCptFile]); }
+
+  void TellOfFound() const {
+    if (found_.has_head) TellOfHead(found_);
+    TellUnknownDelays(found_);
+  }
+
+ private:
+  bool WasRefused() const { return refused_ == PathOf(kCptFile); }
+
+  /// Makes the file whole, or sees that what stands there is on its medium.
+  void WriteFile() {
+    const bool is_whole = cpt_.is_read && cpt_.text == mending_.text;
+    if (is_whole && !WasRefused()) {
+      SettleFile(PathOf(kCptFile));
+    } else {
+      KeepCpt(cpt_, found_, mending_, kept_);
+      if (!is_whole) told_ = Mended(mending_, found_, cpt_.why_not);
+      ReplaceFile(PathOf(kCptFile), mending_.text);
+    }
+    StartFile(kCptFile, mending_.text);
+  }
+
+  StoredSounding& stored_;
+  const Home home_;
+  CptOfHome cpt_of_home_{home_, {}};
+  CptOnDisk cpt_;
+  FoundCpt found_;
+  CptMending mending_;
+  KeptCpt kept_;
+  std::string told_;
+  std::string refused_;  ///< the file that took nothing last
+  bool is_its_place_ = false;
+  bool has_asked_ = false;
+};
 
 /// Tries until the file is whole, or held back as the operator wants it; false when he goes back.
 bool MendCptFile(StoredSounding& stored) {
-  const Home home;
-  CptOfHome cpt_of_home{home, {}};
-  KeptCpt kept;
-  std::string told;
-  std::string refused;  // the file that took nothing last
-  bool is_its_place = false;
-  bool has_asked = false;
-  WayOn way = WayOn::Again;
-  for (;;) {
-    const CptOnDisk cpt = LookAtCpt();
-    if (home.IsHere() && !has_asked && IsMissingAlone(cpt)) {
-      const WayWithout chosen = AskWithoutFile();
-      if (chosen == WayWithout::Back) return false;
-      has_asked = chosen == WayWithout::WriteAnew;
-      if (!has_asked) continue;
+  CptAtWork work(stored);
+  for (bool holds = false;;) {
+    if (!work.LookForFile()) return false;
+    work.Read();
+    if (holds) {
+      work.Hold();
+      break;
     }
-    const FoundCpt here = ReadCpt(cpt.text, stored);
-    const FoundCpt found = cpt_of_home.Choose(here);
-    TakeFoundCpt(found, stored);
-    const CptMending mending = MendCpt(found);
-    const bool was_refused = refused == PathOf(kCptFile);
-    if (!was_refused) is_its_place = here.has_head;
-    if (way == WayOn::Hold) {
-      HoldMended(cpt, mending.text, was_refused && cpt.text == mending.text);
-      told.clear();
-    } else {
-      try {
-        WriteCpt(cpt, found, mending, was_refused, kept, told);
-        if (!home.IsHere()) MoveFrom(home, is_its_place, stored);
-      } catch (const RuntimeFault& fault) {
-        refused = PathOf(kCptFile);
-        way = AskWayOn(fault.what());
-        if (way == WayOn::Back) return false;
-        if (way == WayOn::Hold) TakeSoundingPaths(home.paths[kCptFile]);
-        continue;
-      }
-    }
-    if (!told.empty()) Tell(told + WhereKept(kept));
-    if (found.has_head) TellOfHead(found);
-    TellUnknownDelays(found);
-    return true;
+    const auto why_not = work.Write();
+    if (!why_not) break;
+    const WayOn way = AskWayOn(*why_not);
+    if (way == WayOn::Back) return false;
+    holds = way == WayOn::Hold;
+    if (holds) work.GoHome();
   }
-}
-
-// The time marks.
-
-constexpr std::ptrdiff_t kTimHeaderLines = 2;
-
-float SecondsNow() {
-  return static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
-}
-
-/// A file that was cut off as it was begun has no whole header.
-void TakeUpTimFile(bool was_refused) {
-  const std::string& path = PathOf(kTimFile);
-  const bool stands = TheDisk().FileExists(path);
-  if (!stands && !HasTimFile()) return;
-  const std::string text = stands ? ReadFile(path) : "";
-  std::string whole = text.substr(0, text.rfind('\n') + 1);
-  const auto lines = std::count(whole.begin(), whole.end(), '\n');
-  if (lines < kTimHeaderLines) whole = TimHeader(SecondsNow());
-  if (whole == text && !was_refused) {
-    SettleFile(path);
-  } else {
-    ReplaceFile(path, whole);
-  }
-  StartFile(kTimFile, whole);
-}
-
-/// The sounding can go on without the marks.
-void MendTimFile() {
-  if (sounding.Held[kTimFile].GivenUp) return;  // another sounding's stands under its name
-  for (bool was_refused = false;; was_refused = true) {
-    try {
-      return TakeUpTimFile(was_refused);
-    } catch (const RuntimeFault& fault) {
-      if (MsgBox("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN.  PRESS OK TO TRY AGAIN, OR "
-                 "CANCEL TO GO ON WITHOUT IT: WHAT STANDS THERE STAYS, AND THE MARKS OF THIS "
-                 "SESSION ARE NOT KEPT.  " +
-                     std::string(fault.what()),
-                 BoxButtons::OkCancel) == BoxAnswer::Cancel) {
-        return GiveUpFile(kTimFile);
-      }
-    }
-  }
+  work.TellOfFound();
+  return true;
 }
 
 bool HasHeaderColumnOnly(int channel) {
@@ -548,11 +466,12 @@ struct SessionBefore {
 };
 
 bool TakeUp() {
-  const std::string text = ReadFile(PathOf(kTemporaryFile));
-  StoredSounding stored = ReadTemporaryData(text, HasHeaderColumnOnly, kMostRows);
-  if (stored.done || !stored.unreadable.empty()) {
+  const std::string text = ReadSmallFile(PathOf(kTemporaryFile));
+  if (text != resumed_copy.Text) {
     throw RuntimeFault("TemporaryData.txt HAS CHANGED SINCE IT WAS READ.");
   }
+  StoredSounding stored = ReadTemporaryData(text, HasHeaderColumnOnly, kMostRows);
+  KeepConeOfSession(stored);
   resume_depth.RowsAtGap = stored.gaps.empty() ? -1 : stored.gaps.back();
   MarkComputedChannels();
   TakeColumns(stored);
@@ -570,7 +489,7 @@ bool TakeUpSounding() {
   const SessionBefore before;
   try {
     if (TakeUp()) return true;
-  } catch (const RuntimeFault&) {
+  } catch (const std::exception&) {
     before.Restore();
     throw;
   }

@@ -9,7 +9,9 @@
 #include "core/error_trap.h"
 #include "core/instance_lock.h"
 #include "core/message.h"
+#include "core/session.h"
 #include "core/settings.h"
+#include "core/temporary_data.h"
 #include "forms/main_form.h"
 #include "forms/restart_form.h"
 #include "forms/setup_display_form.h"
@@ -17,6 +19,7 @@
 #include "forms/warning_form.h"
 #include "platform/boxes.h"
 #include "platform/disk.h"
+#include "platform/files.h"
 #include "platform/host.h"
 #include "platform/numbers.h"
 #include "platform/runtime_fault.h"
@@ -26,6 +29,7 @@
 #include "sounding/resume_depth.h"
 #include "sounding/sounding_files.h"
 #include "sounding/sounding_state.h"
+#include "sounding/steps_note.h"
 
 namespace penlog {
 
@@ -52,7 +56,8 @@ std::string WhatHelps(SoundingFile file) {
     case Remedy::Medium:
       return "  IF ITS MEDIUM WAS PULLED OUT, PUT IT BACK.";
     case Remedy::Resume:
-      return file == kCptFile ? "  A RESUME MENDS IT." : "  SOMETHING ELSE HAS CHANGED IT.";
+      return file == kCptFile ? "  A RESUME MENDS IT."
+                              : "  SOMETHING ELSE HAS CHANGED IT: PUT IT BACK AS IT WAS.";
     case Remedy::Disk:
       break;
   }
@@ -93,6 +98,38 @@ void TellIfAny(const std::string& text) {
   if (!text.empty()) PostBox(text);
 }
 
+/// The sounding can be closed without its recovery copy.
+bool CanBeClosed() {
+  return cone.DelayRows <= sounding.RowCount && WhyNotWhole(kCptFile).empty();
+}
+
+/// What stands under the name of the recovery copy names the sounding, with its columns.
+bool CanBeResumed() {
+  bool can = false;
+  Trapped([&can] {
+    const auto stored = ReadTemporaryData(
+        ReadFile(session.SoundingFiles[kTemporaryFile]),
+        [](int channel) { return channels.RecordMode(channel) == 3; }, kMostRows);
+    const bool is_ours = stored.main_file == session.SoundingFiles[kCptFile];
+    can = is_ours && !stored.done && stored.unreadable.empty();
+  });
+  return can;
+}
+
+/// What else is open while the recovery copy is gone or has changed: each way where it works.
+std::string OtherWays() {
+  const Remedy remedy = RemedyFor(kTemporaryFile);
+  if (remedy == Remedy::Disk || !CanBeClosed()) return {};
+  const std::string stopped = Main.frmTakeFinalBaseline.Visible ? "" : "PRESS OK AND ";
+  const std::string close = "  OR " + stopped +
+                            "END THE SOUNDING WITH TAKE BASELINE OR NO BASELINE: THAT NEEDS ITS "
+                            "FILE ALONE.";
+  if (remedy != Remedy::Resume || !CanBeResumed()) return close;
+  return close +
+         "  OR CLOSE THE WINDOW: A RESUME TAKES THE ROWS THAT THE TEMPORARY DATA LACKS FROM THE "
+         "SOUNDING FILE, THE LAST ONES IN PART.";
+}
+
 /// Rows that no file holds are lost with the program: it isn't left. `again`: what is to be
 /// pressed.
 bool RefuseForHeldRows(const std::string& refusal, const std::string& again) {
@@ -100,7 +137,7 @@ bool RefuseForHeldRows(const std::string& refusal, const std::string& again) {
   if (why.empty()) return false;
   const std::string rows = HeldRows();
   PostBox(refusal + (rows.empty() ? "" : "IN MEMORY ALONE: " + rows + ".  ") + why + "." +
-          WhatHelps(kTemporaryFile) + "  THEN PRESS " + again + " AGAIN.");
+          WhatHelps(kTemporaryFile) + "  THEN PRESS " + again + " AGAIN." + OtherWays());
   return true;
 }
 
@@ -205,10 +242,14 @@ std::string LostWithProgram() {
   const std::string rows = HeldRows();
   const std::string marks = HeldMarks();
   const std::string held = rows + (rows.empty() || marks.empty() ? "" : " AND ") + marks;
+  const std::string why = WhyNotWhole(kTemporaryFile);
+  if (!why.empty() && RemedyFor(kTemporaryFile) != Remedy::Disk) {
+    return (CanBeResumed() ? "A RESUME WOULD LACK ROWS: " : "THE SOUNDING COULD NOT BE RESUMED: ") +
+           why + "." + (held.empty() ? "" : "  IN MEMORY ALONE: " + held + ".");
+  }
   if (!held.empty()) {
     return "THE DISK REFUSES " + held + ", WHICH STAND IN MEMORY ALONE AND WOULD BE LOST.";
   }
-  const std::string why = WhyNotWhole(kTemporaryFile);
   return why.empty() ? "" : "A RESUME WOULD LACK ROWS: " + why + ".";
 }
 
@@ -267,6 +308,7 @@ bool CloseSounding() {
   } catch (const RuntimeFault& fault) {
     return TellNotMarked(fault.what());
   }
+  RemoveMissingSteps();
   return true;
 }
 

@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/runtime_fault.h"
+#include "platform/small_file.h"
 #include "platform/texts.h"
 #include "sounding/held_rows.h"
 #include "sounding/reading_values.h"
@@ -113,7 +114,7 @@ bool HasTimFile() {
 }
 
 bool IsMarkedDone(const std::string& path) {
-  if (!TheDisk().FileExists(path)) return false;
+  if (!TheDisk().FileExists(path) || TheDisk().SizeOf(path) > kMostOfSmallFile) return false;
   const std::string text = ReadFile(path);
   return Trim(std::string_view(text).substr(0, text.find('\n'))) == "DONE";
 }

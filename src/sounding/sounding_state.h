@@ -87,9 +87,9 @@ struct SoundingState {
   // Readings and rows; raw cone units.
   ChannelTable<float> Readings;
   std::array<ChannelTable<float>, 11> ReadingWindow;  ///< samples 1 to 10 of each channel
-  std::int16_t ReadingsFresh = 0;    ///< -1 a reading was taken since the link last came up
-  std::int16_t ReadingsTaken = 0;    ///< since entry, or in mode 1 since a loss; at most 10
-  std::int16_t BaselinePending = 0;  ///< -1 asked for before the window was full
+  std::int16_t ReadingsFresh = 0;           ///< -1 a reading was taken since the link last came up
+  std::int16_t ReadingsTaken = 0;           ///< since entry, or in mode 1 since a loss; at most 10
+  std::int16_t BaselinePending = 0;         ///< -1 asked for before the window was full
   std::array<std::string, 31> ReplyTokens;  ///< fields 1 to 30 of the last reply
   std::int32_t RowCount = 0;                ///< last row used; row 0 the baselines
   RowTable Rows;
@@ -97,13 +97,13 @@ struct SoundingState {
   RowColumn RowQt;     ///< corrected tip resistance in base units
 
   // Files.
-  std::array<HeldText, 7> Held;        ///< by the index of SoundingFiles
-  std::int32_t RowsHeldBack = 0;       ///< rows that stand in memory alone: the disk refused them
-  std::int32_t HeldRetrySecond = 0;    ///< SecondsCounter at the last attempt to write them
-  std::int16_t CloseRowsMade = 0;      ///< -1 the delayed rows are written or held
-  std::int16_t FinalBaselineMade = 0;  ///< -1 the final baseline line is written or held
-  std::int16_t TableFull = 0;          ///< -1 the operator knows that no further row has room
-  std::set<std::string> Told;          ///< messages of this sounding that come once
+  std::array<HeldText, 7> Held;           ///< by the index of SoundingFiles
+  std::int32_t RowsHeldBack = 0;          ///< held rows of the copy or the `.cpt` file
+  std::int32_t HeldRetrySecond = 0;       ///< SecondsCounter at the last attempt to write them
+  std::int16_t CloseRowsMade = 0;         ///< -1 the delayed rows are written or held
+  std::int16_t FinalBaselineMade = 0;     ///< -1 the final baseline line is written or held
+  std::int16_t TableFull = 0;             ///< -1 the operator knows that no further row has room
+  std::set<std::string> Told;             ///< messages of this sounding that come once
   CptForm RowForm = CptForm::OfSettings;  ///< of the `.cpt` file that a resume goes on with
   ChannelTable<std::int16_t> KeptColumn;  ///< -1 recorded before the resume, and not there since
 };

@@ -61,9 +61,8 @@ void RequestStart() {
 }
 
 void StopSounding() {
+  AddDistancePushed();
   CloseResumeDepth();
-  cone.DistancePushed += DistanceToAdd();
-  cone.DistancePushedPending = kTrue;
   Main.frmTakeFinalBaseline.Visible = true;
   Main.frmLocalWarning.Visible = false;
   Main.cmdStart.Enabled = false;  // neither it nor its key does anything from here on

@@ -2,7 +2,7 @@
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
-#include "core/session.h"
+#include "core/resume_waits.h"
 #include "core/settings.h"
 #include "display/depth_word.h"
 #include "forms/enlarged_graph_form.h"
@@ -22,8 +22,6 @@ namespace {
 /// Error events of a port, and for the shared port all that is no line or input event.
 constexpr int kFirstErrorEvent = 1000;
 constexpr int kFirstConeErrorEvent = 100;
-/// Of `ResumeDepthStatus`: the depth counts on, no row is recorded yet.
-constexpr float kResumeWaits = 1.0f;
 
 void SetLamp(Shape& lamp, bool solid) {
   lamp.Fill = solid ? FillStyle::Solid : FillStyle::Hollow;
@@ -222,7 +220,7 @@ void OpenTruckPort(const char* settings_text) {
 }
 
 void NoteStepsMayBeMissing() {
-  if (!IsRecording() && session.ResumeDepthStatus != kResumeWaits) return;
+  if (!IsRecording() && !ResumeWaits()) return;
   sounding.StepsMayBeMissing = -1;
   sounding.StepsMayBeMissingDepth = sounding.CurrentDepth;
   if (++missing_steps.TimesAway == 1) missing_steps.FirstDepth = sounding.CurrentDepth;

@@ -6,6 +6,7 @@
 #include "forms/start_up_form.h"
 #include "platform/runtime_fault.h"
 #include "platform/texts.h"
+#include "sounding/held_rows.h"
 #include "support/state.h"
 
 namespace penlog {
@@ -65,6 +66,24 @@ TEST(Console, TellsOfAFaultInTheFirstLoadAndShowsTheScreen) {
   ASSERT_FALSE(told.empty());
   EXPECT_TRUE(StartsWith(told.back(), "RUN-TIME FAULT: ")) << told.back();
   EXPECT_NE(told.back().find("Channel7.txt: Input/output error"), std::string::npos);
+}
+
+TEST(Console, TriesOnceMoreToWriteWhatIsHeldAtItsEnd) {
+  for (const SoundingFile file : {kTemporaryFile, kCptFile, kTimFile}) {
+    ClearedWorld world;
+    const std::string path = "/data/held.txt";
+    world.disk.MakeFolder("/data");
+    RunConsoleFor(kSecond, [&] {
+      session.SoundingFiles[file] = path;
+      world.disk.Put(path, "begun\r\n");
+      StartFile(file, "begun\r\n");
+      world.disk.SetRoom(0);
+      AppendOrHold(file, "a line\r\n");
+      world.disk.SetRoom(-1);
+      EXPECT_EQ(LinesHeld(file), 1);
+    });
+    EXPECT_EQ(world.disk.Read(path), "begun\r\na line\r\n") << file;
+  }
 }
 
 TEST(Console, TellsAFaultThatComesAgainOnce) {

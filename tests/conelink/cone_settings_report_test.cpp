@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "conelink/cone_settings_text.h"
 #include "conelink/link_world.h"
 #include "core/box_answers.h"
+#include "core/resumed_copy.h"
 #include "forms/cone_settings_form.h"
 #include "forms/setup_sounding_form.h"
 #include "support/temporary_lines.h"
@@ -35,7 +38,8 @@ class ReportScreen : public ::testing::Test {
     settings.DepthStep = 0.02F;
     TextLines lines = StoredLines(3);
     lines[4] = session.ResumeConeId = "DCS0042";
-    world.disk.Put("/data/TemporaryData.txt", JoinedLines(lines));
+    resumed_copy.Text = JoinedLines(lines);
+    world.disk.Put("/data/TemporaryData.txt", resumed_copy.Text);
     for (const int channel : {1, 2, 3}) channels.ChannelPresent(channel) = kTrue;
   }
 
@@ -128,6 +132,27 @@ TEST_F(ReportScreen, CloseInAResumeThatCannotBeTakenUpLeadsBackToTheStart) {
   EXPECT_TRUE(StartUp.Visible);
   EXPECT_EQ(session.ResumeConeId, "") << "another sounding may be begun";
   EXPECT_FALSE(Main.Visible);
+  EXPECT_EQ(loops, 0);
+}
+
+/// A disk whose files take more memory than there is.
+struct FullMemory : MemoryDisk {
+  std::string Read(const std::string&) override { throw std::bad_alloc(); }
+};
+
+TEST_F(ReportScreen, CloseInAResumeWithoutMemoryForItsFilesLeadsBackToTheStart) {
+  PutSounding();
+  FullMemory disk;
+  disk.Put("/data/TemporaryData.txt", resumed_copy.Text);
+  UseDisk(&disk);
+  Show(frmConeSettings);
+  std::string text;
+  world.AnswerNextBox(text);
+  World::Press(frmConeSettings, frmConeSettings.cmdClose);
+  UseDisk(&world.disk);
+  EXPECT_EQ(text, "THE LAST SOUNDING CANNOT BE RESUMED.  THERE IS NOT ENOUGH MEMORY.");
+  EXPECT_FALSE(frmConeSettings.Visible);
+  EXPECT_TRUE(StartUp.Visible);
   EXPECT_EQ(loops, 0);
 }
 

@@ -58,11 +58,15 @@ class ResumeScreen : public ::testing::Test {
 
   void Put(const TextLines& lines) { world.disk.Put(kTemporary, JoinedLines(lines)); }
   void PutRows(int rows) { Put(StoredLines(rows)); }
-  /// Rows at these depths; their values say nothing.
+  /// Rows at these depths, and "mark" for that of a drilled gap; their values say nothing.
   void PutDepths(const Texts& depths) {
     TextLines lines = StoredHeader();
-    for (const auto& depth : depths)
-      lines.push_back(StoredRowLine(depth, "2.00", {"1.0", "2.0", "3.0"}));
+    for (const auto& depth : depths) {
+      const int n = static_cast<int>(lines.size());
+      lines.push_back(depth == "mark"
+                          ? "DRILLOUT*****" + std::string(60, '*')
+                          : StoredRowLine(depth, "2.00", {StoredValue(1, n), "2.0", "3.0"}));
+    }
     Put(lines);
   }
   /// RESUME LAST SOUNDING.

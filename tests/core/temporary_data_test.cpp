@@ -121,6 +121,13 @@ TEST(StoredHeader, ThatCannotBeUsedSaysWhy) {
       {"the copy itself", [&] { return with(0, "/allusers/PENLOG(KQ)/TemporaryData.txt"); },
        "LINE 1 NAMES NO FILE OF A SOUNDING"},
       {"a side file", [&] { return with(0, "/data/s.TIM"); }, "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"the film", [&] { return with(0, "/data/s.mp4"); }, "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"a restart test", [&] { return with(0, "/data/s.rst"); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"a calibration", [&] { return with(0, "/data/s.cal"); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
+      {"a digit in the extension", [&] { return with(0, "/data/s.cp4"); },
+       "LINE 1 NAMES NO FILE OF A SOUNDING"},
       {"no extension", [&] { return with(0, "/data/sounding"); },
        "LINE 1 NAMES NO FILE OF A SOUNDING"},
       {"an extension alone", [&] { return with(0, "/data/.cpt"); },
@@ -129,7 +136,6 @@ TEST(StoredHeader, ThatCannotBeUsedSaysWhy) {
        "LINE 1 NAMES NO FILE OF A SOUNDING"},
       {"a character that names don't have", [&] { return with(0, "/data/s\x01.cpt"); },
        "LINE 1 NAMES NO FILE OF A SOUNDING"},
-      {"no cone", [&] { return with(4, ""); }, "LINE 5 NAMES NO CONE"},
       {"no columns", [&] { return with(15, ""); }, "LINE 16 NAMES NO CHANNELS"},
       {"columns unquoted", [&] { return with(15, std::string(13, ' ') + StoredField("1")); },
        "LINE 16 NAMES NO CHANNELS"},
@@ -430,6 +436,7 @@ TEST(StoredGap, TornAsTheLastLineIsLeftOutAndTold) {
     const StoredSounding stored = Read(sound + line);
     EXPECT_EQ(stored.rows.size(), 2U);
     EXPECT_EQ(stored.EndsInGap(), whole);
+    EXPECT_EQ(stored.EndsInTornGap(), !whole);
     EXPECT_EQ(stored.sound_text, whole ? sound + line + "\r\n" : sound);
     EXPECT_EQ(stored.damage, whole ? TextLines{} : TextLines{"LINE 20: IT IS NO WHOLE ROW"});
     EXPECT_EQ(stored.loses_lines, !whole);

@@ -7,6 +7,7 @@
 #include "core/channels.h"
 #include "core/reset_state.h"
 #include "display/view_settings.h"
+#include "sounding/held_rows.h"
 #include "sounding/sounding_state.h"
 #include "support/world.h"
 
@@ -20,8 +21,39 @@ struct Alarms : testing::Test {
     FollowAlarms();
   }
   std::size_t Tones() const { return world.host.tones.size(); }
+  static void Hold(SoundingFile file) { sounding.Held[file].Text = "a row\r\n"; }
+  static void Release(SoundingFile file) { sounding.Held[file].Text.clear(); }
   World world;
 };
+
+TEST_F(Alarms, OfRowsInMemoryAloneSoundAlsoWhileTheFileLags) {
+  Hold(kCptFile);
+  FollowAlarms();
+  EXPECT_EQ(Tones(), 1u);
+  for (const std::size_t refusals : {1u, 2u}) {
+    Hold(kTemporaryFile);
+    FollowAlarms();
+    EXPECT_EQ(Tones(), 1u + refusals);
+    Release(kTemporaryFile);
+    FollowAlarms();
+    EXPECT_EQ(Tones(), 1u + refusals) << "that the file lags is not new";
+  }
+}
+
+TEST_F(Alarms, OfAFullDiskSoundOneToneForBothFiles) {
+  Hold(kTemporaryFile);
+  Hold(kCptFile);
+  FollowAlarms();
+  EXPECT_EQ(Tones(), 1u);
+  Release(kTemporaryFile);
+  Release(kCptFile);
+  FollowAlarms();
+  Hold(kTemporaryFile);
+  FollowAlarms();
+  Hold(kCptFile);  // whose rows come later
+  FollowAlarms();
+  EXPECT_EQ(Tones(), 2u);
+}
 
 TEST_F(Alarms, EachSoundsOneToneWhenItIsNew) {
   const struct {
@@ -32,7 +64,8 @@ TEST_F(Alarms, EachSoundsOneToneWhenItIsNew) {
       {[] { cone.ConeLinkUp = kFalse; }, [] { cone.ConeLinkUp = kTrue; }},
       {[] { cone.ConePortLost = kTrue; }, [] { cone.ConePortLost = kFalse; }},
       {[] { cone.TruckPortLost = kTrue; }, [] { cone.TruckPortLost = kFalse; }},
-      {[] { sounding.RowsHeldBack = 4; }, [] { sounding.RowsHeldBack = 0; }},
+      {[] { Hold(kTemporaryFile); }, [] { Release(kTemporaryFile); }},
+      {[] { Hold(kCptFile); }, [] { Release(kCptFile); }},
   };
   std::size_t expected = 0;
   for (const auto& row : rows) {

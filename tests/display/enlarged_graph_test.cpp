@@ -301,7 +301,8 @@ TEST(EnlargedGraphScreen, MakesWayForANewAlarm) {
       [] { cone.ConeLinkUp = kFalse; },
       [] { cone.ConePortLost = kTrue; },
       [] { cone.TruckPortLost = kTrue; },
-      [] { sounding.RowsHeldBack = 3; },
+      [] { sounding.Held[0].Text = "a row\r\n"; },
+      [] { sounding.Held[1].Text = "a row\r\n"; },
   };
   for (const auto raise : raised) {
     EnlargedWorld world;

@@ -244,7 +244,7 @@ TEST(GraphDepthAxis, CountsInFeet) {
   EXPECT_NEAR(world.Drawn(1, GraphSeries::Main).at(1).y, 0.5 * 3.281 / 2, 1e-5);
 }
 
-/// The required formula multiplies what lies below the start and not the start.
+/// In feet what lies below the start is multiplied, and the start is not.
 TEST(GraphDepthAxis, InFeetHoldsEveryRowWhateverTheStart) {
   struct Row {
     float depth, top, bottom, place;

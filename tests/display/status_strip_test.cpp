@@ -58,6 +58,25 @@ TEST(StatusStrip, TellsALatchedQuitUnlessALinkIsLostOrTheSoundingEnded) {
   }
 }
 
+TEST(StatusStrip, WaitsWhileTheAveragesOfAResumeFillUnlessALinkIsLostOrItEnded) {
+  const struct {
+    bool cone_lost, quit, ended;
+    const char* word;
+  } rows[] = {{false, false, false, "WAITING"},
+              {true, false, false, "LINK LOST"},
+              {false, true, false, "STOPPED BY QUIT"},
+              {false, false, true, "STOPPED"}};
+  for (const auto& row : rows) {
+    StripValues values;
+    values.ConsoleMode = 2;
+    values.fills = true;
+    values.cone_lost = row.cone_lost;
+    values.quit = row.quit;
+    values.ended = row.ended;
+    EXPECT_STREQ(WordOf(StateOf(values)), row.word);
+  }
+}
+
 TEST(StatusStrip, TellsAnAge) {
   const struct {
     std::int64_t seconds;
@@ -81,13 +100,13 @@ TEST(StatusStrip, CountsRowsOnTheDiskApartFromThoseInMemory) {
   EXPECT_EQ(texts.rows_on_disk, "12");
   EXPECT_EQ(texts.rows_held, "");
   EXPECT_EQ(texts.file, "HARBOUR(001).cpt");
-  values.RowsHeldBack = 5;
+  values.RowsInMemory = 5;
   values.file = "C:\\data\\A.cpt";
   texts = MakeStripTexts(values);
   EXPECT_EQ(texts.rows_on_disk, "7");
   EXPECT_EQ(texts.rows_held, "5");
   EXPECT_EQ(texts.file, "A.cpt");
-  values.RowsHeldBack = 20;  // the lines of more than one file
+  values.RowsInMemory = 20;  // the lines of more than one file
   values.file.clear();
   texts = MakeStripTexts(values);
   EXPECT_EQ(texts.rows_on_disk, "0");
@@ -151,6 +170,22 @@ TEST_F(Strip, FollowsTheConsolesTimer) {
   EXPECT_EQ(Main.lblRowsOnDisk.Caption, "2");
   EXPECT_TRUE(Main.lblRowsHeld.Visible);
   EXPECT_EQ(Main.lblRowsHeld.Caption, "1");
+}
+
+TEST_F(Strip, WaitsUntilTheAveragesOfAResumeAreFull) {
+  session.ReadingsAveraged = 4;
+  struct Case {
+    const char* resumed;
+    std::int16_t taken;
+    const char* word;
+  };
+  for (const Case& row :
+       {Case{"DSE1234", 3, "WAITING"}, Case{"DSE1234", 4, "RECORDING"}, Case{"", 3, "RECORDING"}}) {
+    session.ResumeConeId = row.resumed;
+    sounding.ReadingsTaken = row.taken;
+    Pass(60'000);
+    EXPECT_EQ(Main.lblState.Caption, row.word) << row.resumed << row.taken;
+  }
 }
 
 TEST_F(Strip, IsTheAlarmsWhileAQuitIsLatchedAndGreenUnderTheOverride) {

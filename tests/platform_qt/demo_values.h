@@ -84,6 +84,7 @@ inline void FillStartUp() {
   StartUp.cmdSystemSetup.Visible = true;
   frmResumeDepthStatus.lblTargetResumeDepth.Caption = "-1012.34";
   frmResumeDepthStatus.lblCurrentResumeDepth.Caption = "-1008.86";
+  frmResumeDepthStatus.lblDifferenceCaption.Caption = "STILL TO GO (STEPS MISSING?):";
   frmResumeDepthStatus.lblDifference.Caption = "1003.48 ft";
 }
 

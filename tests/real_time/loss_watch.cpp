@@ -49,6 +49,7 @@ bool LossWatch::Take(const std::string& words) {
 void LossWatch::Look() {
   Loss& loss = losses_.back();
   loss.cone_was_lost = loss.cone_was_lost || ConeIsLost();
+  loss.truck_was_lost = loss.truck_was_lost || cone.TruckPortLost == kTrue;
   if (loss.back >= 0 && IsOver()) {
     lblOver.Caption = loss.name;
     return;
@@ -93,6 +94,18 @@ std::string LossWatch::Table(const std::string& wires) const {
              (over ? Format(seconds, "#0.0") + " s" : "not over") + " |\n";
   }
   return table;
+}
+
+void RowPasses::NoteReading() {
+  const auto rows = static_cast<std::size_t>(sounding.RowCount);
+  if (asked_behind_.size() < rows) asked_behind_.resize(rows, asked_.size());
+  asked_.push_back(Now());
+}
+
+double RowPasses::LongestWait(std::size_t row) const {
+  if (row >= asked_behind_.size() || asked_behind_[row] < 2) return -1;
+  const std::size_t behind = asked_behind_[row];
+  return static_cast<double>(asked_[behind] - asked_[behind - 2]) / kSecond;
 }
 
 }  // namespace penlog

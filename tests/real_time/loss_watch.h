@@ -2,6 +2,7 @@
 // until the console records again. The limits are the test's, not the watch's.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ struct Loss {
   std::int32_t rows_at_loss = 0;
   std::int32_t rows_at_return = 0;
   bool cone_was_lost = false;
+  bool truck_was_lost = false;
   bool held = false;  ///< no row comes behind it
 };
 
@@ -54,6 +56,22 @@ class LossWatch : public Form {
   std::int32_t rows_before_ = 0;  // rows that say nothing of the return
   std::int32_t first_row_ = 0;    // behind it
   float reading_ = 0;             // of before it
+};
+
+/// Between which readings each row was taken. A step that makes a row due is counted while the
+/// console waits for a reading or in the pause behind it, and the row is taken before the next one
+/// is asked for.
+class RowPasses {
+ public:
+  /// The cone is asked for a reading now.
+  void NoteReading();
+  /// s of the two passes before the first reading that was asked for behind the row, from 0: so
+  /// long it can have been due at most. Below 0 for a row that was not seen.
+  double LongestWait(std::size_t row) const;
+
+ private:
+  std::vector<Micros> asked_;
+  std::vector<std::size_t> asked_behind_;  // row by row
 };
 
 }  // namespace penlog

@@ -89,8 +89,8 @@ const auto kLosses = testing::Values(
             kTruckLost + "expect Main.lblState \"LINKS LOST\"\n" + kLook + "rig plug truck\n" +
             kTruckWell + kLook + "rig push 0.035\nwait 5\n",
         "rig plug cone\n", kConeWell + kTruckWell,
-        "LINKS LOST on red, age on red, readings old; port LOST, modules LOST, truck LOST" + kUp, 6,
-        true, kRecordingFace + kSteps, 0, 0.035, 0});
+        "LINKS LOST on red, age on red, readings old; port LOST, modules LOST, truck LOST" + kUp,
+        10, true, kRecordingFace + kSteps, 0, 0.035, 0});
 
 const auto kNameOfCase = [](const auto& info) { return std::string(info.param.name); };
 
@@ -168,22 +168,40 @@ TEST(Lamps, OfATruckInterfaceThatIsBackSayWhatItsLinesSayNow) {
 
 // Quits.
 
-TEST(QuitsBehindALoss, WaitForTenReadingsAgain) {
+struct QuitsBehindALoss : testing::TestWithParam<LossCase> {};
+
+/// The cone leans from the return on. Only a loss of the cone starts the wait anew.
+TEST_P(QuitsBehindALoss, WaitForTenReadingsAgainIfTheConeWasLost) {
+  const LossCase& loss = GetParam();
   LinkLossRun run("1");
-  int asked = 0;  // readings since the last other command: the cone was selected anew
+  int asked = 0;   // readings since the last other command: the cone was selected anew
+  int behind = 0;  // and since it leans
+  bool leans = false;
   bool raised = false;
+  run.At("leans", [&] { leans = true; });
   run.rig.log.on_added = [&](const RigRecord& record) {
     raised = raised || (record.kind == RigLogKind::Output && (record.number & 2) != 0);
-    if (!raised && record.kind == RigLogKind::Command) asked = record.text == "D" ? asked + 1 : 0;
+    if (raised || record.kind != RigLogKind::Command) return;
+    asked = record.text == "D" ? asked + 1 : 0;
+    behind += leans ? 1 : 0;
+    EXPECT_FALSE(Main.frmQuitWarning.Visible) << "the stop line first";
   };
-  run.Play(ScriptToRecording() + "rig push 1.8\nwait 60\nrig test lost\nrig unplug cone\n" +
-           kConeLost + "rig tilt 12 0\nrig plug cone\nrig test back\n" + kConeWell +
-           "expect Main.frmQuitWarning visible 20\nrig test end\n" + ScriptToEnd());
+  run.Play(ScriptToRecording() + "rig push 1.8\nwait 60\nrig test lost\n" + loss.lost +
+           "rig tilt 12 0\nrig test leans\n" + loss.back + "rig test back\n" +
+           "expect Main.frmQuitWarning visible 60\n" + loss.well +
+           "expect Main.frmQuitWarning visible\nrig test end\n" + ScriptToEnd());
   EXPECT_TRUE(raised);
-  EXPECT_NEAR(asked, 12, 1) << "two show that the cone lives";
+  EXPECT_EQ(run.was_down, loss.gap_row);
+  if (loss.gap_row) {
+    EXPECT_NEAR(asked, 12, 1) << "two show that the cone lives";
+  } else {
+    EXPECT_LE(behind, 6) << "as many as bring the average above the limit, and none more";
+  }
 }
 
-TEST(QuitsBehindALoss, LatchedBeforeHoldTheRigThroughIt) {
+INSTANTIATE_TEST_SUITE_P(, QuitsBehindALoss, kLosses, kNameOfCase);
+
+TEST(LatchedQuit, HoldsTheRigThroughALossOfTheCone) {
   LinkLossRun run("1");
   std::int16_t state = 0;
   run.At("look", [&] {
@@ -267,7 +285,7 @@ TEST(LossAtTheStart, TakesOneRowForTheGapOnceTheConeIsBack) {
 
 struct LossAtTheStopQuestion : testing::TestWithParam<WayToLose> {};
 
-TEST_P(LossAtTheStopQuestion, TakesItsButtonsIfTheConeIsSilentAndRowsBehindItCloseIt) {
+TEST_P(LossAtTheStopQuestion, TakesItsButtonsIfTheConeIsSilentAndTheReturnClosesIt) {
   const std::string buttons = std::string(GetParam().buttons) + "\n";
   LinkLossRun run;
   run.Play(ScriptToRecording() + "rig push 0.9\nwait 10\nclick Main.cmdStart\n" +

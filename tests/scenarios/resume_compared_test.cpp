@@ -26,19 +26,25 @@ struct SoundingForm {
   bool elevation;
   bool new_form;
   bool ball;
+  int resolution = 5;  // mm
 };
 
 std::string NameOf(const SoundingForm& form) {
   return std::string(form.feet ? "Feet" : "Metres") + (form.elevation ? "Elevation" : "Depth") +
-         (form.new_form ? "NewForm" : "OldForm") + (form.ball ? "Ball" : "Cone");
+         (form.new_form ? "NewForm" : "OldForm") + (form.ball ? "Ball" : "Cone") +
+         (form.resolution == 5 ? "" : "In" + std::to_string(form.resolution) + "mm");
 }
 
 ScenarioSetup SetupOf(const SoundingForm& form) {
   ScenarioSetup setup;
   setup.settings = {{setting::kDepthUnits, form.feet ? "1" : "0"},
                     {setting::kDepthFormat, form.elevation ? "1" : "0"},
-                    {setting::kDepthSignificantDigits, form.new_form ? "3" : "2"}};
-  setup.change_rig = SteadyOnSlope;
+                    {setting::kDepthSignificantDigits, form.new_form ? "3" : "2"},
+                    {setting::kDepthResolution, "0.00" + std::to_string(form.resolution)}};
+  setup.change_rig = [form](RigSetup& rig) {
+    SteadyOnSlope(rig);
+    rig.truck.resolution = form.resolution / 1000.0;
+  };
   return setup;
 }
 
@@ -184,6 +190,8 @@ std::vector<SoundingForm> EachForm() {
       }
     }
   }
+  // The new form has a digit for each millimetre: a row that comes one count late is seen.
+  for (const int resolution : {1, 2, 4}) forms.push_back({false, false, true, false, resolution});
   return forms;
 }
 

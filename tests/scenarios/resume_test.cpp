@@ -456,16 +456,14 @@ wait 60
 TEST(StartAgain, RunsDoAgainOfTheDataDirectoryIfThereIsOne) {
   struct Case {
     const char* file;
-    bool starts;
     const char* started;
   };
   const std::string folder = VirtualSession::DataDirectory();
-  for (const Case& row : {Case{"/DoAgain.exe", true, "/allusers/PENLOG(KQ)/DoAgain.exe"},
-                          Case{"/DoAgain", true, "/allusers/PENLOG(KQ)/DoAgain"},
-                          Case{"/DoAgain.txt", true, "itself"}}) {
+  for (const Case& row :
+       {Case{"/DoAgain.exe", "/allusers/PENLOG(KQ)/DoAgain.exe"},
+        Case{"/DoAgain", "/allusers/PENLOG(KQ)/DoAgain"}, Case{"/DoAgain.txt", "itself"}}) {
     Scenario scenario;
     scenario.disk.Put(folder + row.file, "a program");
-    scenario.session.host.can_start = row.starts;
     const std::string again = std::string(row.started) == "itself" ? "screen StartUp\nend\n" : "";
     scenario.Play(ScriptToRecording() + Push("0.1", "0.100 m") + ScriptToSuspend() + kRestart +
                   again);

@@ -1,5 +1,5 @@
-// The cone's port comes back at any moment of a scan over seven other ports: the longest way until
-// it is found again.
+// A port comes back at any moment of a scan for the cone over seven other ports: the longest way
+// until it is found again.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +12,8 @@
 namespace penlog {
 namespace {
 
-constexpr double kScan = 16;  // s that a scan over seven ports takes at most
+constexpr double kScan = 16;    // s that a scan over seven ports takes at most
+constexpr double kOnePort = 4;  // s that a port takes in it, and more
 constexpr double kLimit = 30;
 
 /// Seconds from the return under `number`, `away` seconds after the loss, to the panel that says
@@ -48,6 +49,38 @@ TEST_P(ReturnMoments, TheConeIsFoundWithin30SecondsWithEightPortsPresent) {
     longest = std::max(longest, time);
   }
   std::cout << "back as COM" << GetParam() << ": found after " << longest << " s at most\n";
+}
+
+/// Seconds from the truck interface's return to its panel, `away` seconds after both were lost.
+double TimeToFindTheTruck(double away) {
+  Scenario scenario;
+  for (int port = 11; port <= 16; ++port) scenario.session.ports.Wire(port);
+  Micros back = 0;
+  Micros over = 0;
+  scenario.At("back", [&] { back = Now(); });
+  scenario.At("over", [&] { over = Now(); });
+  scenario.Play(ScriptToRecording() + R"(rig push 0.2
+wait 2
+rig unplug cone
+rig unplug truck
+expect frmWarning.frmEncoderWarning visible 5
+wait )" + PlainNumber(away) +
+                R"(
+rig plug truck
+rig test back
+expect frmWarning.frmEncoderConnected visible 60
+rig test over
+rig plug cone
+expect frmWarning.frmSerialConnected visible 60
+wait 5
+)" + ScriptToEnd());
+  return static_cast<double>(over - back) / 1e6;
+}
+
+TEST(ReturnOfTheTruckInterface, IsNotLeftUncountedUntilAScanForTheConeIsOver) {
+  for (double away = 0.1; away < kScan; away += 1.3) {
+    EXPECT_LT(TimeToFindTheTruck(away), kOnePort) << "away for " << away << " s";
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(UnderNumber, ReturnMoments, testing::Values(3, 9, 20),

@@ -42,6 +42,26 @@ TEST(TruckPortForAMoment, WhileTheRodsStandIsToldTooAndNothingIsMissing) {
   scenario.ExpectRows();
 }
 
+TEST(TruckPortForAMoment, IsToldAlsoBehindAResumeUntilTheSoundingEnds) {
+  const std::string note = "/allusers/PENLOG(KQ)/Missing Steps.txt";
+  for (const bool killed : {true, false}) {
+    SCOPED_TRACE(killed);
+    Moment scenario;
+    scenario.TryPlay("moment", ScriptToRecording() + Push("0.3", "0.300 m") +
+                                   "rig replug truck 4 0.1s\n" + kTold +
+                                   (killed ? "wait 1\nkill\nwait 1\n"
+                                           : ScriptToSuspend() + "click frmZOLRestart.cmdNo\n"));
+    EXPECT_TRUE(scenario.Has(note));
+    scenario.Play(ScriptToResume() + R"(expect frmWarning.frmSteps "DEPTH STEPS MAY BE MISSING"
+expect frmWarning.lblSteps "THE TRUCK INTERFACE WAS AWAY AT 0.300 m."
+expect Main.lblStepsSign visible
+)" + Push("0.3", "0.600 m") +
+                  "rig test end\n" + ScriptToEnd());
+    scenario.ExpectRows();
+    EXPECT_FALSE(scenario.Has(note)) << "the sounding is done";
+  }
+}
+
 TEST(TruckPortForAMoment, UnderAnotherNumberStaysLostUntilResetCommsGivesItThatOne) {
   Moment scenario;
   float lost = 0;

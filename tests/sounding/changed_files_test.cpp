@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 #include "platform/boxes.h"
 #include "platform/runtime_fault.h"
@@ -17,6 +18,8 @@ namespace {
 
 const std::string kBefore = "THE SOUNDING COULD NOT BE WRITTEN TO THE DISK.";
 const std::string kChanged = "THE SOUNDING FILE HAS CHANGED.";
+const std::string kCopyChanged = "THE TEMPORARY DATA HAS CHANGED.";
+const std::string kCopyGone = "THE TEMPORARY DATA IS GONE.";
 const std::string kGivenUp = "THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN.";
 
 /// Whose boxes stay open.
@@ -145,7 +148,7 @@ TEST(ChangedFile, OfAnotherLengthIsToldAtTheNextRowAndTakesItOnceItIsBack) {
     for (int again = 0; again < 2; ++again) {
       TakenUp::Row();
       EXPECT_TRUE(IsTold(row.path + std::string(row.why)));
-      EXPECT_TRUE(IsTold(row.path == std::string(kCpt) ? kChanged : kBefore));
+      EXPECT_TRUE(IsTold(row.path == std::string(kCpt) ? kChanged : kCopyChanged));
       EXPECT_EQ(sounding.RowsHeldBack, again + 1);
       EXPECT_EQ(taken.File(row.path), changed) << "neither gone on with nor replaced";
     }
@@ -185,7 +188,136 @@ TEST(ChangedFile, OfTheSameLengthIsFoundBehindARefusalAndAtTheEnd) {
   }
 }
 
+// A recovery copy that is gone, or holds something else: what is left to do, and that it works.
+
+const std::string kWayToClose = "END THE SOUNDING WITH TAKE BASELINE OR NO BASELINE";
+const std::string kWayOut = "OR CLOSE THE WINDOW: A RESUME TAKES THE ROWS";
+
+struct CopyCase {
+  const char* what;
+  void (*harm)(MemoryDisk& disk);
+  bool resumes;
+};
+
+constexpr CopyCase kHarmedCopies[] = {
+    {"cut",
+     [](MemoryDisk& disk) {
+       const std::string text = disk.Read(kTemporary);
+       disk.Put(kTemporary, text.substr(0, text.size() - 9));
+     },
+     true},
+    {"a line added",
+     [](MemoryDisk& disk) { disk.Put(kTemporary, disk.Read(kTemporary) + "X\r\n"); }, true},
+    {"an older state", [](MemoryDisk& disk) { disk.Put(kTemporary, JoinedLines(StoredLines(5))); },
+     true},
+    {"another sounding's",
+     [](MemoryDisk& disk) {
+       const std::string text = disk.Read(kTemporary);
+       disk.Put(kTemporary, "/data/other.cpt" + text.substr(text.find("\r\n")));
+     },
+     false},
+    {"emptied", [](MemoryDisk& disk) { disk.Put(kTemporary, ""); }, false},
+    {"gone", [](MemoryDisk& disk) { disk.Remove(kTemporary); }, false},
+};
+
+constexpr int kMore = 6;
+
+/// Harmed behind the first row of the resume; `kMore` rows follow.
+struct HarmedCopy : GoesOn {
+  explicit HarmedCopy(const CopyCase& harmed) {
+    harmed.harm(disk);
+    for (int i = 0; i < kMore; ++i) Row();
+  }
+  static std::string WholeRows() { return Head(true) + CptRows(kAligned + 1 + kMore); }
+  static std::string SuspendedText() {
+    ResetBoxes();
+    SuspendSounding();
+    return OpenBoxes().empty() ? "" : OpenBoxes().back().text;
+  }
+};
+
+TEST(HarmedCopy, IsToldInWordsOfItsOwnAndNamesTheWaysThatAreLeft) {
+  for (const CopyCase& row : kHarmedCopies) {
+    SCOPED_TRACE(row.what);
+    HarmedCopy harmed(row);
+    const bool is_gone = std::string(row.what) == "gone";
+    EXPECT_TRUE(IsTold(is_gone ? kCopyGone : kCopyChanged));
+    EXPECT_TRUE(IsTold("STOPPED AND CLOSED"));
+    EXPECT_FALSE(IsTold(kBefore)) << "room helps nothing";
+    const std::string text = HarmedCopy::SuspendedText();
+    EXPECT_TRUE(text.starts_with("THE SOUNDING CANNOT BE SUSPENDED.  IN MEMORY ALONE: 6 ROWS."));
+    EXPECT_NE(text.find(kWayToClose), text.npos) << text;
+    EXPECT_EQ(text.find(kWayOut) != text.npos, row.resumes) << text;
+    Main_QueryUnload();
+    const std::string out = OpenBoxes().back().text;
+    EXPECT_TRUE(out.starts_with(row.resumes ? "A RESUME WOULD LACK ROWS: "
+                                            : "THE SOUNDING COULD NOT BE RESUMED: "))
+        << out;
+    EXPECT_NE(out.find("IN MEMORY ALONE: 6 ROWS.  END THE PROGRAM ALL THE SAME?"), out.npos) << out;
+  }
+}
+
+TEST(HarmedCopy, LeavesTheSoundingToBeClosedWhole) {
+  for (const CopyCase& row : kHarmedCopies) {
+    SCOPED_TRACE(row.what);
+    HarmedCopy harmed(row);
+    EXPECT_TRUE(CloseSounding());
+    EXPECT_EQ(harmed.File(kTemporary), "DONE\r\n");
+    const std::string cpt = harmed.File(kCpt);
+    ASSERT_TRUE(cpt.starts_with(HarmedCopy::WholeRows()));
+    const std::string closing = cpt.substr(HarmedCopy::WholeRows().size());
+    EXPECT_EQ(std::count(closing.begin(), closing.end(), '\n'), kLag) << "the rows of the lag";
+  }
+}
+
+TEST(HarmedCopy, OfAnEndedProgramIsTakenUpWithTheRowsOfTheFileWhereThatIsTold) {
+  for (const CopyCase& row : kHarmedCopies) {
+    if (!row.resumes) continue;
+    SCOPED_TRACE(row.what);
+    HarmedCopy harmed(row);
+    ASSERT_EQ(harmed.File(kCpt), HarmedCopy::WholeRows());
+    sounding.Held = {};  // the window was closed
+    harmed.TakeUp();
+    EXPECT_EQ(sounding.RowCount, kRows + 1 + kMore);
+    EXPECT_EQ(harmed.File(kCpt), HarmedCopy::WholeRows());
+  }
+}
+
+TEST(HarmedCopy, BesideAFileThatIsGoneTooNamesNoWayThatDoesNotWork) {
+  HarmedCopy harmed(kHarmedCopies[0]);
+  harmed.disk.Remove(kCpt);
+  const std::string text = HarmedCopy::SuspendedText();
+  EXPECT_EQ(text.find(kWayToClose), text.npos) << text;
+  EXPECT_EQ(text.find(kWayOut), text.npos) << text;
+}
+
 // What is refused, given up, or slow.
+
+TEST(RefusedRow, OfTheCopyIsToldAgainThoughTheFileStillLags) {
+  for (const bool unfit : {true, false}) {
+    GoesOn taken;
+    std::set<std::string> refused = {kCpt};
+    taken.disk.before = [&refused](std::string_view work, const std::string& path) {
+      if (work == "write" && refused.contains(path)) throw RuntimeFault(path + ": No space left");
+    };
+    if (unfit) StartUnfitFile(kCptFile);
+    TakenUp::Row();
+    for (int refusal = 1; refusal <= 3; ++refusal) {
+      ResetBoxes();
+      refused.insert(kTemporary);
+      for (int i = 0; i < 2; ++i) TakenUp::Row();
+      const auto is_of_copy = [](const MessageBox& box) {
+        return box.text.starts_with(kBefore) && box.text.find(kTemporary) != std::string::npos;
+      };
+      EXPECT_EQ(std::count_if(OpenBoxes().begin(), OpenBoxes().end(), is_of_copy), 1) << refusal;
+      EXPECT_EQ(LinesHeld(kTemporaryFile), 2);
+      refused.erase(kTemporary);
+      TakenUp::Row();
+      EXPECT_EQ(LinesHeld(kTemporaryFile), 0);
+      EXPECT_GT(LinesHeld(kCptFile), 0) << "the file still lags";
+    }
+  }
+}
 
 TEST(RefusedRow, IsToldAgainWhenTheDiskHadTakenRowsMeanwhile) {
   GoesOn taken;
@@ -206,7 +338,7 @@ TEST(RefusedRow, IsToldAgainWhenTheDiskHadTakenRowsMeanwhile) {
 TEST(TimeMarks, GivenUpAtTheResumeLeaveTheirFileAsItIs) {
   const std::string head =
       "Lumen Probe Time File.  Each line a represents a 5mm depth increment.\r\n 34200.5 \r\n";
-  for (const std::string& before : {head + "000.250 342", head.substr(0, 80), std::string()}) {
+  for (const std::string& before : {head + "-000.500 342", head.substr(0, 80), std::string()}) {
     SCOPED_TRACE(before);
     TakenUp taken;
     settings.LumenProbePresent = 1;

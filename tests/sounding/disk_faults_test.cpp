@@ -423,7 +423,8 @@ TEST(DiskFaults, AWindowClosedWithoutTheRecoveryCopyOrTheFileSaysSo) {
     EXPECT_TRUE(text.starts_with(gone == kCpt
                                      ? "THE SOUNDING FILE IS NOT COMPLETE YET: /data/s.cpt "
                                        "is no longer there."
-                                     : "A RESUME WOULD LACK ROWS: /data/TemporaryData.txt "
+                                     : "THE SOUNDING COULD NOT BE RESUMED: "
+                                       "/data/TemporaryData.txt "
                                        "is no longer there."))
         << text;
   }

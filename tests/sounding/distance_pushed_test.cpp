@@ -54,6 +54,60 @@ TEST(DistancePushed, IsAddedOnceWhenAnEndThatWasCutOffIsStoppedAgain) {
   }
 }
 
+/// A resume that waits at the surface, with a last row at 20 m.
+struct PushedAndWaiting : Pushed {
+  PushedAndWaiting() {
+    session.ResumeConeId = "DSE1234";
+    session.ResumeDepthStatus = 1.0F;
+    sounding.ConsoleMode = 1;
+    sounding.RowCount = 3;
+    sounding.Rows(3, 0) = 20.0F;
+  }
+};
+
+TEST(DistancePushed, OfAResumeThatIsStoppedWhileItWaitsIsThatOfItsRowsUntilTheConeIsDeeper) {
+  struct Case {
+    float depth;
+    const char* added_before;
+    float whole;
+    const char* noted;
+  };
+  for (const Case& row :
+       {Case{0.05F, nullptr, 120, "20.000"}, Case{7.5F, nullptr, 120, "20.000"},
+        Case{21.25F, nullptr, 121.25F, "21.000"}, Case{0.05F, "12.000", 108, "20.000"},
+        Case{0.05F, "20.000", 100, "20.000"}}) {
+    PushedAndWaiting pushed;
+    sounding.CurrentDepth = row.depth;
+    const std::string head = "2026-06-15 09:30:00\r\nDSE1234\r\n";
+    if (row.added_before != nullptr) pushed.disk.Put(kNote, head + row.added_before + "\r\n");
+    Main_cmdWarningOK1_Click();
+    EXPECT_FLOAT_EQ(cone.DistancePushed, row.whole);
+    EXPECT_FALSE(pushed.WroteDistance());
+    for (int pass = 0; pass < 3; ++pass) MainloopPass();
+    auto written = static_cast<float>(IntPart(static_cast<double>(row.whole)));
+    EXPECT_EQ(pushed.Count("W 22 3 " + SingleToBinary(written, 3)), 1);
+    EXPECT_EQ(ReadFile(kNote), head + row.noted + "\r\n");
+  }
+}
+
+TEST(DistancePushed, OfAStopBehindTheDepthThatWasReachedIsThatOfTheConeAgain) {
+  PushedAndWaiting pushed;
+  session.ResumeDepthStatus = 0;
+  Pushed::Stop(19.5F);
+  EXPECT_FLOAT_EQ(cone.DistancePushed, 119.5F);
+}
+
+TEST(DistancePushed, OfAResumeThatWaitsWithItsConeAwayIsWrittenWhenItIsBack) {
+  PushedAndWaiting pushed;
+  sounding.CurrentDepth = 0;
+  cone.ConeLinkUp = 1;  // neither up nor known as lost
+  Main_cmdWarningOK1_Click();
+  MainloopPass();  // brings it back
+  EXPECT_FALSE(pushed.WroteDistance());
+  MainloopPass();
+  EXPECT_TRUE(pushed.WroteDistance());
+}
+
 TEST(DistancePushed, IsAddedAsAWholeWhereTheConeDidNotTakeIt) {
   for (const bool sent : {true, false}) {
     Pushed pushed;

@@ -4,6 +4,7 @@
 #include "conelink/resync_state.h"
 #include "forms/restart_form.h"
 #include "sounding/fake_cone.h"
+#include "sounding/recording_pass.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_files.h"
 #include "sounding/stop_dialog.h"
@@ -71,6 +72,33 @@ TEST(TakeFinalBaseline, BehindALossWaitsUntilNoReadingOfBeforeItIsAveragedIn) {
     MainloopPass();
     Main_Command2_Click();
     stopped.ExpectRefused(kNotFull);
+  }
+  MainloopPass();
+  Main_Command2_Click();
+  EXPECT_EQ(ReadFile("/data/TemporaryData.txt"), "DONE\r\n");
+}
+
+/// A frozen cone is asked again and again within one pass, and STOP is served meanwhile.
+TEST(TakeFinalBaseline, OfASoundingStoppedWhileItsConeIsBroughtBackTakesNoReadingOfTheGround) {
+  Stopped stopped;
+  Main.frmTakeFinalBaseline.Visible = false;
+  sounding.ConsoleMode = 2;
+  cone.ConeLinkUp = 1;  // neither up nor known as lost
+  stopped.readings.assign(40, "1.000 2.000 3.000");
+  bool is_frozen = false;
+  PostCall(Now() + 4 * kSecond, &stopped, [&] {
+    is_frozen = !stopped.readings.empty() && resync.UnderWay == kTrue;
+    Main_cmdWarningOK1_Click();
+  });
+  MainloopPass();
+  ASSERT_TRUE(is_frozen);
+  ASSERT_EQ(sounding.ConsoleMode, 1);
+  for (int reading = 0; reading <= 3; ++reading) {
+    if (reading > 0) MainloopPass();
+    ResetBoxes();
+    Main_Command2_Click();
+    stopped.ExpectRefused(
+        reading == 0 ? "FINAL BASELINE CANNOT BE TAKEN WHILE CONE IS DISCONNECTED." : kNotFull);
   }
   MainloopPass();
   Main_Command2_Click();

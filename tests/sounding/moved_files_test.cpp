@@ -20,7 +20,7 @@ const std::string kTimHead =
 const FilesByPath& Beside() {
   static const FilesByPath files = {{"/data/s.dis", "dissipation"},
                                     {"/data/s.smc", "seismic"},
-                                    {"/data/s.tim", kTimHead + "000.250 34262.75\r\n"},
+                                    {"/data/s.tim", kTimHead + "-000.510 34262.75\r\n"},
                                     {"/data/s.res", "results"}};
   return files;
 }

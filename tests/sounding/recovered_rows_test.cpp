@@ -1,6 +1,8 @@
 // Rows that the recovery copy lost are taken from the `.cpt` file, which holds them aligned.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/runtime_fault.h"
 #include "sounding/resumed_world.h"
 
@@ -58,6 +60,74 @@ TEST(RecoveredRows, OfADamagedLineLeaveTheCptFileAndEachDepthAsTheyWere) {
       EXPECT_EQ(taken.File(kCpt), Head(true) + CptRows(kAligned + 6));
     }
   }
+}
+
+/// The copy of `kRows` rows without those of `damaged`.
+std::string WithAllDamaged(const std::vector<int>& damaged) {
+  TextLines lines = StoredLines(kRows);
+  for (const int row : damaged) lines[static_cast<std::size_t>(16 + row)] = "\"torn\"";
+  return JoinedLines(lines);
+}
+
+/// What stands in memory is the sounding's, but for values of lost rows that stand nowhere.
+void ExpectTheRows(const std::vector<int>& damaged) {
+  ASSERT_EQ(sounding.RowCount, kRows);
+  for (int n = 1; n <= kRows; ++n) {
+    EXPECT_NEAR(sounding.Rows(n, 0), 0.02 * n, 0.0001) << n;
+    const bool is_lost = std::find(damaged.begin(), damaged.end(), n) != damaged.end();
+    for (int channel = 1; channel <= 3; ++channel) {
+      const float value = sounding.Rows(n, channel);
+      if (is_lost && value == -32768.0F) continue;
+      EXPECT_EQ(value, ParseSingle(StoredValue(channel, n))) << channel << " of " << n;
+    }
+  }
+}
+
+TEST(RecoveredRows, OfTwoAndThreeDamagedLinesStandEachInItsPlace) {
+  for (int one = 1; one <= kRows; ++one) {
+    for (int two = one + 1; two <= kRows; ++two) {
+      for (int three = two; three <= (one < 7 ? two : kRows); ++three) {
+        const std::vector<int> damaged = {one, two, three};
+        SCOPED_TRACE(std::to_string(one) + " " + std::to_string(two) + " " + std::to_string(three));
+        TakenUp taken(WithAllDamaged(damaged));
+        taken.TakeUp();
+        EXPECT_EQ(taken.File(kCpt), WholeCpt());
+        ExpectTheRows(damaged);
+        if (HasFailure()) return;
+      }
+    }
+  }
+}
+
+TEST(RecoveredRows, BehindAFileThatIsRowsShortAreFoundAsFarAsItTells) {
+  for (int short_by = 1; short_by <= 5; ++short_by) {
+    const int last = kAligned - short_by;
+    for (int row = 1; row <= last + kLag; ++row) {
+      SCOPED_TRACE(std::to_string(row) + ", rows of the file: " + std::to_string(last));
+      TakenUp taken(WithDamaged(row));
+      taken.disk.Put(kCpt, Head(true) + CptRows(last));
+      taken.TakeUp();
+      EXPECT_TRUE(taken.File(kCpt).starts_with(Head(true) + CptRows(last)));
+      EXPECT_FALSE(taken.Has("/data/s (2).cpt"));
+      ExpectTheRows({row});
+    }
+  }
+}
+
+/// Row 12 is lost, and a value of row 10 is another one than the file holds.
+TEST(RecoveredRows, AreNotTakenWhereAValueContradictsEachPlace) {
+  TextLines lines = StoredLines(kRows - 1);
+  std::string& line = lines[16 + 10];
+  line.replace(line.find("2.00010"), 7, "2.99999");
+  TakenUp taken(JoinedLines(lines));
+  taken.TakeUp();
+  EXPECT_EQ(sounding.RowCount, kRows - 1);
+  EXPECT_EQ(taken.File(kTemporary), JoinedLines(lines));
+  EXPECT_FALSE(taken.WasTold(kTaken));
+  EXPECT_FALSE(taken.WasTold("UNFINISHED END")) << "it is a row of the sounding";
+  EXPECT_TRUE(taken.WasTold("LINES THAT THE TEMPORARY DATA DOES NOT HOLD TAKEN OUT: 1."));
+  EXPECT_TRUE(taken.WasTold("COMPARE THE DEPTH WITH THE RODS BEFORE YOU PUSH."));
+  EXPECT_EQ(taken.File("/data/s (2).cpt"), WholeCpt());
 }
 
 TEST(RecoveredRows, OfACopyThatWasCutGoOnAtTheDepthOfTheFile) {
@@ -123,6 +193,150 @@ TEST(RecoveredRows, AreNotTheClosingLinesOfAnUnfinishedEnd) {
     EXPECT_EQ(sounding.RowCount, kRows);
     EXPECT_TRUE(taken.WasTold("LINES OF AN UNFINISHED END TAKEN OUT: 4."));
     EXPECT_EQ(taken.WasTold(kTaken + "2, AT 0.22 m TO 0.24 m."), lost == 2);
+    TextLines lines = StoredLines(kRows);
+    if (lost == 2) {  // the end holds what else would stand nowhere
+      lines.back() = StoredRowLine("0.24", StoredSpeed(12), {"1.00012", "2.00012", "-32768"});
+    }
+    EXPECT_EQ(taken.File(kTemporary), JoinedLines(lines));
+  }
+}
+
+// A resume without the channel that lags most: each row since holds -32768 there.
+
+constexpr int kWith = 30;  ///< rows that were recorded with it
+
+std::string CptRowWithout(int n) {
+  std::string row = CptRow(n);
+  if (n + kLag > kWith) row.replace(13 + 20, 20, StoredField("-32768"));
+  return row;
+}
+
+std::string CptWithout(int rows) {
+  std::string text = Head(true);
+  for (int n = 1; n <= rows; ++n) text += CptRowWithout(n);
+  return text;
+}
+
+TextLines LinesWithout(int rows) {
+  TextLines lines = StoredLines(kWith);
+  for (int n = kWith + 1; n <= rows; ++n) {
+    std::string line = StoredRowNumber(n);
+    line.replace(line.find(StoredField(StoredValue(2, n))), 20, StoredField("-32768"));
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+void TakeUpWithout(TakenUp& taken) {
+  taken.ReadBack();
+  channels.ChannelPresent(2) = 0;
+  channels.ChannelDelayRows(2) = 0;  // its record is not read
+  TakeUpSounding();
+}
+
+/// A file whose rows behind `head` lines have one speed, `width` characters from `at` on.
+std::string WithOneSpeed(const std::string& text, std::size_t head, std::size_t at,
+                         std::size_t width) {
+  std::string all;
+  std::size_t number = 0;
+  for (std::size_t begin = 0; begin < text.size(); ++number) {
+    const std::size_t end = text.find('\n', begin) + 1;
+    std::string line = text.substr(begin, end - begin);
+    if (number >= head) line.replace(at, width, Aligned("2.00", width));
+    all += line;
+    begin = end;
+  }
+  return all;
+}
+
+std::string CopyOfOneSpeed(const TextLines& lines) {
+  return WithOneSpeed(JoinedLines(lines), 17, 7, 7);
+}
+
+std::string CptOfOneSpeed(const std::string& cpt) {
+  return WithOneSpeed(cpt, 23, 7, 6);
+}
+
+TEST(RecoveredRows, OfOneSpeedAreNoClosingLinesEither) {
+  for (const bool has_module : {true, false}) {
+    SCOPED_TRACE(has_module);
+    const std::string cpt = CptOfOneSpeed(has_module ? CptOf(60) : CptWithout(60 - kLag));
+    TakenUp taken(CopyOfOneSpeed(has_module ? StoredLines(50) : LinesWithout(50)));
+    taken.disk.Put(kCpt, cpt);
+    has_module ? taken.TakeUp() : TakeUpWithout(taken);
+    EXPECT_EQ(taken.File(kCpt), cpt);
+    EXPECT_EQ(sounding.RowCount, 60);
+    EXPECT_TRUE(taken.WasTold(kTaken + "10, AT 1.02 m TO 1.20 m."));
+  }
+}
+
+/// Row 10 came late, row 11 is lacking, and row 12 stands 1.5 steps below row 10.
+void ExpectFoundBehindALateRow(bool tells) {
+  TextLines lines = StoredHeader();
+  std::string cpt = Head(true);
+  const auto value = [&](int channel, int n) { return StoredValue(channel, tells ? n : 1); };
+  for (int n = 1; n <= kRows; ++n) {
+    lines.push_back(StoredRowLine(n == 10 ? "1.95" : MetresOf(1740 + 20 * n, 2),
+                                  StoredSpeed(tells ? n : 1),
+                                  {value(1, n), value(2, n), value(3, n)}));
+    if (n > kAligned) continue;
+    cpt += DepthAndSpeed(true, 1740 + 20 * n, StoredSpeed(tells ? n + kLag : 1)) +
+           StoredField(value(1, n)) + StoredField(value(2, n + kLag)) +
+           StoredField(value(3, n + 1)) + "\r\n";
+  }
+  lines[16 + 11] = "\"torn\"";
+  TakenUp taken(JoinedLines(lines));
+  taken.disk.Put(kCpt, cpt);
+  taken.TakeUp();
+  EXPECT_EQ(taken.File(kCpt), cpt);
+  ASSERT_EQ(sounding.RowCount, kRows);
+  EXPECT_NEAR(sounding.Rows(11, 0), 1.965, 0.0001);
+  EXPECT_NEAR(sounding.CurrentDepth, 1.98, 0.0001) << "the last row stood sound";
+}
+
+TEST(RecoveredRows, StandBetweenRowsOfWhichOneCameLate) {
+  ExpectFoundBehindALateRow(true);
+}
+
+TEST(RecoveredRows, WithoutATellingValueStandWhereALineWasLost) {
+  ExpectFoundBehindALateRow(false);
+}
+
+TEST(RecoveredRows, SinceAResumeWithoutAModuleAreNoClosingLines) {
+  for (const int lost : {1, 2, 3, 4, 10}) {
+    SCOPED_TRACE(lost);
+    TakenUp taken(JoinedLines(LinesWithout(60 - lost)));
+    taken.disk.Put(kCpt, CptWithout(60 - kLag));
+    TakeUpWithout(taken);
+    EXPECT_EQ(cone.DelayRows, kLag) << "as the file was begun";
+    EXPECT_EQ(taken.File(kCpt), CptWithout(60 - kLag));
+    EXPECT_EQ(sounding.RowCount, 60);
+    EXPECT_NEAR(sounding.CurrentDepth, 1.2F, 0.0001F);
+    EXPECT_TRUE(taken.File(kTemporary).starts_with(JoinedLines(LinesWithout(60 - kLag))));
+    EXPECT_FALSE(taken.WasTold("TAKEN OUT"));
+    EXPECT_TRUE(taken.WasTold(kTaken + PlainNumber(lost)));
+    EXPECT_FLOAT_EQ(sounding.Rows(60, 3), -32768.0F);
+    EXPECT_FLOAT_EQ(sounding.Rows(58, 3), ParseSingle(StoredValue(3, 58)));
+  }
+}
+
+TEST(RecoveredRows, AreNotTheClosingLinesOfAnEndWithoutAModule) {
+  for (const int lost : {0, 2}) {
+    for (int written = 1; written <= kLag; ++written) {
+      SCOPED_TRACE(std::to_string(lost) + " lost, closing lines: " + std::to_string(written));
+      TakenUp taken(JoinedLines(LinesWithout(60 - lost)));
+      std::string cpt = CptWithout(60 - kLag);
+      for (int n = 58; n < 58 + written; ++n) {
+        cpt += DepthAndSpeed(true, 20 * n, StoredSpeed(n)) + StoredField(StoredValue(1, n)) +
+               StoredField("-32768") + StoredField(n < 60 ? StoredValue(3, n) : "-32768") + "\r\n";
+      }
+      taken.disk.Put(kCpt, cpt);
+      TakeUpWithout(taken);
+      EXPECT_EQ(taken.File(kCpt), CptWithout(60 - kLag));
+      EXPECT_EQ(sounding.RowCount, 60);
+      EXPECT_TRUE(taken.WasTold("LINES OF AN UNFINISHED END TAKEN OUT: " + PlainNumber(written)));
+      EXPECT_FALSE(taken.WasTold("GOES DOWN TO"));
+    }
   }
 }
 

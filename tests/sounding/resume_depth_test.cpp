@@ -1,5 +1,6 @@
 #include "sounding/resume_depth.h"
 
+#include "conelink/other_cone.h"
 #include "fieldio/video_overlay.h"
 #include "forms/restart_form.h"
 #include "forms/resume_depth_form.h"
@@ -101,6 +102,34 @@ TEST(DepthReached, MarksTheGapAndGoesOnRecordingAtTheDepthAsCounted) {
   EXPECT_EQ(sounding.NextRecordCount, 54) << "6 and 47 counts, rows each 2";
   EXPECT_EQ(sounding.LastStepSeconds, 61.5) << "the way down is no step to measure a speed by";
   EXPECT_EQ(sounding.RowCount, 3);
+}
+
+TEST(DepthReached, WithAnotherConeThanTheSoundingsIsRefusedUntilThatOneIsBack) {
+  Waiting waiting;
+  known_cone = {"DSE1234", "DSE7777"};
+  frmResumeDepthStatus_lblDepthReached_Click();
+  ASSERT_EQ(OpenBoxes().size(), 1U);
+  EXPECT_EQ(FrontBox()->text,
+            "SOUNDING CANNOT BE RESUMED WITH ANOTHER CONE THAN THE ONE WHOSE RECORDS WERE READ: "
+            "CONE #DSE1234");
+  EXPECT_EQ(ReadFile(kTemporary), "what it holds\r\n");
+  EXPECT_EQ(sounding.ConsoleMode, 1);
+  EXPECT_TRUE(frmResumeDepthStatus.Visible);
+  ResetBoxes();
+  known_cone.Answered.clear();
+  frmResumeDepthStatus_lblDepthReached_Click();
+  EXPECT_EQ(sounding.ConsoleMode, 2);
+  EXPECT_TRUE(OpenBoxes().empty());
+}
+
+TEST(DepthReached, RefusedForAnotherConeLeavesSuspendOpen) {
+  Waiting waiting;
+  Show(Main);
+  known_cone = {"DSE1234", "DSE7777"};
+  frmResumeDepthStatus_lblDepthReached_Click();
+  Main_cmdWarningOK2_Click();
+  EXPECT_TRUE(frmZOLRestart.Visible);
+  EXPECT_EQ(ReadFile(kTemporary), "what it holds\r\n");
 }
 
 TEST(DepthReached, PressedOnceIsEnough) {

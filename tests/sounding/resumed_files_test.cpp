@@ -119,7 +119,8 @@ TEST(TakeUp, WritesACptFileAnewWhoseHeadIsNotTheSoundings) {
         Case{"something else", "measured before\r\n"}, Case{"bytes", std::string(5000, '\0')},
         Case{"no form", "Sounding\r\n" + Head(true).substr(Head(true).find("Company")) + rows},
         Case{"other columns", Head(true, other_columns) + rows},
-        Case{"another cone", Head(true, {"1", "2", "3"}, "DSE9999") + rows},
+        Case{"another cone's",
+             Head(true, {"1", "2", "3"}, "DSE9999", "2026-06-14 08:00:00") + rows},
         Case{"another day",
              Head(true, {"1", "2", "3"}, "DSE1234", "2026-06-14 08:00:00") + rows}}) {
     SCOPED_TRACE(row.what);
@@ -151,10 +152,42 @@ TEST(TakeUp, WritesAMissingCptFileAnew) {
     EXPECT_EQ(taken.File(kCpt), WholeCpt(new_form));
     EXPECT_EQ(taken.boxes.texts.size(), 2U) << "asked first";
     EXPECT_TRUE(taken.WasTold("THE SOUNDING FILE /data/s.cpt IS MISSING."));
-    EXPECT_TRUE(taken.WasTold("THE SOUNDING FILE WAS MENDED FROM THE TEMPORARY DATA.  ITS HEAD WAS "
-                              "WRITTEN ANEW.  ROWS ADDED: 9."));
+    EXPECT_TRUE(
+        taken.WasTold("THE SOUNDING FILE WAS MENDED FROM THE TEMPORARY DATA.  ITS HEAD WAS "
+                      "WRITTEN ANEW.  ROWS ADDED: 9."));
     EXPECT_FALSE(taken.Has("/data/s (2).cpt"));
   }
+}
+
+TEST(TakeUp, AsksForAMissingCptFileWhoseRowsStandThereAlone) {
+  for (const bool loses : {true, false}) {
+    TextLines lines = StoredLines(0);
+    for (int i = 0; loses && i < kRows; ++i) lines.emplace_back("\"damaged\"");
+    TakenUp taken(JoinedLines(lines));
+    taken.disk.Remove(kCpt);
+    taken.ReadBack();
+    taken.boxes.Answer("THE SOUNDING FILE /data/s.cpt IS MISSING.", BoxAnswer::No);
+    taken.boxes.Delay(100 * kMillisecond);
+    if (loses) PostCall(Now() + kSecond, &taken, [&] { taken.disk.Put(kCpt, WholeCpt()); });
+    TakeUpSounding();
+    EXPECT_EQ(taken.WasTold("IF IT STANDS ON A MEDIUM THAT IS NOT PLUGGED IN, PLUG IT IN"), loses);
+    EXPECT_EQ(sounding.RowCount > 0, loses) << "what its file holds is taken";
+    EXPECT_TRUE(taken.File(kCpt).starts_with(loses ? Head(true) + CptRows(3) : Head(true)));
+    EXPECT_FALSE(taken.Has("/data/s (2).cpt"));
+  }
+}
+
+TEST(TakeUp, TakesTheCptFileThatIsPluggedInWhileItAsksWhetherToWriteItAnew) {
+  TakenUp taken;
+  taken.disk.Remove(kCpt);
+  taken.ReadBack();
+  const std::string before = Head(true) + CptRow(2) + CptRows(kAligned);
+  taken.boxes.Delay(100 * kMillisecond);
+  PostCall(Now() + 50 * kMillisecond, &taken, [&] { taken.disk.Put(kCpt, before); });
+  TakeUpSounding();
+  EXPECT_EQ(taken.File(kCpt), WholeCpt());
+  ASSERT_TRUE(taken.Has("/data/s (2).cpt")) << "seen, and kept";
+  EXPECT_EQ(taken.File("/data/s (2).cpt"), before);
 }
 
 /// A medium that doesn't give one of its files.
@@ -179,6 +212,7 @@ TEST(TakeUp, PutsACptFileThatCannotBeReadBesideAndWritesItAnew) {
   taken.TakeUp();
   EXPECT_EQ(disk.Files().at(kCpt), WholeCpt());
   EXPECT_EQ(disk.Files().at("/data/s (2).cpt"), "what it was");
+  EXPECT_TRUE(taken.WasTold("IT COULD NOT BE READ: /data/s.cpt: Input/output error."));
   UseDisk(&taken.disk);
 }
 
@@ -223,7 +257,7 @@ TEST(TakeUp, KeepsMillimetresOfALongElevation) {
 }
 
 TEST(TakeUp, OnceMoreFindsNothingToMend) {
-  TakenUp taken;
+  TakenUp taken(JoinedLines(StoredLines(kRows)) + "\"torn");
   taken.disk.Remove(kCpt);
   taken.TakeUp();
   taken.boxes.texts.clear();
@@ -290,14 +324,40 @@ TEST(TakeUp, KeepsGapRowsInTheRecoveryCopyAndOutOfTheCptFile) {
   EXPECT_EQ(taken.boxes.texts, Texts{});
 }
 
-TEST(TakeUp, RefusesARecoveryCopyThatIsNoneAnyMore) {
-  for (const char* content : {"DONE\r\n", "", "/data/s.cpt\r\n"}) {
+TEST(TakeUp, RefusesARecoveryCopyThatIsNotTheOneThatWasReadAndWritesNothing) {
+  TextLines another = StoredLines(kRows);
+  another[0] = "/data/other.cpt";
+  another[8] = "2026-06-16 10:00:00";
+  TextLines changed = StoredLines(kRows);
+  changed.back().replace(changed.back().find("1.00012"), 7, "1.00013");
+  for (const std::string& content :
+       {std::string("DONE\r\n"), std::string(), std::string("/data/s.cpt\r\n"),
+        JoinedLines(another), JoinedLines(changed), JoinedLines(StoredLines(kRows - 1)),
+        JoinedLines(StoredLines(kRows + 1)), JoinedLines(StoredLines(kRows)) + "\"torn"}) {
+    SCOPED_TRACE(content);
     TakenUp taken;
     taken.ReadBack();
     taken.disk.Put(kTemporary, content);
-    EXPECT_THROW(TakeUpSounding(), RuntimeFault);
-    EXPECT_EQ(taken.File(kCpt), WholeCpt());
+    taken.disk.Put(kCpt, Head(true));
+    const auto files = taken.disk.Files();
+    try {
+      TakeUpSounding();
+      ADD_FAILURE() << "taken up";
+    } catch (const RuntimeFault& fault) {
+      EXPECT_EQ(std::string(fault.what()), "TemporaryData.txt HAS CHANGED SINCE IT WAS READ.");
+    }
+    EXPECT_EQ(taken.disk.Files(), files);
+    EXPECT_FALSE(IsBegun(kTemporaryFile));
   }
+}
+
+TEST(TakeUp, OfACopyThatWasPutThereIsOpenOnceItIsReadAgain) {
+  TakenUp taken;
+  taken.ReadBack();
+  taken.disk.Put(kTemporary, JoinedLines(StoredLines(kRows + 1)));
+  EXPECT_THROW(TakeUpSounding(), RuntimeFault);
+  taken.TakeUp();
+  EXPECT_EQ(taken.File(kCpt), Head(true) + CptRows(kAligned + 1));
 }
 
 TEST(TakeUp, WaitsForADiskThatTakesTheRecoveryCopy) {
@@ -457,80 +517,6 @@ TEST(TakeUp, OnADiskThatRefusesAnyOperationOnceMendsAllTheSame) {
     EXPECT_EQ(taken.File("/data/s (2).cpt"), WholeCpt() + flush);
   }
   EXPECT_GT(operation, 15);
-}
-
-// The time marks.
-
-TEST(TakeUp, GoesOnWithTheTimeMarksCutsATornOneAndWritesATornHeadAnew) {
-  const std::string head =
-      "Lumen Probe Time File.  Each line a represents a 5mm depth increment.\r\n 34200.5 \r\n";
-  const std::string mark = "000.250 34262.75\r\n";
-  struct Case {
-    const char* what;
-    std::string before;
-    std::string after;
-  };
-  const std::string title = head.substr(0, head.find('\n') + 1);
-  const std::string anew = title + " 34200 \r\n";  // the time of the resume
-  for (const Case& row :
-       {Case{"whole", head + mark, head + mark}, Case{"torn", head + mark + "000.25", head + mark},
-        Case{"head alone", head, head}, Case{"title alone", title, anew},
-        Case{"half a title", title.substr(0, 14), anew},
-        Case{"title and half a time", head.substr(0, head.size() - 4), anew}}) {
-    SCOPED_TRACE(row.what);
-    TakenUp taken;
-    settings.LumenProbePresent = 1;
-    taken.disk.Put(kTim, row.before);
-    taken.TakeUp();
-    EXPECT_EQ(taken.File(kTim), row.after) << row.what;
-    EXPECT_TRUE(AppendOrHold(kTimFile, mark));
-    EXPECT_EQ(taken.File(kTim), row.after + mark) << row.what;
-    EXPECT_EQ(taken.boxes.texts, Texts{});
-  }
-}
-
-TEST(TakeUp, ATimeFileThatGoesAwayIsNotBegunAnewWithoutItsHead) {
-  TakenUp taken;
-  settings.LumenProbePresent = 1;
-  taken.TakeUp();
-  taken.disk.Remove(kTim);
-  EXPECT_FALSE(AppendOrHold(kTimFile, "000.250 34262.75\r\n"));
-  EXPECT_FALSE(taken.Has(kTim));
-}
-
-TEST(TakeUp, MakesAMissingTimeFileWhereTheProbeMarks) {
-  for (const int probe : {0, 1, 2, 3}) {
-    TakenUp taken;
-    settings.LumenProbePresent = static_cast<std::int16_t>(probe);
-    taken.TakeUp();
-    EXPECT_EQ(taken.Has(kTim), probe == 1 || probe == 2) << probe;
-    if (!taken.Has(kTim)) continue;
-    EXPECT_EQ(taken.File(kTim).find("Lumen Probe Time File."), 0U);
-  }
-}
-
-TEST(TakeUp, ATimeFileThatRefusesCanBeTriedAgainOrLeft) {
-  struct Case {
-    BoxAnswer answer;
-    int refusals;
-    std::size_t told;
-    bool made;
-  };
-  for (const Case& row : {Case{BoxAnswer::Ok, 2, 2, true}, Case{BoxAnswer::Cancel, 2, 1, false}}) {
-    TakenUp taken;
-    settings.LumenProbePresent = 1;
-    taken.disk.before = [left = row.refusals](std::string_view work,
-                                              const std::string& path) mutable {
-      if (work != "create" || !path.starts_with(kTim) || left-- <= 0) return;
-      throw RuntimeFault("Permission denied");
-    };
-    taken.boxes.Answer("THE FILE OF THE TIME MARKS CANNOT BE TAKEN UP AGAIN.", row.answer);
-    taken.TakeUp();
-    EXPECT_EQ(taken.boxes.texts.size(), row.told);
-    EXPECT_EQ(taken.Has(kTim), row.made);
-    TakenUp::Row();
-    EXPECT_EQ(taken.File(kCpt), Head(true) + CptRows(kAligned + 1)) << "the sounding goes on";
-  }
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // A sounding that was suspended, and a console whose cone has answered. What the files must hold is
-// written here by hand, from the forms of the document, and not by the console's own writer.
+// written here by hand, by the forms in docs/files.md, and not by the console's own writer.
 #pragma once
 
 #include <algorithm>

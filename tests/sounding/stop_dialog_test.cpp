@@ -334,7 +334,8 @@ TEST(Suspend, IsRefusedWhenTheRecoveryCopyIsGone) {
   EXPECT_EQ(
       FrontBox()->text,
       "THE SOUNDING CANNOT BE SUSPENDED.  /data/TemporaryData.txt is no longer there.  IF ITS "
-      "MEDIUM WAS PULLED OUT, PUT IT BACK.  THEN PRESS SUSPEND AGAIN.");
+      "MEDIUM WAS PULLED OUT, PUT IT BACK.  THEN PRESS SUSPEND AGAIN.  OR PRESS OK AND END THE "
+      "SOUNDING WITH TAKE BASELINE OR NO BASELINE: THAT NEEDS ITS FILE ALONE.");
 }
 
 TEST(FinalBaseline, ButtonsCloseWithAndWithoutIt) {
