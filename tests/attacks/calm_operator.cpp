@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/console.h"
+#include "attacks/hands.h"
 #include "core/first_run_data.h"
 #include "core/reset_state.h"
 #include "forms/main_form.h"
@@ -20,13 +21,7 @@ namespace penlog {
 
 namespace {
 
-constexpr Micros kGlance = 100 * kMillisecond;
 constexpr Micros kRetry = 30 * kSecond;
-
-int EntryOf(const Control& list, const std::string& text) {
-  const auto found = std::find(list.List.begin(), list.List.end(), text);
-  return found == list.List.end() ? 0 : static_cast<int>(found - list.List.begin());
-}
 
 }  // namespace
 
@@ -79,15 +74,10 @@ void CalmOperator::Run(Micros limit) {
   begun_ = Now();
   limit_ = limit;
   pushed_ = pressed_ = 0;
-  PostLook();
+  PostGlance(this, [this] { Look(); });
   RunConsole([this] { rows = sounding.RowCount; });
   DropCalls(this);
   standstill = session.clock.StandstillReport();
-}
-
-void CalmOperator::PostLook() {
-  PostCall(
-      Now() + kGlance, this, [this] { Look(); }, EventKind::RepeatingCall);
 }
 
 void CalmOperator::Moment(const std::string& moment) {
@@ -95,31 +85,15 @@ void CalmOperator::Moment(const std::string& moment) {
 }
 
 void CalmOperator::Look() {
-  PostLook();
+  PostGlance(this, [this] { Look(); });
   if (Now() - begun_ > limit_) return RequestEnd();
   if (BoxIsOpen()) return Answer();
-  for (auto form = ShownForms().rbegin(); form != ShownForms().rend(); ++form) {
-    if ((*form)->Name() != "frmWarning") return ActOn((*form)->Name());
-  }
+  const std::string screen = FrontScreen();
+  if (!screen.empty()) ActOn(screen);
 }
 
 void CalmOperator::Answer() {
-  const MessageBox* box = FrontBox();
-  if (box == nullptr) return;
-  told.push_back(box->text);
-  const bool asks = Offers(box->buttons, BoxAnswer::Yes);
-  AnswerBox(box->id, asks ? BoxAnswer::Yes : BoxAnswer::Ok);
-}
-
-void CalmOperator::Do(const std::string& control, ActionKind kind, const std::string& text,
-                      int number) {
-  OperatorAction action;
-  action.form = FindForm(control.substr(0, control.find('.')));
-  action.control = action.form->Find(control.substr(control.find('.') + 1));
-  action.kind = kind;
-  action.text = text;
-  action.number = number;
-  PostActionNow(std::move(action));
+  if (FrontBox() != nullptr) told.push_back(TakeFrontBox());
 }
 
 void CalmOperator::SpecifyPort(const std::string& screen, const std::string& list,

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "attacks/hostile_disk.h"
-#include "forms/operator_actions.h"
 #include "operator/virtual_session.h"
 #include "rig/rig_setups.h"
 
@@ -49,14 +48,11 @@ class CalmOperator {
 
  private:
   void Look();
-  void PostLook();
   void Answer();
   void ActOn(const std::string& screen);
   void SetUpSounding();
   void ActOnMain();
   void SpecifyPort(const std::string& screen, const std::string& list, const std::string& port);
-  void Do(const std::string& control, ActionKind kind = ActionKind::Click,
-          const std::string& text = {}, int number = 0);
   void Moment(const std::string& moment);
 
   std::set<std::string> moments_;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/console.h"
+#include "attacks/hands.h"
 #include "core/reset_state.h"
 #include "forms/main_form.h"
 #include "forms/resume_depth_form.h"
@@ -24,7 +25,6 @@ namespace penlog {
 
 namespace {
 
-constexpr Micros kGlance = 100 * kMillisecond;
 constexpr Micros kPressAgain = 2 * kSecond;
 constexpr Micros kLongestLife = 10 * 60 * kSecond;
 constexpr double kStepMetres = 0.02;
@@ -40,15 +40,10 @@ RigSetup SteadyRig() {
   return rig;
 }
 
-VirtualSessionSetup TimeOf(CrewTask task) {
+VirtualSessionSetup TimeOf(int hours) {
   VirtualSessionSetup setup;
-  if (task != CrewTask::Record) setup.start.hour += 1;
+  setup.start.hour += hours;
   return setup;
-}
-
-int EntryOf(const Control& list, const std::string& text) {
-  const auto found = std::find(list.List.begin(), list.List.end(), text);
-  return found == list.List.end() ? 0 : static_cast<int>(found - list.List.begin());
 }
 
 }  // namespace
@@ -61,8 +56,8 @@ std::size_t RowsStanding(const MemoryDisk& disk) {
   return std::max(copy, std::min(shown, static_cast<std::size_t>(kCrashRows)));
 }
 
-CrashCrew::CrashCrew(const MemoryDisk& from, CrewTask task)
-    : session(SteadyRig(), TimeOf(task)), task_(task) {
+CrashCrew::CrashCrew(const MemoryDisk& from, CrewTask task, int hours)
+    : session(SteadyRig(), TimeOf(hours)), task_(task) {
   disk = from;
   session.ports.Wire(6);
   if (task != CrewTask::Resume) return;
@@ -80,7 +75,7 @@ void CrashCrew::Live() {
   ResetActions();
   ResetState();
   begun_ = Now();
-  PostLook();
+  PostGlance(this, [this] { Look(); });
   RunConsole();
   DropCalls(this);
 }
@@ -101,43 +96,26 @@ std::string CrashCrew::AllTold() const {
   return text;
 }
 
-void CrashCrew::PostLook() {
-  PostCall(
-      Now() + kGlance, this, [this] { Look(); }, EventKind::RepeatingCall);
-}
-
 void CrashCrew::Look() {
-  PostLook();
+  PostGlance(this, [this] { Look(); });
   if (Now() - begun_ > kLongestLife) return RequestEnd();
   if (const FileDialog* dialog = OpenFileDialog()) AnswerFileDialog(dialog->id, CrashCpt());
   if (BoxIsOpen()) return Answer();
-  for (auto form = ShownForms().rbegin(); form != ShownForms().rend(); ++form) {
-    if ((*form)->Name() != "frmWarning") return ActOn((*form)->Name());
-  }
+  ActOn(FrontScreen());
 }
 
 void CrashCrew::Answer() {
   const MessageBox* box = FrontBox();
   if (box == nullptr) return;
   told.push_back({Now(), box->text});
-  const bool asks = Offers(box->buttons, BoxAnswer::Yes);
-  AnswerBox(box->id, asks ? BoxAnswer::Yes : BoxAnswer::Ok);
+  const bool refuses = !says_no_to.empty() && box->text.find(says_no_to) != std::string::npos;
+  if (refuses) return AnswerBox(box->id, BoxAnswer::No);
+  TakeFrontBox();
 }
 
 void CrashCrew::Order(const std::string& words) {
   std::string reply;
   EXPECT_TRUE(session.rig.Command(words, reply)) << words << ": " << reply;
-}
-
-void CrashCrew::Do(const std::string& control, ActionKind kind, const std::string& text,
-                   int number) {
-  OperatorAction action;
-  action.form = FindForm(control.substr(0, control.find('.')));
-  action.control = action.form->Find(control.substr(control.find('.') + 1));
-  action.kind = kind;
-  action.text = text;
-  action.number = number;
-  PostActionNow(std::move(action));
 }
 
 void CrashCrew::DoAgain(const std::string& control) {
@@ -198,6 +176,7 @@ void CrashCrew::SetUpSounding() {
 }
 
 void CrashCrew::LookAtResumedFiles() {
+  resumed = Now();
   rows_taken_up = sounding.RowCount;
   const auto rows = static_cast<std::size_t>(rows_taken_up);
   const std::size_t aligned = rows > kCrashDelay ? rows - kCrashDelay : 0;

@@ -6,16 +6,15 @@
 #include <vector>
 
 #include "attacks/crash_disk.h"
-#include "forms/operator_actions.h"
 #include "operator/virtual_session.h"
 
 namespace penlog {
 
-/// What a crew is to do in one life of the console.
 /// Rows that a resume finds: those of the copy, or more that the sounding's file shows to have
 /// been.
 std::size_t RowsStanding(const MemoryDisk& disk);
 
+/// What a crew is to do in one life of the console.
 enum class CrewTask {
   Record,             ///< the whole sounding
   Resume,             ///< take up what "TemporaryData.txt" holds, and record the rest
@@ -23,13 +22,13 @@ enum class CrewTask {
   Look,               ///< start the console, and leave it
 };
 
-/// An operator and a rig. He takes each box with OK or YES, each file dialog with the sounding's
-/// own file, and presses again what was refused.
+/// An operator and a rig. He takes each box with OK or YES, but for one that he is told to say NO
+/// to, each file dialog with the sounding's own file, and presses again what was refused.
 class CrashCrew {
  public:
-  /// Works on a copy of `disk`. For a resume the tip stands where the last stored row was taken, or
-  /// at the surface.
-  CrashCrew(const MemoryDisk& disk, CrewTask task);
+  /// Works on a copy of `disk`, so many hours behind the begin of the first life. For a resume the
+  /// tip stands where the last stored row was taken, or at the surface.
+  CrashCrew(const MemoryDisk& disk, CrewTask task, int hours = 0);
   ~CrashCrew();
   CrashCrew(const CrashCrew&) = delete;
   CrashCrew& operator=(const CrashCrew&) = delete;
@@ -50,13 +49,14 @@ class CrashCrew {
   VirtualSession session;
   MemoryDisk& disk = session.disk;
   std::vector<Told> told;
+  std::string says_no_to;       ///< a part of a question's text; empty for none
   bool ended = false;           ///< by the last NO behind a closed sounding
   bool left = false;            ///< by EXIT of the start screen
   int rows_taken_up = -1;       ///< that stood in memory as the console of a resume opened
   std::string files_at_resume;  ///< what was not whole then; empty if all was
+  Micros resumed = -1;          ///< when that was
 
  private:
-  void PostLook();
   void Look();
   void Answer();
   void ActOn(const std::string& screen);
@@ -66,8 +66,6 @@ class CrashCrew {
   void SpecifyTruck();
   void SetUpSounding();
   void LookAtResumedFiles();
-  void Do(const std::string& control, ActionKind kind = ActionKind::Click,
-          const std::string& text = {}, int number = 0);
   void DoAgain(const std::string& control);
   void Order(const std::string& words);
   bool Resumes() const { return task_ == CrewTask::Resume || task_ == CrewTask::ResumeFromSurface; }

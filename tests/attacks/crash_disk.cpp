@@ -1,12 +1,10 @@
 #include "attacks/crash_disk.h"
 
-#include <algorithm>
 #include <set>
 #include <string_view>
 #include <utility>
 
 #include "core/first_run_data.h"
-#include "core/temporary_data.h"
 #include "operator/virtual_session.h"
 
 namespace penlog {
@@ -69,34 +67,6 @@ MemoryDisk DiskBeforeCrash() {
   disk.Put(CrashTemporary(), OldSounding());
   disk.PutFolder("/soundings");
   return disk;
-}
-
-std::vector<std::string> WholeLines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t at = 0;
-  for (std::size_t end = text.find('\n'); end != text.npos; end = text.find('\n', at)) {
-    const bool has_return = end > at && text[end - 1] == '\r';
-    lines.push_back(text.substr(at, end - at - (has_return ? 1 : 0)));
-    at = end + 1;
-  }
-  return lines;
-}
-
-std::vector<std::string> StoredLines(const std::string& temporary) {
-  std::vector<std::string> lines = WholeLines(temporary);
-  const std::size_t head = std::min(lines.size(), kTemporaryHead);
-  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(head));
-  return lines;
-}
-
-std::vector<std::string> StoredRows(const std::string& temporary) {
-  std::vector<std::string> rows = StoredLines(temporary);
-  std::erase_if(rows, IsGapMark);
-  return rows;
-}
-
-bool IsGapMark(const std::string& line) {
-  return line.starts_with(kGapMark) && line.find_first_not_of('*', kGapMark.size()) == line.npos;
 }
 
 /// A promise is not taken back.

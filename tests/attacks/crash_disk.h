@@ -12,14 +12,12 @@
 
 #include "platform/event_queue.h"
 #include "platform/memory_disk.h"
+#include "support/sounding_lines.h"
 
 namespace penlog {
 
 constexpr int kCrashRows = 26;
 constexpr int kCrashDelay = 5;
-constexpr std::size_t kTemporaryHead = 17;  ///< lines
-constexpr std::size_t kCptHead = 23;
-constexpr std::size_t kTimHead = 2;
 
 /// The paths of the sounding.
 const std::string& CrashTemporary();
@@ -35,15 +33,6 @@ const std::string& ContentOf(const MemoryDisk& disk, const std::string& path);
 MemoryDisk DiskBeforeCrash();
 /// The unfinished sounding that stands there.
 const std::string& OldSounding();
-
-/// Whole lines, without their ends; what stands behind the last line end is left out.
-std::vector<std::string> WholeLines(const std::string& text);
-/// What a recovery copy holds behind its header, whole lines: rows, and marks of drilled gaps.
-std::vector<std::string> StoredLines(const std::string& temporary);
-/// The rows alone.
-std::vector<std::string> StoredRows(const std::string& temporary);
-/// A mark that was cut off behind its word is one, too.
-bool IsGapMark(const std::string& line);
 
 /// The lines whose sync has returned, rows and marks: the promise, as the disk saw it given. A copy
 /// that was written anew promises what it holds once its name is synced.

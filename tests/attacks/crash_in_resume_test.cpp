@@ -4,14 +4,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
 #include <map>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "attacks/crash_judge.h"
+#include "attacks/stick.h"
 #include "platform/clock.h"
+#include "sounding/sounding_state.h"
 
 namespace penlog {
 namespace {
@@ -85,7 +89,7 @@ FirstLife Live(const FirstCrash& crash, const WholeSounding& whole) {
     life.disk = life.disk.After(Loss::ContentsAndNames);
     life.allowed.no_file = true;
   }
-  life.allowed.way_down = crash.resume == kFromSurface;
+  life.allowed.ways_down = crash.resume == kFromSurface ? 1 : 0;
   life.rows = StoredRows(life.disk.Files().at(CrashTemporary())).size();
   life.allowed.resumed_at.insert(static_cast<int>(life.rows));
   return life;
@@ -98,7 +102,7 @@ std::ptrdiff_t WritesOfCopy(const std::vector<DiskWork>& works) {
 /// The works of a resume up to its third new row, or up to its end without one or if `to_end`. From
 /// the surface the mark of the gap is written before these.
 std::vector<DiskWork> WorksOfResume(const MemoryDisk& from, CrewTask resume, bool to_end = false) {
-  CrashCrew crew(from, resume);
+  CrashCrew crew(from, resume, 1);
   const int last = resume == kFromSurface ? 4 : 3;
   std::vector<DiskWork> works;
   crew.disk.fate = [&](std::string_view operation, const std::string& path, std::int64_t) {
@@ -118,12 +122,16 @@ struct CrashInResume : testing::TestWithParam<FirstCrash> {
                 << one.operations << " operations x " << kStops.size() * kLosses.size()
                 << " faults, " << one.count.Text() << "\n";
     }
+    if (pulled.cases == 0) return;
+    std::cout << "stick pulled within a resume: " << pulled.cases << " cases, "
+              << pulled.rows_synced << " rows promised, " << pulled.rows_lost << " lost\n";
   }
   struct Total {
     std::size_t operations = 0;
     CrashCount count;
   };
   static inline std::map<CrewTask, Total> totals;
+  static inline CrashCount pulled;
 };
 
 /// The rows before each mark of a drilled gap.
@@ -192,7 +200,7 @@ constexpr NamedRefusal kRefusals[] = {
     {Fate::RefusedAfter, "error, all done", "Input/output error"},
     {Fate::RefusedAndForgotten, "error, and forgotten", "Input/output error"},
     {Fate::Done, "full disk", "No space left on device"}};
-constexpr Micros kFullFor = 8 * kSecond;
+constexpr Micros kAwayFor = 8 * kSecond;
 
 /// A forgotten refusal is one of a sync; a full disk is met by a write.
 bool Differs(const NamedRefusal& refusal, const DiskWork& work) {
@@ -200,42 +208,69 @@ bool Differs(const NamedRefusal& refusal, const DiskWork& work) {
   return refusal.fate != Fate::Done || work.operation == "write";
 }
 
-/// The operator is told of a refusal at `step` of the resume, and the sounding ends as without.
-void ExpectGoesOn(const FirstCrash& crash, const FirstLife& first, const WholeSounding& whole,
-                  const NamedRefusal& refusal, std::int64_t step, const DiskWork& work) {
-  const bool fills = refusal.fate == Fate::Done;
-  CrashCrew crew(first.disk, crash.resume);
+/// A resume whose disk makes trouble once, judged behind its end.
+struct TroubledResume {
+  TroubledResume(const FirstCrash& first_crash, const FirstLife& first_life,
+                 const WholeSounding& whole_sounding)
+      : crash(first_crash), first(first_life), whole(whole_sounding) {
+    synced.Watch(crew.disk);
+  }
+  ~TroubledResume() { DropCalls(this); }
+  TroubledResume(const TroubledResume&) = delete;
+  TroubledResume& operator=(const TroubledResume&) = delete;
+
+  /// Now. `later` ends it.
+  void Begin(std::function<void()> later = {}) {
+    begun = Now();
+    allowed.refused_at = std::max(sounding.RowCount, static_cast<std::int32_t>(first.rows));
+    if (later) PostCall(begun + kAwayFor, this, std::move(later));
+  }
+  /// `holds_rows`: rows may be held up to the end of the sounding, and stand in its file alone.
+  void Judge(bool holds_rows) {
+    EXPECT_TRUE(crew.ended);
+    EXPECT_EQ(CptDifference(ContentOf(crew.disk, CrashCpt()), whole, allowed), "");
+    EXPECT_EQ(TimDifference(ContentOf(crew.disk, CrashTim()), whole, allowed), "");
+    EXPECT_EQ(ContentOf(crew.disk, CrashTemporary()), "DONE\r\n");
+    judge.LookAt(crew.disk.After(Loss::ContentsAndNames), synced.rows, allowed);
+    if (!holds_rows) {
+      EXPECT_EQ(RowsOnly(synced.rows).size(), std::size_t{kCrashRows});
+    }
+    if (!holds_rows && crash.resume == kFromSurface) {
+      EXPECT_EQ(MarksIn(synced.rows), std::vector<std::size_t>{first.rows});
+    }
+    if (testing::Test::HasFailure()) ADD_FAILURE() << crew.AllTold();
+  }
+
+  const FirstCrash& crash;
+  const FirstLife& first;
+  const WholeSounding& whole;
+  CrashCrew crew{first.disk, crash.resume, 1};
   SyncedRows synced{first.synced};
-  synced.Watch(crew.disk);
-  Micros refused = 0;
-  crew.disk.fate = [&](std::string_view, const std::string&, std::int64_t number) {
+  AllowedDifferences allowed = first.allowed;
+  CrashJudge judge{whole};
+  Micros begun = 0;
+};
+
+/// The operator is told of a refusal at `step` of the resume, and the sounding ends as without.
+void ExpectGoesOn(TroubledResume& resume, const NamedRefusal& refusal, std::int64_t step,
+                  const DiskWork& work) {
+  const bool fills = refusal.fate == Fate::Done;
+  MemoryDisk& disk = resume.crew.disk;
+  disk.fate = [&](std::string_view, const std::string&, std::int64_t number) {
     if (number != step) return Fate::Done;
-    refused = Now();
     if (fills) {
-      crew.disk.SetRoom(0);
-      PostCall(refused + kFullFor, &crew, [&crew] { crew.disk.SetRoom(-1); });
+      disk.SetRoom(0);
+      resume.Begin([&disk] { disk.SetRoom(-1); });
+    } else {
+      resume.Begin();
     }
     return refusal.fate;
   };
-  crew.Live();
-  EXPECT_TRUE(crew.ended);
-  EXPECT_TRUE(NeedsNoWord(work) || crew.WasTold(refusal.reason, refused, kToldAtOnce));
-  EXPECT_EQ(crew.files_at_resume, "");
-  AllowedDifferences allowed = first.allowed;
-  allowed.speeds_nearly = fills;
-  EXPECT_EQ(CptDifference(ContentOf(crew.disk, CrashCpt()), whole, allowed), "");
-  EXPECT_EQ(TimDifference(ContentOf(crew.disk, CrashTim()), whole, allowed), "");
-  EXPECT_EQ(ContentOf(crew.disk, CrashTemporary()), "DONE\r\n");
-  CrashJudge judge(whole);
-  judge.LookAt(crew.disk.After(Loss::ContentsAndNames), synced.rows, allowed);
-  // Rows that were held up to the end of the sounding stand in its file alone.
-  if (!fills) {
-    EXPECT_EQ(synced.rows.size(), std::size_t{kCrashRows} + MarksIn(synced.rows).size());
-  }
-  if (!fills && crash.resume == kFromSurface) {
-    EXPECT_EQ(MarksIn(synced.rows), std::vector<std::size_t>{first.rows});
-  }
-  if (testing::Test::HasFailure()) ADD_FAILURE() << crew.AllTold();
+  resume.crew.Live();
+  disk.fate = {};
+  EXPECT_EQ(resume.crew.files_at_resume, "");
+  EXPECT_TRUE(NeedsNoWord(work) || resume.crew.WasTold(refusal.reason, resume.begun, kToldAtOnce));
+  resume.Judge(fills);
 }
 
 TEST_P(CrashInResume, ADiskThatRefusesOnceIsToldAndTheResumeGoesOn) {
@@ -254,7 +289,59 @@ TEST_P(CrashInResume, ADiskThatRefusesOnceIsToldAndTheResumeGoesOn) {
       if (!Differs(refusal, work)) continue;
       SCOPED_TRACE(std::string(refusal.name) + " at operation " + std::to_string(step) + ", " +
                    work.Text());
-      ExpectGoesOn(crash, first, whole, refusal, step, work);
+      TroubledResume resume(crash, first, whole);
+      ExpectGoesOn(resume, refusal, step, work);
+      if (HasFailure()) return;
+    }
+  }
+}
+
+/// The stick is pulled right before that work, comes back with what was synced, and refuses each
+/// work meanwhile.
+void ExpectGoesOnWithStick(TroubledResume& resume, std::int64_t step) {
+  MemoryDisk& disk = resume.crew.disk;
+  Stick stick(disk);
+  std::int64_t number = 0;
+  Micros refused = -1;
+  disk.before = [&](std::string_view operation, const std::string& path) {
+    if (stick.IsBeingPulled()) return;
+    if (++number == step) {
+      stick.Pull(Loss::ContentsAndNames);
+      resume.Begin([&stick] { stick.PutBack(); });
+    }
+    try {
+      stick.RefuseWork(path);
+    } catch (const RuntimeFault&) {
+      if (refused < 0 && !NeedsNoWord({std::string(operation), path})) refused = Now();
+      throw;
+    }
+  };
+  resume.crew.Live();
+  disk.before = {};
+  if (stick.IsAway()) stick.PutBack();  // the console has ended meanwhile
+  EXPECT_TRUE(refused < 0 || resume.crew.WasTold("/soundings", refused, kToldAtOnce));
+  const bool away_then =
+      resume.begun <= resume.crew.resumed && resume.crew.resumed < resume.begun + kAwayFor;
+  EXPECT_TRUE(away_then || resume.crew.files_at_resume.empty()) << resume.crew.files_at_resume;
+  resume.Judge(false);
+}
+
+/// Where the folder stands without the file, the operator may plug the stick in first or not.
+TEST_P(CrashInResume, AStickThatIsPulledAndComesBackIsToldAndTheResumeGoesOn) {
+  const WholeSounding whole;
+  const FirstCrash& crash = GetParam();
+  const FirstLife first = Live(crash, whole);
+  const std::vector<DiskWork> works = WorksOfResume(first.disk, crash.resume);
+  ASSERT_FALSE(HasFailure());
+  for (const std::int64_t step : StepsOfPart(static_cast<std::int64_t>(works.size()), 0, 1)) {
+    for (const bool waits : {true, false}) {
+      if (waits && crash.without_cpt) continue;  // it never comes
+      SCOPED_TRACE("pulled at operation " + std::to_string(step) + ", " +
+                   works[static_cast<std::size_t>(step - 1)].Text() + (waits ? ", waits" : ""));
+      TroubledResume resume(crash, first, whole);
+      if (waits) resume.crew.says_no_to = "IS MISSING.  IF IT STANDS ON A MEDIUM";
+      ExpectGoesOnWithStick(resume, step);
+      pulled.Add(resume.judge.count);
       if (HasFailure()) return;
     }
   }

@@ -60,9 +60,20 @@ WholeSounding::WholeSounding() : before(DiskBeforeCrash()) {
   EXPECT_EQ(ContentOf(crew.disk, CrashTemporary()), "DONE\r\n");
   EXPECT_EQ(WholeLines(cpt).size(), kCptHead + kCrashRows + 1) << "rows and a final baseline";
   EXPECT_EQ(WholeLines(tim).size(), kTimHead + kCrashRows) << "a mark a row";
-  for (const std::string& path : {CrashTemporary(), CrashTim()}) {
-    EXPECT_EQ(std::count(works.begin(), works.end(), DiskWork{"sync", path}), kCrashRows)
-        << "each row is promised as it is taken: " << path;
+  const auto count = [this](const DiskWork& work) {
+    return std::count(works.begin(), works.end(), work);
+  };
+  for (const char* operation : {"write", "sync"}) {
+    EXPECT_EQ(count({operation, CrashTemporary()}), kCrashRows) << operation << " of a row";
+    EXPECT_EQ(count({operation, CrashTim()}), kCrashRows) << operation << " of a mark";
+    EXPECT_EQ(count({operation, CrashCpt()}), kCrashRows - kCrashDelay + 1)
+        << operation << " of a row, and of the end";
+  }
+  for (const char* operation : {"create", "append", "sync", "rename", "close", "remove"}) {
+    EXPECT_TRUE(
+        std::any_of(works.begin(), works.end(),
+                    [operation](const DiskWork& work) { return work.operation == operation; }))
+        << "no " << operation << " to be tried";
   }
   EXPECT_EQ(versions[CrashData("System Setup Values.txt")].size(), 3U) << "rewritten and saved";
 }
@@ -80,7 +91,7 @@ std::int64_t WholeSounding::StepOf(const DiskWork& work, int nth) const {
 
 LeftBehind DieAt(const MemoryDisk& from, CrewTask task, const CrashPoint& point,
                  std::vector<std::string> synced) {
-  CrashCrew crew(from, task);
+  CrashCrew crew(from, task, task == CrewTask::Record ? 0 : 1);
   SyncedRows promised{std::move(synced)};
   promised.Watch(crew.disk);
   crew.disk.fate = [&](std::string_view operation, const std::string& path, std::int64_t number) {
@@ -103,16 +114,35 @@ std::pair<std::size_t, std::size_t> SpeedPlace(const std::string& cpt) {
   return cpt.starts_with("KQ") ? std::pair{7U, 6U} : std::pair{6U, 7U};
 }
 
-/// The rows of the file, from 0, that show the speed behind row `stood`.
-bool ShowsSpeedBehind(std::size_t row, int stood) {
+/// The row whose speed the file's row `row`, from 0, shows.
+int RowOfSpeed(std::size_t row) {
   const auto number = static_cast<int>(row) + 1;
   const int flushed_from = kCrashRows - kCrashDelay + 1;
-  return number < flushed_from ? number + kCrashDelay == stood + 1 : number == stood + 1;
+  return number < flushed_from ? number + kCrashDelay : number;
 }
 
-/// A sounding that was resumed without a row goes on one step below 0, as it tells.
+constexpr double kStepMetres = 0.02;
+
+/// Taken up without a row: metres of row `number`, from 1, where the first one is 0.
 bool HasOwnDepths(const AllowedDifferences& allowed) {
   return allowed.resumed_at.count(0) > 0;
+}
+double OwnDepth(int number) {
+  return kStepMetres * (number - 1);
+}
+
+/// Of the file, with the depths that its rows must have: elevations, in metres or millimetres.
+std::vector<std::string> WantedLines(const WholeSounding& whole,
+                                     const AllowedDifferences& allowed) {
+  std::vector<std::string> lines = WholeLines(whole.cpt);
+  if (!HasOwnDepths(allowed)) return lines;
+  const std::size_t width = SpeedPlace(whole.cpt).first;
+  for (int number = 1; number <= kCrashRows; ++number) {
+    const std::string depth = Format(0.0 - OwnDepth(number), width == 7 ? "##0.000" : "##0.00");
+    lines.at(kCptHead + static_cast<std::size_t>(number) - 1)
+        .replace(0, width, RightField(depth, static_cast<int>(width)));
+  }
+  return lines;
 }
 
 /// Fields of rows that came from the file alone.
@@ -127,17 +157,17 @@ void TakeUnknown(std::string& row, const std::string& wanted, int number,
   }
 }
 
-bool SameRow(std::string row, std::string wanted, std::size_t index,
+bool SameRow(std::string row, const std::string& wanted, std::size_t index,
              std::pair<std::size_t, std::size_t> place, const AllowedDifferences& allowed) {
   if (row.size() != wanted.size()) return false;
   const auto [at, width] = place;
   if (row.size() < at + width) return row == wanted;
-  if (HasOwnDepths(allowed)) row.replace(0, at, wanted.substr(0, at));
-  const bool own_speed = std::any_of(allowed.resumed_at.begin(), allowed.resumed_at.end(),
-                                     [&](int stood) { return ShowsSpeedBehind(index, stood); });
+  const int shown = RowOfSpeed(index);
+  const bool own_speed = allowed.resumed_at.count(shown - 1) > 0;
   const double speed = LeadingNumber(row.substr(at, width));
   const double usual = LeadingNumber(wanted.substr(at, width));
-  const bool nearly = allowed.speeds_nearly && std::abs(speed - usual) <= 0.05 * usual;
+  const bool comes_later = allowed.refused_at && shown > *allowed.refused_at;
+  const bool nearly = comes_later && std::abs(speed - usual) <= 0.05 * usual;
   if (own_speed || nearly) row.replace(at, width, wanted.substr(at, width));
   TakeUnknown(row, wanted, static_cast<int>(index) + 1, allowed);
   return row == wanted;
@@ -153,11 +183,11 @@ std::string CptDifference(const std::string& cpt, const WholeSounding& whole,
                           const AllowedDifferences& allowed) {
   constexpr std::size_t kDateLine = 7;
   const std::vector<std::string> lines = WholeLines(cpt);
-  const std::vector<std::string> wanted = WholeLines(whole.cpt);
+  const auto place = SpeedPlace(whole.cpt);
+  const std::vector<std::string> wanted = WantedLines(whole, allowed);
   for (std::size_t i = 0; i < std::min(lines.size(), wanted.size()); ++i) {
-    const bool same =
-        i >= kCptHead ? SameRow(lines[i], wanted[i], i - kCptHead, SpeedPlace(whole.cpt), allowed)
-                      : lines[i] == wanted[i] || (allowed.date && i == kDateLine);
+    const bool same = i >= kCptHead ? SameRow(lines[i], wanted[i], i - kCptHead, place, allowed)
+                                    : lines[i] == wanted[i] || (allowed.date && i == kDateLine);
     if (!same) return LineDifference(i, lines[i], wanted[i]);
   }
   if (lines.size() != wanted.size()) {
@@ -166,29 +196,105 @@ std::string CptDifference(const std::string& cpt, const WholeSounding& whole,
   return cpt.ends_with("\r\n") ? "" : "an unfinished line at the end";
 }
 
+namespace {
+
+struct Mark {
+  std::string depth;
+  double seconds;  ///< since midnight
+};
+
+Mark MarkOf(const std::string& line) {
+  const std::size_t blank = std::min(line.find(' '), line.size());
+  return {line.substr(0, blank), LeadingNumber(line.substr(blank))};
+}
+
+/// The marks of a file, walked from the first to the last.
+class MarkWalk {
+ public:
+  MarkWalk(const WholeSounding& whole, const AllowedDifferences& allowed)
+      : wanted_(WholeLines(whole.tim)), allowed_(allowed) {
+    if (!allowed.resumed_at.empty()) exact_to_ = *allowed.resumed_at.begin();
+    exact_to_ = std::min(exact_to_, allowed.refused_at.value_or(exact_to_));
+  }
+
+  std::string Head(const std::string& title, const std::string& start) {
+    if (title != wanted_[0]) return "no title";
+    seconds_ = LeadingNumber(start);
+    const bool is_later = exact_to_ == 0 && seconds_ >= LeadingNumber(wanted_[1]);
+    return start == wanted_[1] || is_later ? "" : LineDifference(1, start, wanted_[1]);
+  }
+
+  /// Empty, or why it can't stand behind those before.
+  std::string Step(const std::string& line) {
+    const bool is_of_lost_row = HasOwnDepths(allowed_) && last_ == 0 && line == wanted_[kTimHead];
+    if (is_of_lost_row && !std::exchange(has_lost_row_, true)) return {};
+    const Mark mark = MarkOf(line);
+    if (mark.depth.empty()) return "no mark: " + line;
+    SkipHeld(mark.depth);
+    const int number = mark.depth == DepthOf(next_) ? next_ : NumberBefore(mark.depth);
+    const bool is_next = number == next_;
+    // A way down begins at the first depth, and a life behind it may go on at the last one.
+    const bool goes_down = number == 1 && firsts_++ <= allowed_.ways_down;
+    const bool follows = number == last_ + 1 || (is_next && firsts_ > 1);
+    if (number == 0 || !(goes_down || follows)) return "a mark out of its order: " + line;
+    if (mark.seconds < seconds_) return "a mark before its time: " + line;
+    const std::string& exact = wanted_[kTimHead + static_cast<std::size_t>(number) - 1];
+    if (is_next && number <= exact_to_ && line != exact) return line + " is not " + exact;
+    seconds_ = mark.seconds;
+    last_ = number;
+    if (is_next) ++next_;
+    return {};
+  }
+
+  std::string End() {
+    SkipHeld("");
+    return next_ > kCrashRows ? "" : "no mark at " + DepthOf(next_);
+  }
+
+ private:
+  std::string DepthOf(int number) const {
+    if (number > kCrashRows) return {};
+    if (HasOwnDepths(allowed_)) return Format(OwnDepth(number) - kCameraMetres, "000.000");
+    return MarkOf(wanted_[kTimHead + static_cast<std::size_t>(number) - 1]).depth;
+  }
+  /// 0 if none of those before has that depth.
+  int NumberBefore(const std::string& depth) const {
+    int number = next_ - 1;
+    while (number > 0 && DepthOf(number) != depth) --number;
+    return number;
+  }
+  void SkipHeld(const std::string& depth) {
+    while (next_ <= kCrashRows && DepthOf(next_) != depth &&
+           allowed_.marks_held.count(DepthOf(next_)) > 0) {
+      last_ = next_++;
+    }
+  }
+
+  static constexpr double kCameraMetres = 0.75;  ///< above the tip
+
+  std::vector<std::string> wanted_;
+  const AllowedDifferences& allowed_;
+  int exact_to_ = kCrashRows;  ///< up to this row nothing may differ
+  int next_ = 1;
+  int last_ = 0;
+  int firsts_ = 0;
+  bool has_lost_row_ = false;
+  double seconds_ = 0;
+};
+
+}  // namespace
+
 std::string TimDifference(const std::string& tim, const WholeSounding& whole,
                           const AllowedDifferences& allowed) {
-  std::vector<std::string> lines = WholeLines(tim);
-  const std::vector<std::string> wanted = WholeLines(whole.tim);
-  if (lines.empty() || lines[0] != wanted[0]) return "no title";
-  if (!tim.ends_with("\r\n")) return "an unfinished line at the end";
-  std::vector<std::string> depths;
-  for (std::size_t i = kTimHead; i < lines.size(); ++i) {
-    const std::string depth = lines[i].substr(0, lines[i].find(' '));
-    if (depths.empty() || depths.back() != depth) depths.push_back(depth);
+  const std::vector<std::string> lines = WholeLines(tim);
+  if (const std::string fault = LineEndFault(tim); !fault.empty()) return fault;
+  if (lines.size() < kTimHead) return "no head of the marks";
+  MarkWalk walk(whole, allowed);
+  std::string fault = walk.Head(lines[0], lines[1]);
+  for (std::size_t i = kTimHead; fault.empty() && i < lines.size(); ++i) {
+    fault = walk.Step(lines[i]);
   }
-  const bool own = HasOwnDepths(allowed);
-  std::set<std::string> known;
-  for (std::size_t i = kTimHead; i < wanted.size(); ++i) {
-    const std::string depth = wanted[i].substr(0, wanted[i].find(' '));
-    known.insert(depth);
-    const auto found = std::find(depths.begin(), depths.end(), depth);
-    const bool was_held = allowed.marks_held.count(depth) > 0;
-    if (found == depths.end() && !own && !was_held) return "no mark at " + depth;
-    if (found != depths.end()) depths.erase(depths.begin(), found + 1);
-  }
-  if (allowed.way_down) std::erase_if(depths, [&](const auto& at) { return known.count(at) > 0; });
-  return depths.empty() || own ? "" : "marks out of their order";
+  return fault.empty() ? walk.End() : fault;
 }
 
 // The judge.
@@ -257,6 +363,8 @@ std::string CrashJudge::RowsAreHeld(const MemoryDisk& left, const std::vector<st
   return {};
 }
 
+constexpr int kHoursToLastLife = 2;
+
 std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences allowed,
                                    CrewTask resume) const {
   const std::string& temporary = ContentOf(left, CrashTemporary());
@@ -264,8 +372,8 @@ std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences al
   const auto rows = static_cast<int>(RowsStanding(left));
   allowed.resumed_at.insert(rows);
   if (rows > copied) allowed.taken_from_file = {copied + 1, rows};
-  if (resume == CrewTask::ResumeFromSurface) allowed.way_down = true;
-  CrashCrew crew(left, resume);
+  if (resume == CrewTask::ResumeFromSurface) ++allowed.ways_down;
+  CrashCrew crew(left, resume, kHoursToLastLife);
   crew.Live();
   std::string faults = crew.files_at_resume;
   if (crew.rows_taken_up != rows) {
@@ -278,7 +386,7 @@ std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences al
   faults += TimDifference(ContentOf(crew.disk, CrashTim()), whole_, allowed);
   if (crew.WasTold("THOSE OF A FIRST RUN")) faults += "  The settings were damaged.";
   faults += FilesAreWhole(crew.disk);  // a resume saves what was set
-  const std::string rest = temporary.substr(temporary.rfind('\n') + 1);
+  const std::string rest = UnfinishedLine(temporary);
   if (!rest.empty() && !IsGapMark(rest) && !crew.WasTold("LEFT OUT")) {
     faults += "  Not told what was left out: " + rest;
   }
@@ -287,7 +395,7 @@ std::string CrashJudge::PlayResume(const MemoryDisk& left, AllowedDifferences al
 
 std::string CrashJudge::PlayStart(const MemoryDisk& left) const {
   const bool old = ContentOf(left, CrashTemporary()) == OldSounding();
-  CrashCrew crew(left, old ? CrewTask::Look : CrewTask::Resume);
+  CrashCrew crew(left, old ? CrewTask::Look : CrewTask::Resume, kHoursToLastLife);
   crew.Live();
   std::string faults;
   if (!crew.left) faults += "the start screen was not left.  ";

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -44,10 +45,14 @@ LeftBehind DieAt(const MemoryDisk& from, CrewTask task, const CrashPoint& point,
 
 /// Which differences to the whole sounding are to be expected.
 struct AllowedDifferences {
-  bool date = false;                 ///< the setup was accepted later
-  std::set<int> resumed_at;          ///< rows that stood when it was resumed: the next one's speed
-  bool speeds_nearly = false;        ///< the link's pace has another phase: 5 % of a speed
-  bool way_down = false;             ///< marks of the camera on a way down, at depths of before
+  bool date = false;  ///< the setup was accepted later
+  /// Rows that stood when it was resumed: the next one's speed. With 0 its depths: it goes on one
+  /// step below 0, as it tells.
+  std::set<int> resumed_at;
+  /// Rows that stood when the disk refused, which takes time: behind these the link's pace has
+  /// another phase, and a speed may differ by 5 %.
+  std::optional<int> refused_at;
+  int ways_down = 0;                 ///< lives that may have marked depths of before once more
   std::set<std::string> marks_held;  ///< depths of marks that were held in memory at the crash
   /// Rows that the copy had lost, first and last: what the file does not tell of them is -32768.
   std::pair<int, int> taken_from_file{0, 0};
@@ -57,8 +62,9 @@ struct AllowedDifferences {
 /// Empty, or the first line that differs.
 std::string CptDifference(const std::string& cpt, const WholeSounding& whole,
                           const AllowedDifferences& allowed);
-/// The same for the marks of the camera, but for their times. One may be there twice, none may be
-/// missing.
+/// The same for the marks of the camera: one for each row, in their order, on the way down those of
+/// before once more. Times are those of the whole sounding up to the first resume or refusal, and
+/// from there on go on.
 std::string TimDifference(const std::string& tim, const WholeSounding& whole,
                           const AllowedDifferences& allowed);
 

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "attacks/calm_operator.h"
 #include "attacks/crash_judge.h"
+#include "attacks/stick.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/numbers.h"
@@ -163,24 +163,19 @@ struct PulledAtTheEnd : CalmOperator {
     };
     Run();
   }
-  /// An empty folder stays in its place.
   void Pull() {
     pulled = true;
-    const MemoryDisk left = disk.After(Loss::ContentsAndNames);
-    for (const auto& [path, content] : left.Files()) {
-      if (path.starts_with("/soundings/")) stick[path] = content;
-    }
-    for (const auto& [path, content] : stick) disk.Remove(path);
+    stick.Pull(Loss::ContentsAndNames);
     PostCall(Now() + 8 * kSecond, this, [this] {
       EXPECT_FALSE(disk.FileExists(kCpt)) << "nothing is begun in its place";
       EXPECT_EQ(LinesIn(disk.Files().at(Data("TemporaryData.txt"))), 17 + sounding.RowCount)
           << "not done, and nothing lost";
       EXPECT_TRUE(WasTold("THE SOUNDING IS NOT CLOSED YET"));
-      for (const auto& [path, content] : stick) disk.Put(path, content);
+      stick.PutBack();
     });
   }
   bool pulled = false;
-  std::map<std::string, std::string> stick;
+  Stick stick{disk};
 };
 
 TEST(VanishedDisk, AtTheEndIsToldAndTheSoundingIsClosedWhenItIsBack) {
@@ -208,36 +203,22 @@ struct PulledInside : CalmOperator {
       if (moment == "START") Watch();
     };
     Run();
-    if (is_away) ComeBack();  // the console has ended meanwhile
+    if (stick.IsAway()) ComeBack();  // the console has ended meanwhile
   }
   void Watch() {
     disk.before = [this](std::string_view work, const std::string& path) {
-      if (is_pulling) return;
+      if (stick.IsBeingPulled()) return;
       works.push_back(std::string(work) + " " + path);
-      if (static_cast<int>(works.size()) == how.step) Pull();
-      if (is_away && how.raises && path.starts_with("/soundings")) {
-        throw RuntimeFault(path + ": No such device");
+      if (static_cast<int>(works.size()) == how.step) {
+        stick.Pull(how.loss);
+        PostCall(Now() + 8 * kSecond, this, [this] { ComeBack(); });
       }
+      if (how.raises) stick.RefuseWork(path);
     };
-  }
-  void Pull() {
-    is_away = true;
-    const MemoryDisk left = disk.After(how.loss);
-    for (const auto& [path, content] : left.Files()) {
-      if (path.starts_with("/soundings/")) stick[path] = content;
-    }
-    is_pulling = true;
-    const auto files = disk.Files();
-    for (const auto& [path, content] : files) {
-      if (path.starts_with("/soundings/")) disk.Remove(path);
-    }
-    is_pulling = false;
-    PostCall(Now() + 8 * kSecond, this, [this] { ComeBack(); });
   }
   void ComeBack() {
     EXPECT_FALSE(disk.FileExists(kCpt)) << "nothing is begun in its place";
-    is_away = false;
-    for (const auto& [path, content] : stick) disk.Put(path, content);
+    stick.PutBack();
   }
   /// The number of the first of those works, or of the last; 0 for none.
   int StepOf(const std::string& work, bool is_last) const {
@@ -249,9 +230,7 @@ struct PulledInside : CalmOperator {
   }
   Pulling how;
   std::vector<std::string> works;
-  bool is_away = false;
-  bool is_pulling = false;
-  std::map<std::string, std::string> stick;
+  Stick stick{disk};
 };
 
 /// Rows on their depths, none doubled, torn or with a hole.

@@ -12,13 +12,15 @@
 #include <array>
 #include <cstdlib>
 #include <iostream>
-#include <map>
 #include <random>
 #include <set>
 #include <string>
 #include <string_view>
 
 #include "attacks/crash_judge.h"
+#include "attacks/hands.h"
+#include "attacks/stick.h"
+#include "core/session.h"
 #include "platform/clock.h"
 #include "sounding/held_rows.h"
 #include "sounding/sounding_state.h"
@@ -66,16 +68,6 @@ bool Differs(Refusal refusal, const DiskWork& work) {
   return false;
 }
 
-/// What a refusal may change: it takes time.
-AllowedDifferences OfARefusal() {
-  AllowedDifferences allowed;
-  allowed.date = true;
-  allowed.speeds_nearly = true;
-  return allowed;
-}
-
-constexpr Micros kGlance = 100 * kMillisecond;
-
 /// Where the process dies behind a refusal.
 struct Stop {
   std::int64_t step = 0;
@@ -93,11 +85,11 @@ struct RefusedLife {
       if (number == stop.step) return stop.fate;
       return number == step ? Refuse(refusal) : Fate::Done;
     };
-    PostLook();
+    PostGlance(this, [this] { Look(); });
     crew.Live();
     DropCalls(this);
     for (const std::string& mark : WholeLines(sounding.Held[kTimFile].Text)) {
-      marks_held.insert(mark.substr(0, mark.find(' ')));
+      allowed.marks_held.insert(mark.substr(0, mark.find(' ')));
     }
   }
   ~RefusedLife() { DropCalls(this); }
@@ -106,19 +98,21 @@ struct RefusedLife {
 
   Fate Refuse(Refusal refusal) {
     refused = Now();
+    allowed.date = session.SoundingFiles[kCptFile].empty();
+    allowed.refused_at = sounding.RowCount;
     if (refusal == Refusal::Nothing) return Fate::Refused;
     if (refusal == Refusal::Half) return Fate::RefusedHalf;
     if (refusal == Refusal::All) return Fate::RefusedAfter;
     if (refusal == Refusal::Forgotten) return Fate::RefusedAndForgotten;
-    const bool pulled = refusal == Refusal::Pulled;
-    is_away = pulled;
-    if (pulled) PostCall(refused, &crew, [this] { Pull(); });
-    if (!pulled) crew.disk.SetRoom(0);
+    if (refusal == Refusal::Pulled) {
+      PostCall(refused, &crew, [this] { stick.Pull(Loss::Nothing); });
+    } else {
+      crew.disk.SetRoom(0);
+    }
     PostCall(refused + kAwayFor, &crew, [this] {
       LookWhileAway();
       crew.disk.SetRoom(-1);
-      for (const auto& [path, content] : stick) crew.disk.Put(path, content);
-      is_away = false;
+      stick.PutBack();
     });
     PostCall(refused + kAwayFor + 3 * kSecond, &crew, [this] { LookWithRoom(); });
     return Fate::Done;
@@ -128,13 +122,6 @@ struct RefusedLife {
     return static_cast<std::int32_t>(StoredRows(crew.disk.Files().at(CrashTemporary())).size());
   }
   static bool Records() { return sounding.ConsoleMode == 2 && sounding.RowCount > 0; }
-  /// What stands on the stick goes with it; the folder in its place stays.
-  void Pull() {
-    for (const auto& [path, content] : crew.disk.Files()) {
-      if (path.starts_with("/soundings/")) stick[path] = content;
-    }
-    for (const auto& [path, content] : stick) crew.disk.Remove(path);
-  }
   void LookWhileAway() const {
     if (!Records()) return;
     EXPECT_EQ(RowsOnDisk() + RowsHeld(kTemporaryFile), sounding.RowCount) << "kept in memory";
@@ -146,14 +133,9 @@ struct RefusedLife {
     EXPECT_EQ(sounding.RowsHeldBack, 0);
   }
 
-  void PostLook() {
-    PostCall(
-        Now() + kGlance, this,
-        [this] {
-          PostLook();
-          LookAtMedium();
-        },
-        EventKind::RepeatingCall);
+  void Look() {
+    PostGlance(this, [this] { Look(); });
+    LookAtMedium();
   }
   static std::int32_t RowsHeld(SoundingFile file) {
     const HeldText& held = sounding.Held[static_cast<std::size_t>(file)];
@@ -175,7 +157,7 @@ struct RefusedLife {
     EXPECT_TRUE(std::mismatch(rows.begin(), rows.end(), all.begin(), all.end()).first ==
                 rows.end());
     EXPECT_TRUE(promised == sounding.RowCount || sounding.RowsHeldBack > 0) << "not told";
-    if (is_away) return;
+    if (stick.IsAway()) return;
     const std::size_t cpt_lines = WholeLines(ContentOf(left, CrashCpt())).size();
     EXPECT_GE(static_cast<std::int32_t>(cpt_lines) - static_cast<std::int32_t>(kCptHead),
               sounding.RowCount - kCrashDelay - RowsHeld(kCptFile))
@@ -187,7 +169,7 @@ struct RefusedLife {
     for (const NamedLoss& loss : kLosses) {
       const MemoryDisk left = crew.disk.After(loss.loss);
       if (ContentOf(left, CrashTemporary()) != "DONE\r\n") continue;
-      EXPECT_EQ(CptDifference(ContentOf(left, CrashCpt()), whole, OfARefusal()), "") << loss.name;
+      EXPECT_EQ(CptDifference(ContentOf(left, CrashCpt()), whole, allowed), "") << loss.name;
     }
   }
 
@@ -195,10 +177,9 @@ struct RefusedLife {
   CrashCrew crew;
   SyncedRows synced;
   std::int64_t looked_at = 0;
-  std::set<std::string> marks_held;  ///< at the end of this life
+  AllowedDifferences allowed;  ///< what the refusal may change: it takes time
   int looks = 0;
-  bool is_away = false;
-  std::map<std::string, std::string> stick;
+  Stick stick{crew.disk};
   Micros refused = -1;
 };
 
@@ -225,13 +206,12 @@ void Judge(RefusedLife& life, const NamedRefusal& refusal, const DiskWork& work,
       << crew.AllTold();
   EXPECT_GE(life.looks, kCrashRows / 2) << "not looked at row by row";
   RefusedAtEveryStep::looks += life.looks;
-  const AllowedDifferences allowed = OfARefusal();
-  EXPECT_EQ(CptDifference(crew.disk.Files().at(CrashCpt()), whole, allowed), "");
-  EXPECT_EQ(TimDifference(crew.disk.Files().at(CrashTim()), whole, allowed), "");
+  EXPECT_EQ(CptDifference(crew.disk.Files().at(CrashCpt()), whole, life.allowed), "");
+  EXPECT_EQ(TimDifference(crew.disk.Files().at(CrashTim()), whole, life.allowed), "");
   EXPECT_EQ(crew.disk.Files().at(CrashTemporary()), "DONE\r\n");
   CrashJudge judge(whole);
   for (const Loss loss : {Loss::Contents, Loss::ContentsAndNames}) {
-    judge.LookAt(crew.disk.After(loss), life.synced.rows, allowed);
+    judge.LookAt(crew.disk.After(loss), life.synced.rows, life.allowed);
   }
   RefusedAtEveryStep::rows += judge.count.rows_synced;
   RefusedAtEveryStep::lost += judge.count.rows_lost;
@@ -309,16 +289,14 @@ TEST_P(CrashBehindARefusal, LosesNoPromisedRowAndEndsTheSoundingAsWithoutIt) {
       const RefusedLife life(step, refusal.refusal, whole, stop);
       if (!life.crew.disk.Stopped()) continue;  // it had ended
       ++crashes;
-      AllowedDifferences allowed = OfARefusal();
-      allowed.marks_held = life.marks_held;
       for (const Loss loss : {Loss::Contents, Loss::ContentsAndNames}) {
         const MemoryDisk left = life.crew.disk.After(loss);
         const bool ours = ContentOf(left, CrashTemporary()).starts_with(CrashCpt());
         if (ours && !KnowsTruckPort(left)) {
           EXPECT_TRUE(life.crew.WasTold("THE SETTINGS COULD NOT BE SAVED"));
-          judge.LookAt(left, life.synced.rows, allowed);
+          judge.LookAt(left, life.synced.rows, life.allowed);
         } else {
-          judge.Judge(left, life.synced.rows, allowed);
+          judge.Judge(left, life.synced.rows, life.allowed);
         }
       }
       if (HasFailure()) {

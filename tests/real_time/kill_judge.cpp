@@ -4,9 +4,9 @@
 #include <cmath>
 #include <map>
 
-#include "core/temporary_data.h"
 #include "platform/numbers.h"
 #include "real_time/sounding_lines.h"
+#include "support/sounding_lines.h"
 
 namespace penlog {
 
@@ -26,6 +26,11 @@ void AddLost(KillFindings& findings, std::size_t row, const std::string& promise
                             " is lost: " + promised + "\n  there stands: " + stands);
 }
 
+void AddLineEnds(KillFindings& findings, const std::string& text) {
+  const std::string fault = LineEndFault(text);
+  if (!fault.empty()) findings.faults.push_back(fault);
+}
+
 /// Rows 19 and 20 have no channels when they are written at the end.
 bool IsSameRow(const std::string& row, const std::string& promised, const std::string& aligned) {
   return row.size() >= 13 &&
@@ -35,34 +40,14 @@ bool IsSameRow(const std::string& row, const std::string& promised, const std::s
 
 }  // namespace
 
-std::vector<std::string> KilledLines(const std::string& text) {
-  return LinesOf(text.substr(0, text.rfind("\r\n") == text.npos ? 0 : text.rfind("\r\n") + 2));
-}
-
-std::vector<std::string> LinesOfCopy(const std::string& temporary) {
-  std::vector<std::string> lines = KilledLines(temporary);
-  const auto head = std::min(lines.size(), kCopyHead);
-  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(head));
-  return lines;
-}
-
-bool IsGapMark(const std::string& line) {
-  return line.starts_with(kGapMark);
-}
-
-std::vector<std::string> RowsOnly(const std::vector<std::string>& lines) {
-  std::vector<std::string> rows = lines;
-  std::erase_if(rows, IsGapMark);
-  return rows;
-}
-
 double DepthOfRow(const std::string& row) {
   return LeadingNumber(row.substr(1));
 }
 
 KillFindings JudgeCopy(const std::vector<std::string>& promised, const std::string& temporary) {
   KillFindings findings;
-  const std::vector<std::string> lines = LinesOfCopy(temporary);
+  AddLineEnds(findings, temporary.substr(0, temporary.rfind('\n') + 1));
+  const std::vector<std::string> lines = StoredLines(temporary);
   for (std::size_t i = 0; i < promised.size(); ++i) {
     const std::string stands = i < lines.size() ? lines[i] : "nothing";
     if (stands != promised[i]) AddLost(findings, i, promised[i], stands);
@@ -80,6 +65,7 @@ KillFindings JudgeCopy(const std::vector<std::string>& promised, const std::stri
 
 KillFindings JudgeEnded(const std::vector<std::string>& promised, const std::string& cpt) {
   KillFindings findings;
+  AddLineEnds(findings, cpt);
   const std::vector<std::string> rows = RowsOnly(promised);
   const CptFile file = TakeApart(cpt);
   std::vector<std::string> plain;

@@ -10,6 +10,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <random>
 #include <set>
 #include <string>
@@ -22,20 +23,21 @@
 #include "platform/texts.h"
 #include "real_time/kill_judge.h"
 #include "real_time/sounding_lines.h"
+#include "support/sounding_lines.h"
 
 namespace penlog {
 namespace {
 
-constexpr double kLongestLife = 150;
+constexpr double kLongestLife = 200;
 constexpr double kDrilled = 0.1;         // m below the last depth
 constexpr double kDeepestWayDown = 1.2;  // m; deeper ones take too long
-constexpr std::size_t kTailTold = 1500;  // characters of what the console printed
+constexpr std::size_t kTailTold = 6000;  // characters of what the console printed
 
 /// A part of a life: from the turn of a script's line on, for `span` seconds.
 struct Stage {
-  const char* name;
-  const char* line;  ///< the beginning of the line
-  double span;
+  const char* name = "";
+  const char* line = "";  ///< the beginning of the line
+  double span = 0;
   int rows = 0;   ///< if more than 0, from one of so many told lines on
   int least = 1;  ///< of these
 };
@@ -94,62 +96,62 @@ const std::string kRecordAndEnd = std::string(kLook) + R"(rig speed 4
 rig push 0.3
 wait 9
 click Main.cmdStart
-expect Main.frmLocalWarning visible
+expect Main.frmLocalWarning visible 30
 click Main.cmdWarningOK1
-expect Main.frmTakeFinalBaseline visible
+expect Main.frmTakeFinalBaseline visible 30
 click Main.Command2
-screen frmZOLRestart
+screen frmZOLRestart 30
 click frmZOLRestart.cmdNo
 )";
 
 std::string RecordScript(const std::string& folder, int number) {
-  return R"(screen StartUp
+  return R"(screen StartUp 30
 click StartUp.cmdStart
 screen frmConeSettings 60
 click frmConeSettings.cmdClose
-screen SetupSounding
+screen SetupSounding 30
 select SetupSounding.Dir1 ")" +
          folder + "\"\ntype SetupSounding.txtFileName KILL" + std::to_string(number) + R"(
 click SetupSounding.Command2
-screen SetupDisplay
+screen SetupDisplay 30
 click SetupDisplay.cmdDone
-screen Main
+screen Main 30
 wait 2
 click Main.cmdTakeBaseline
-expect Main.cmdStart enabled
+expect Main.cmdStart enabled 30
 click Main.cmdStart
-expect Main.cmdStart "STOP"
+expect Main.cmdStart "STOP" 30
 )" + kRecordAndEnd;
 }
 
 std::string ResumeScript() {
-  return R"(screen StartUp
+  return R"(screen StartUp 30
 click StartUp.cmdResume
 click StartUp.cmdResumeAtLastDepth
 screen frmConeSettings 60
 click frmConeSettings.cmdClose
-screen Main
-expect Main.cmdStart "STOP" 20
+screen Main 30
+expect Main.cmdStart "STOP" 30
 )" + kRecordAndEnd;
 }
 
 /// Down to a gap that was drilled below the last depth.
 std::string SurfaceScript(double last_depth) {
   const std::string depth = Format(last_depth + kDrilled, "0.00");
-  return R"(screen StartUp
+  return R"(screen StartUp 30
 click StartUp.cmdResume
 type StartUp.txtDistanceDrilled )" +
          Format(kDrilled, "0.0") + R"(
 click StartUp.cmdResumeAtSurface
 screen frmConeSettings 60
 click frmConeSettings.cmdClose
-screen frmResumeDepthStatus 20
-expect Main.cmdStart "STOP" 20
+screen frmResumeDepthStatus 30
+expect Main.cmdStart "STOP" 30
 )" + kLook +
          "rig speed 20\nrig push " + depth +
          "\nexpect frmResumeDepthStatus.lblCurrentResumeDepth \"" + depth + R"(" 60
 click frmResumeDepthStatus.lblDepthReached
-expect Main.lblState "RECORDING"
+expect Main.lblState "RECORDING" 60
 )" + kRecordAndEnd.substr(std::string(kLook).size());
 }
 
@@ -211,10 +213,33 @@ struct RealKills : Programs {
     return !temporary.empty() && !temporary.starts_with("DONE");
   }
 
+  /// What one life is to do, and when it is killed.
+  struct Life {
+    int number = 0;
+    bool resumes = false;
+    bool from_surface = false;
+    double begins_at = 0;  ///< m: the tip
+    std::string script;
+    Stage stage;
+    int aim = 0;           ///< the line of the script from which the kill counts
+    std::size_t rows = 0;  ///< told lines that it waits for, too
+    double delay = 0;      ///< s behind these
+    int look = 0;          ///< the line at which the files that were taken up are looked at; 0 none
+    std::string NameOfStage() const {
+      const char* kind = from_surface ? "from the surface: "
+                         : resumes    ? "at the last depth: "
+                                      : "first life: ";
+      return std::string(kind) + stage.name;
+    }
+  };
+
   void Live();
+  Life ChooseLife();
+  bool WatchAndKill(const Life& life, Program& console);
+  std::string Report(const Life& life, Program& console) const;
   void TakeOutput(const std::string& text);
   void LookAtFilesTakenUp();
-  void ExpectEnd(const Program& console, bool sent, const std::string& said) const;
+  void ExpectEnd(const Program& console, bool sent) const;
   void ExpectMark();
   void Judge();
   void JudgeOpen(const std::vector<std::string>& promised, const std::string& temporary);
@@ -262,15 +287,15 @@ void RealKills::TakeOutput(const std::string& text) {
 void RealKills::LookAtFilesTakenUp() {
   ++looks;
   const std::string temporary = Temporary();
-  const std::string sounding = Content(KilledLines(temporary).at(0));
+  const std::string sounding = Content(WholeLines(temporary).at(0));
   for (const std::string& text : {temporary, sounding}) {
     const bool whole = text.ends_with("\r\n");
     torn += whole ? 0 : 1;
     EXPECT_TRUE(whole) << text.substr(text.rfind('\n') + 1);
   }
-  const std::size_t rows = RowsOnly(LinesOfCopy(temporary)).size();
+  const std::size_t rows = StoredRows(temporary).size();
   const std::size_t aligned = rows > kCptLag ? rows - kCptLag : 0;
-  EXPECT_EQ(KilledLines(sounding).size(), kCptHead + aligned) << sounding;
+  EXPECT_EQ(WholeLines(sounding).size(), kCptHead + aligned) << sounding;
 }
 
 void RealKills::Take(const KillFindings& findings) {
@@ -310,13 +335,13 @@ void RealKills::Judge() {
 
 /// And the judge must find out when a line is gone that was promised.
 void RealKills::JudgeOpen(const std::vector<std::string>& promised, const std::string& temporary) {
-  EXPECT_EQ(KilledLines(temporary).at(0), cpt);
+  EXPECT_EQ(WholeLines(temporary).at(0), cpt);
   Take(JudgeCopy(promised, temporary));
-  known = LinesOfCopy(temporary);
+  known = StoredLines(temporary);
   EXPECT_EQ(DepthFault(known, 0), "");
   if (promised.empty()) return;
   ++taken_out;
-  const std::string less = WithoutLine(temporary, kCopyHead + LotOf(promised.size()));
+  const std::string less = WithoutLine(temporary, kTemporaryHead + LotOf(promised.size()));
   taken_out_found += JudgeCopy(promised, less).rows_lost > 0 ? 1 : 0;
 }
 
@@ -331,87 +356,99 @@ void RealKills::JudgeClosed(const std::vector<std::string>& promised) {
 }
 
 /// By our kill, or by the last line of its script.
-void RealKills::ExpectEnd(const Program& console, bool sent, const std::string& said) const {
+void RealKills::ExpectEnd(const Program& console, bool sent) const {
   const bool killed = sent && console.EndSignal() == SIGKILL;
   const bool done = console.EndSignal() == 0 && console.ExitCode() == 0;
   EXPECT_TRUE(killed || done) << "ended by signal " << console.EndSignal() << ", exit code "
-                              << console.ExitCode() << (sent ? ", killed" : ", not killed") << "\n"
-                              << said;
+                              << console.ExitCode() << (sent ? ", killed" : ", not killed");
   // A loaded machine may take fewer rows than the sensors lie apart: these are not closed.
   const std::string temporary = Temporary();
-  const bool closed = !IsOpen(temporary) || RowsOnly(LinesOfCopy(temporary)).size() < kCptLag;
-  EXPECT_TRUE(killed || closed) << "ended before the sounding's end\n" << said;
+  const bool closed = !IsOpen(temporary) || StoredRows(temporary).size() < kCptLag;
+  EXPECT_TRUE(killed || closed) << "ended before the sounding's end";
+}
+
+/// By lot: how the sounding is begun or taken up, and the moment of the kill.
+RealKills::Life RealKills::ChooseLife() {
+  Life life;
+  life.number = ++lives;
+  life.resumes = IsOpen(Temporary());
+  const std::vector<std::string> rows_known = RowsOnly(known);
+  const bool has_rows = life.resumes && !rows_known.empty();
+  const double depth = has_rows ? std::max(0.0, DepthOfRow(rows_known.back())) : 0.0;
+  life.from_surface = has_rows && !from_surface && depth <= kDeepestWayDown;
+  if (life.resumes) from_surface = life.from_surface;
+  life.begins_at = life.from_surface ? 0.0 : depth;
+  life.script = life.from_surface ? SurfaceScript(depth)
+                : life.resumes    ? ResumeScript()
+                                  : RecordScript(folder.Path(), lives);
+  Deck& deck = life.from_surface ? surface_stages : life.resumes ? resume_stages : record_stages;
+  life.stage = deck.Draw(lots);
+  life.aim = LineThatBegins(life.script, life.stage.line);
+  life.look = life.resumes ? LineThatBegins(life.script, kLook) : 0;
+  // The mark of the gap is told before the first row.
+  const bool behind_mark = life.from_surface && std::string(life.stage.line) == "rig speed 4";
+  const int least = life.stage.least;
+  const double rows = life.stage.rows > 0 ? least + Lot(life.stage.rows + 1 - least) : 0;
+  life.rows = static_cast<std::size_t>(rows) + (behind_mark ? 1 : 0);
+  life.delay = Delay(life.stage.span);
+  return life;
+}
+
+/// Kills the console at that moment, or sees it end. Whether it was killed.
+bool RealKills::WatchAndKill(const Life& life, Program& console) {
+  const auto start = Clock::now();
+  std::optional<Clock::time_point> reached;
+  bool looked = life.look == 0;
+  while (!console.Ended() && SecondsSince(start) < kLongestLife) {
+    TakeOutput(console.Printed());
+    if (!looked && turns.contains(life.look)) {
+      looked = true;
+      LookAtFilesTakenUp();
+    }
+    const bool now = turns.contains(life.aim) && told.size() >= life.rows;
+    if (!reached && now) reached = Clock::now();
+    if (reached && SecondsSince(*reached) >= life.delay) {
+      console.Signal(SIGKILL);
+      EXPECT_TRUE(Until([&console] { return console.Ended(); }));
+      return true;
+    }
+    std::this_thread::sleep_for(std::chrono::microseconds(200));
+  }
+  EXPECT_TRUE(console.Ended()) << "it lives longer than " << kLongestLife << " s";
+  return false;
+}
+
+/// What is known of a life that failed: the lines, rows and boxes that it told last, and its
+/// script.
+std::string RealKills::Report(const Life& life, Program& console) const {
+  const std::string& printed = console.Printed();
+  const std::string tail = printed.substr(printed.size() - std::min(kTailTold, printed.size()));
+  return "PENLOG_KILL_SEED=" + std::to_string(seed) + ", life " + std::to_string(life.number) +
+         ", stage \"" + life.NameOfStage() + "\"\n..." + tail + "\n" + life.script;
 }
 
 /// One life of the console, to its kill, or to its end when that came first.
 void RealKills::Live() {
-  ++lives;
-  const std::string temporary = Temporary();
-  const bool resumes = IsOpen(temporary);
   Order("stop");
-  const std::vector<std::string> rows_known = RowsOnly(known);
-  const double depth =
-      resumes && !rows_known.empty() ? std::max(0.0, DepthOfRow(rows_known.back())) : 0.0;
-  const bool surface = resumes && !from_surface && !rows_known.empty() && depth <= kDeepestWayDown;
-  if (resumes) from_surface = surface;
-  Order("at " + Format(surface ? 0.0 : depth, "0.00") + " 0");
-  const std::string script = surface   ? SurfaceScript(depth)
-                             : resumes ? ResumeScript()
-                                       : RecordScript(folder.Path(), lives);
-  if (!resumes) cpt = folder / ("KILL" + std::to_string(lives) + ".cpt");
-  Deck& deck = surface ? surface_stages : resumes ? resume_stages : record_stages;
-  const Stage stage = deck.Draw(lots);
-  const int aim = LineThatBegins(script, stage.line);
-  ASSERT_GT(aim, 0) << stage.line;
-  // The mark of the gap is told before the first row.
-  const bool behind_mark = surface && std::string(stage.line) == "rig speed 4";
-  const double rows_by_lot = stage.rows > 0 ? stage.least + Lot(stage.rows + 1 - stage.least) : 0;
-  const auto rows = static_cast<std::size_t>(rows_by_lot) + (behind_mark ? 1 : 0);
-  const double delay = Delay(stage.span);
-  const int look = resumes ? LineThatBegins(script, kLook) : 0;
+  const Life life = ChooseLife();
+  ASSERT_GT(life.aim, 0) << life.stage.line;
+  Order("at " + Format(life.begins_at, "0.00") + " 0");
+  if (!life.resumes) cpt = folder / ("KILL" + std::to_string(life.number) + ".cpt");
   turns.clear();
   told.clear();
   read = 0;
-  Program console("penlog-operator", {WriteScript(script), "--rig", std::to_string(control),
+  Program console("penlog-operator", {WriteScript(life.script), "--rig", std::to_string(control),
                                       "--out", folder.Path(), "--boxes", "--tell"});
-  const auto start = Clock::now();
-  Clock::time_point reached{};
-  bool looked = look == 0;
-  bool sent = false;
-  while (!console.Ended() && SecondsSince(start) < kLongestLife) {
-    TakeOutput(console.Printed());
-    if (!looked && turns.contains(look)) {
-      looked = true;
-      LookAtFilesTakenUp();
-    }
-    const bool now = turns.contains(aim) && told.size() >= rows;
-    if (reached == Clock::time_point{} && now) reached = Clock::now();
-    if (reached != Clock::time_point{} && SecondsSince(reached) >= delay) {
-      console.Signal(SIGKILL);
-      sent = true;
-      ASSERT_TRUE(Until([&console] { return console.Ended(); }));
-      break;
-    }
-    std::this_thread::sleep_for(std::chrono::microseconds(200));
-  }
+  const bool sent = WatchAndKill(life, console);
   TakeOutput(console.Printed());
-  const std::string& printed = console.Printed();
-  const std::string said = "PENLOG_KILL_SEED=" + std::to_string(seed) + ", life " +
-                           std::to_string(lives) + ", stage \"" + stage.name + "\"" +
-                           (surface ? " from the surface" : "") + "\n..." +
-                           printed.substr(printed.size() - std::min(kTailTold, printed.size()));
-  ASSERT_LT(SecondsSince(start), kLongestLife) << said << "\n" << script;
-  ExpectEnd(console, sent, said);
+  ExpectEnd(console, sent);
   if (console.EndSignal() == SIGKILL && sent) {
     ++kills;
-    ++done[(surface   ? "from the surface: "
-            : resumes ? "at the last depth: "
-                      : "first life: ") +
-           std::string(stage.name)];
+    ++done[life.NameOfStage()];
   }
-  if (surface) ExpectMark();
+  if (life.from_surface) ExpectMark();
   Judge();
-  if (HasFailure()) ADD_FAILURE() << said << "\n" << script;
+  if (HasFailure()) ADD_FAILURE() << Report(life, console);
 }
 
 TEST_F(RealKills, LoseNoRowWhoseSyncHadReturnedAndLeaveNoTornLine) {

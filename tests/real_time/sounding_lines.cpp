@@ -6,6 +6,7 @@
 
 #include "platform/numbers.h"
 #include "platform/texts.h"
+#include "support/sounding_lines.h"
 
 namespace penlog {
 
@@ -13,8 +14,6 @@ namespace {
 
 constexpr std::size_t kHead = 13;
 constexpr std::size_t kField = 20;
-constexpr std::size_t kHeaderLines = 23;
-constexpr std::size_t kTemporaryHeaderLines = 17;
 constexpr double kSleeveTakesOfTip = 0.15;  // V at the tip's full scale, by the cone's record
 
 std::vector<double> Numbers(const std::vector<std::string>& fields) {
@@ -36,16 +35,8 @@ std::string Speed(const std::string& row) {
 }  // namespace
 
 std::vector<std::string> LinesOf(const std::string& file) {
-  std::vector<std::string> lines;
-  for (std::size_t at = 0; at < file.size();) {
-    const std::size_t end = file.find("\r\n", at);
-    EXPECT_NE(end, file.npos) << file.substr(at);
-    if (end == file.npos) break;
-    lines.push_back(file.substr(at, end - at));
-    EXPECT_EQ(lines.back().find_first_of("\r\n"), file.npos);
-    at = end + 2;
-  }
-  return lines;
+  EXPECT_EQ(LineEndFault(file), "");
+  return WholeLines(file);
 }
 
 std::vector<std::string> FieldsOf(const std::string& line) {
@@ -60,9 +51,9 @@ std::vector<std::string> FieldsOf(const std::string& line) {
 CptFile TakeApart(const std::string& text) {
   CptFile file;
   const auto lines = LinesOf(text);
-  EXPECT_GT(lines.size(), kHeaderLines) << text;
-  if (lines.size() <= kHeaderLines) return file;
-  const auto rows_begin = lines.begin() + kHeaderLines;
+  EXPECT_GT(lines.size(), kCptHead) << text;
+  if (lines.size() <= kCptHead) return file;
+  const auto rows_begin = lines.begin() + kCptHead;
   file.header.assign(lines.begin(), rows_begin);
   file.rows.assign(rows_begin, lines.end() - 1);
   file.last = lines.back();
@@ -75,9 +66,8 @@ CptFile TakeApart(const std::string& text) {
 }
 
 std::vector<std::string> TemporaryRows(const std::string& file) {
-  std::vector<std::string> rows = LinesOf(file);
-  const auto header = std::min(rows.size(), kTemporaryHeaderLines);
-  rows.erase(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(header));
+  EXPECT_EQ(LineEndFault(file), "");
+  std::vector<std::string> rows = StoredLines(file);
   for (auto& row : rows) {
     EXPECT_TRUE(row.size() > 2 && row.front() == '"' && row.back() == '"') << row;
     row = row.substr(1, row.size() - 2);

@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "platform/numbers.h"
 #include "support/project_file.h"
+#include "support/sounding_lines.h"
 
 namespace penlog {
 
@@ -180,16 +181,9 @@ expect Main.cmdStart "STOP"
 }
 
 std::vector<std::string> LinesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t at = 0;
-  while (at < text.size()) {
-    auto end = text.find('\n', at);
-    if (end == std::string::npos) end = text.size();
-    std::string line = text.substr(at, end - at);
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(std::move(line));
-    at = end + 1;
-  }
+  std::vector<std::string> lines = WholeLines(text);
+  const std::string rest = UnfinishedLine(text);
+  if (!rest.empty()) lines.push_back(rest);
   return lines;
 }
 

@@ -1,4 +1,4 @@
-// Lines of "TemporaryData.txt" written by hand, by the form that the document tells and not by the
+// Lines of "TemporaryData.txt" written by hand, by the form in docs/files.md and not by the
 // console's own writer.
 #pragma once
 
