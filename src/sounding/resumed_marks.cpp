@@ -3,12 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "core/message.h"
-#include "core/resume_waits.h"
 #include "core/session.h"
 #include "core/settings.h"
 #include "platform/boxes.h"
@@ -27,7 +25,6 @@ namespace penlog {
 namespace {
 
 constexpr int kHeaderLines = 2;
-constexpr double kHalfMillimetre = 0.0005;  ///< m; of the last digit of a mark
 
 const std::string& PathOf(SoundingFile file) {
   return session.SoundingFiles[static_cast<std::size_t>(file)];
@@ -37,18 +34,11 @@ float SecondsNow() {
   return static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
 }
 
-/// The depth at the head of a mark, m; none for another line.
-std::optional<double> DepthOfMark(std::string_view line) {
+/// A depth, m, and the seconds since midnight.
+bool IsMark(std::string_view line) {
   const std::size_t blank = line.find(' ');
-  if (blank == line.npos || !WholeNumberText(line.substr(blank))) return std::nullopt;
-  return WholeNumberText(line.substr(0, blank));
-}
-
-/// The depth from which on each step is marked again; none where no step is.
-std::optional<double> DepthMarkedAgain() {
-  const bool marks = settings.LumenProbePresent > 0 && !ResumeWaits();
-  if (!marks) return std::nullopt;
-  return DepthOfMark(PictureMarkLine(sounding.Rows(sounding.RowCount, 0), 0));
+  return blank != line.npos && WholeNumberText(line.substr(0, blank)) &&
+         WholeNumberText(line.substr(blank));
 }
 
 /// What a start that was cut off may have left of the head.
@@ -65,29 +55,24 @@ struct FoundTim {
   std::string text;        ///< as it stands
   std::string whole;       ///< as it should be
   std::int32_t marks = 0;  ///< of these
-  std::int32_t taken_out = 0;
-  bool is_torn = false;  ///< text without a line end stands at the end
-  bool has_head = true;  ///< or marks, as without a `.tim` file of the start
+  bool is_torn = false;    ///< text without a line end stands at the end
+  bool has_head = true;    ///< or marks, as without a `.tim` file of the start
 };
 
 FoundTim ReadTim(const std::string& text) {
   FoundTim tim;
   tim.text = text;
-  const auto again = DepthMarkedAgain();
   int lines = 0;
   std::string_view rest = text;
   for (std::size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
     const std::string_view line = rest.substr(0, end + 1);
     rest.remove_prefix(end + 1);
     ++lines;
-    const auto depth = DepthOfMark(line);
-    const bool goes = depth && again && *depth > *again + kHalfMillimetre;
-    if (goes) ++tim.taken_out;
-    if (depth && !goes) ++tim.marks;
-    if (!goes) tim.whole += line;
+    if (IsMark(line)) ++tim.marks;
+    tim.whole += line;
   }
   tim.is_torn = !rest.empty();
-  tim.has_head = lines >= kHeaderLines || tim.marks + tim.taken_out > 0;
+  tim.has_head = lines >= kHeaderLines || tim.marks > 0;
   if (!tim.has_head) tim.whole = TimHeader(SecondsNow());
   return tim;
 }
@@ -105,20 +90,12 @@ std::string WhatWasDone(const FoundTim& tim, bool stands) {
     return "THE FILE OF THE TIME MARKS " + path + (stands ? " HAS NO WHOLE HEAD" : " IS MISSING") +
            ".  IT IS BEGUN ANEW, WITHOUT MARKS OF BEFORE.";
   }
-  std::string done;
-  if (tim.taken_out > 0) {
-    done = "TIME MARKS BELOW THE LAST ROW WERE TAKEN OUT OF " + path + ": " +
-           PlainNumber(tim.taken_out) + ".  THEIR DEPTHS ARE MARKED AGAIN.";
-  }
-  if (tim.is_torn) {
-    done += (done.empty() ? "" : "  ") + ("AN UNFINISHED TIME MARK WAS TAKEN OUT OF " + path + ".");
-  }
-  return done;
+  return "AN UNFINISHED TIME MARK WAS TAKEN OUT OF " + path + ".";
 }
 
-/// Whole marks, and what is no `.tim` file, are kept beside.
+/// What is no `.tim` file is kept beside.
 void KeepTim(const FoundTim& tim, TimMending& mending) {
-  const bool loses = tim.taken_out > 0 || (!tim.has_head && !IsPartOfHead(tim.text));
+  const bool loses = !tim.has_head && !IsPartOfHead(tim.text);
   if (!loses || !mending.beside.empty()) return;
   const std::string beside = FreeNameBeside(PathOf(kTimFile));
   CopyFile(PathOf(kTimFile), beside);

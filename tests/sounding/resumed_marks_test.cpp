@@ -96,33 +96,31 @@ TEST(ResumedMarks, GoOnInTheirFileAndWhatIsCutOrBegunAnewIsTold) {
   }
 }
 
-TEST(ResumedMarks, BelowTheLastRowAreTakenOutAndMarkedAgainOnce) {
+// The count goes on at the last row, as those of the rows do.
+TEST(ResumedMarks, BelowTheLastRowStayAndTheirDepthsAreMarkedOnceMore) {
   const std::string before = kTimHead + Marks(5, 255, "34262.75");
   WithMarks taken(before);
   taken.LetConeAnswer();
   taken.OpenPorts();
   taken.TakeUp();
-  EXPECT_EQ(taken.File(kTim), kTimHead + Marks(5, 240, "34262.75")) << "that of the row stays";
-  ASSERT_TRUE(taken.Has(kKept));
-  EXPECT_EQ(taken.File(kKept), before);
-  EXPECT_EQ(taken.boxes.texts,
-            Texts{"TIME MARKS BELOW THE LAST ROW WERE TAKEN OUT OF /data/s.tim: 3.  THEIR DEPTHS "
-                  "ARE MARKED AGAIN.  THE FILE OF BEFORE IS KEPT AS /data/s (2).tim."});
+  EXPECT_EQ(taken.File(kTim), before);
+  EXPECT_EQ(taken.boxes.texts, Texts{});
   RebuildResumedSounding();
-  EXPECT_EQ(sounding.PictureCount, 48);
-  EXPECT_EQ(Main.lblNumberOfPictures.Caption, "48");
+  EXPECT_EQ(sounding.PictureCount, 51);
+  EXPECT_EQ(Main.lblNumberOfPictures.Caption, "51");
   taken.EncoderDown(5);
-  EXPECT_EQ(Main.lblNumberOfPictures.Caption, "53");
+  EXPECT_EQ(Main.lblNumberOfPictures.Caption, "56");
   const std::string text = taken.File(kTim);
+  EXPECT_TRUE(text.starts_with(before));
   for (int mm = 5; mm <= 265; mm += 5) {
-    const std::string mark = Marks(mm, mm, "").substr(0, 9);
+    const std::string mark = "\r\n" + Marks(mm, mm, "").substr(0, 9);
     const std::size_t at = text.find(mark);
-    EXPECT_NE(at, std::string::npos) << mark;
-    EXPECT_EQ(text.find(mark, at + 1), std::string::npos) << "one line for a depth: " << mark;
+    ASSERT_NE(at, std::string::npos) << mark;
+    EXPECT_EQ(text.find(mark, at + 1) != std::string::npos, mm > 240 && mm <= 255) << mark;
   }
 }
 
-TEST(ResumedMarks, StayWhereTheirDepthsAreNotMarkedAgain) {
+TEST(ResumedMarks, StayFromTheSurfaceAndWithoutAProbe) {
   const std::string before = kTimHead + Marks(5, 255, "34262.75");
   for (const bool from_surface : {true, false}) {
     WithMarks taken(before);
@@ -137,8 +135,8 @@ TEST(ResumedMarks, StayWhereTheirDepthsAreNotMarkedAgain) {
   }
 }
 
-TEST(ResumedMarks, AreKeptBesideOnceHoweverOftenTheirFileRefuses) {
-  const std::string before = kTimHead + Marks(5, 255, "34262.75") + "-000.";
+TEST(ResumedMarks, WhatStoodInTheirPlaceIsKeptBesideOnceHoweverOftenTheirFileRefuses) {
+  const std::string before = "measured before\r\n";
   for (const Fate fate : {Fate::Refused, Fate::RefusedHalf, Fate::RefusedAfter}) {
     bool refused = true;
     for (int first = 1; refused; ++first) {
@@ -154,7 +152,7 @@ TEST(ResumedMarks, AreKeptBesideOnceHoweverOftenTheirFileRefuses) {
         return fate;
       };
       TakeUpSounding();
-      EXPECT_EQ(taken.File(kTim), kTimHead + Marks(5, 240, "34262.75"));
+      EXPECT_EQ(taken.File(kTim), kTitle + " 34200 \r\n");
       int whole = 0;
       const MemoryDisk medium = taken.disk.After(Loss::ContentsAndNames);
       for (const auto& [path, text] : medium.Files()) {
@@ -162,9 +160,8 @@ TEST(ResumedMarks, AreKeptBesideOnceHoweverOftenTheirFileRefuses) {
       }
       EXPECT_TRUE(whole == 1 || (whole == 2 && fate == Fate::RefusedAfter)) << whole;
       ASSERT_FALSE(taken.boxes.texts.empty());
-      EXPECT_TRUE(taken.boxes.texts.back().starts_with("TIME MARKS BELOW THE LAST ROW WERE TAKEN"));
-      EXPECT_TRUE(taken.WasTold("  AN UNFINISHED TIME MARK WAS TAKEN OUT OF /data/s.tim."));
-      EXPECT_EQ(sounding.PictureCount, 48);
+      EXPECT_TRUE(taken.WasTold("THE FILE OF THE TIME MARKS /data/s.tim HAS NO WHOLE HEAD."));
+      EXPECT_EQ(sounding.PictureCount, 0);
     }
   }
 }
