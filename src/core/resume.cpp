@@ -52,6 +52,10 @@ constexpr double kFloatNoise = 1e-4;       ///< m; of depths and their differenc
 constexpr double kAlike = kHundredth / 2;  ///< m
 constexpr double kAlikeRounded = 1.5 * kHundredth;  ///< m; of one step that is no whole hundredths
 constexpr std::size_t kEnoughDistances = 3;
+constexpr std::size_t kOrigins = 5;         ///< rows that are tried for the origin of a grid
+constexpr double kLeastGrid = 0.02 - 1e-6;  ///< m; the hundredths tell no finer one
+constexpr double kOffGrid = 0.3;            ///< steps; few enough that hundredths may be off it
+constexpr double kOnGrid = 0.7;             ///< of the rows
 constexpr double kMostOfThem = 0.8;
 constexpr double kMostStep = 10;       ///< m; rows further apart tell no step
 constexpr double kFewSteps = 3;        ///< as many may fall together
@@ -211,6 +215,49 @@ RowSpacing SpacingOf(const std::vector<RowDistance>& distances, double reach) {
           usual >= kMostOfThem * static_cast<double>(distances.size())};
 }
 
+/// The step next to a length, as its text reads: 5 steps of 0.02 m are 0.1 m.
+float WholeSteps(double length) {
+  const auto resolution = static_cast<double>(settings.DepthResolution);
+  const auto counts = static_cast<double>(RoundHalfEven(length / resolution));
+  return ParseSingle(Format(std::max(counts, 1.0) * resolution, "0.00####"));
+}
+
+/// How many of the rows of a part stand on a grid of `step` metres, by the row of the first few
+/// that is best taken for its origin. One late count and what is rounded are allowed.
+double OnGrid(const std::vector<double>& depths, double step) {
+  const double reach =
+      std::min(static_cast<double>(settings.DepthResolution) + kHundredth, kOffGrid * step);
+  std::ptrdiff_t most = 0;
+  for (std::size_t origin = 0; origin < std::min(depths.size(), kOrigins); ++origin) {
+    most = std::max(most, std::count_if(depths.begin(), depths.end(), [&](double depth) {
+                      return std::abs(std::remainder(depth - depths[origin], step)) < reach;
+                    }));
+  }
+  return static_cast<double>(most);
+}
+
+/// That of rows of which some were taken a count late, so that their distances differ: on the whole
+/// they stand on its grid. Rows that fell together don't stand on one.
+RowSpacing SpacingOfLateRows(const std::vector<RowDistance>& distances) {
+  RowSpacing spacing = SpacingOf(distances, kAlikeRounded);
+  const auto step = static_cast<double>(WholeSteps(spacing.metres));
+  double on_grid = 0;
+  double rows = 0;
+  std::vector<double> part;
+  const auto end_part = [&] {
+    on_grid += OnGrid(part, step);
+    rows += static_cast<double>(part.size());
+    part = {0};
+  };
+  for (const RowDistance& distance : distances) {
+    if (distance.begins_part || part.empty()) end_part();
+    part.push_back(part.back() + distance.metres);
+  }
+  end_part();
+  spacing.is_regular = spacing.is_regular && step >= kLeastGrid && on_grid >= kOnGrid * rows;
+  return spacing;
+}
+
 void UseDepthStep(float step) {
   ReplaceSetting(settings.DepthStep, step);
   settings.DepthStepCounts = ToInteger16(settings.DepthStep / settings.DepthResolution);
@@ -218,13 +265,6 @@ void UseDepthStep(float step) {
 
 std::string InMetres(float length) {
   return Format(length, "0.0##") + " m";
-}
-
-/// The step next to a length, as its text reads: 5 steps of 0.02 m are 0.1 m.
-float WholeSteps(double length) {
-  const auto resolution = static_cast<double>(settings.DepthResolution);
-  const auto counts = static_cast<double>(RoundHalfEven(length / resolution));
-  return ParseSingle(Format(std::max(counts, 1.0) * resolution, "0.00####"));
 }
 
 /// The step that the rows tell, in whole counts; none where it is that of the settings or can't be
@@ -249,8 +289,16 @@ void KeepStepOfRows() {
   if (distances.empty() || !(own > 0)) return;
   const StepsOfSettings steps = StepsOf(distances);
   const bool are_whole = steps == StepsOfSettings::Whole;
-  const RowSpacing spacing = SpacingOf(distances, are_whole ? kAlike : kAlikeRounded);
+  RowSpacing spacing = SpacingOf(distances, are_whole ? kAlike : kAlikeRounded);
+  if (are_whole && !spacing.is_regular) spacing = SpacingOfLateRows(distances);
   const std::optional<float> step = OtherStep(steps, spacing);
+  if (!step && are_whole && !spacing.is_regular) {
+    Tell("THE ROWS OF THE LAST SOUNDING STAND UNEVENLY, " +
+         InMetres(static_cast<float>(spacing.metres)) + " APART ON THE MEAN, THE SETTINGS SAY " +
+         InMetres(settings.DepthStep) + ".  THE SOUNDING GOES ON WITH " +
+         InMetres(settings.DepthStep) +
+         ".  IF IT WAS BEGUN WITH ANOTHER STEP, PRESS CANCEL AND SET THAT FIRST.");
+  }
   if (!step) return;
   const float before = settings.DepthStep;
   const bool is_longer = static_cast<double>(*step) > own;
@@ -300,7 +348,11 @@ void LeaveOnlyPanelAndExit() {
 /// doesn't tell.
 std::int16_t DepthFormatOf(const StoredSounding& stored) {
   std::optional<bool> elevations;
-  Trapped([&] { elevations = HoldsElevations(ReadCpt(ReadSmallFile(stored.main_file), stored)); });
+  try {
+    elevations = HoldsElevations(ReadCpt(ReadSmallFile(stored.main_file), stored));
+  } catch (const std::exception&) {
+    // Why it can't be read is told when it is taken up.
+  }
   return elevations ? static_cast<std::int16_t>(*elevations ? 1 : 0) : settings.DepthFormat;
 }
 
@@ -425,6 +477,8 @@ std::optional<StoredSounding> ReadLastSounding() {
       resumed_copy.Text = text;
       return stored;
     }
+  } catch (const std::bad_alloc&) {
+    Tell(start + "THERE IS NOT ENOUGH MEMORY.");
   } catch (const std::exception& fault) {
     Tell(start + fault.what());
   }

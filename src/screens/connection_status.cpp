@@ -220,7 +220,7 @@ std::int64_t EdgesLostInAll() {
 
 void ShowEdgeHealth() {
   EdgeHealth health;
-  missing_steps.EdgesLost = EdgesLostInAll();
+  missing_steps.EdgesLost = EdgesLostInAll() - missing_steps.EdgesLostAtStart;
   health.lost = missing_steps.EdgesLostBefore + missing_steps.EdgesLost;
   health.polled = TruckPort().PortOpen() && TruckPort().EdgesArePolled();
   health.steps_may_be_missing = sounding.StepsMayBeMissing == kTrue;

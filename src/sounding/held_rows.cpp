@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "conelink/cone_state.h"
 #include "core/session.h"
 #include "platform/boxes.h"
 #include "platform/files.h"
@@ -43,9 +44,6 @@ const std::string kCopyGoneMessage =
 const std::string kCopyChangedMessage =
     "THE TEMPORARY DATA HAS CHANGED.  IT TAKES NO ROWS BEFORE IT IS AS IT WAS: THEY ARE KEPT IN "
     "MEMORY.  ";
-const std::string kWithoutCopy =
-    "DO NOT END THE PROGRAM.  UNTIL THEN THE SOUNDING CANNOT BE SUSPENDED, BUT STOPPED AND CLOSED: "
-    "THAT NEEDS THE SOUNDING FILE ALONE.  ";
 
 const std::string kShorter = ": shorter than what was written to it";
 const std::string kLonger = ": longer than what was written to it";
@@ -231,8 +229,16 @@ void NoteFailed(SoundingFile file, const std::string& message, const std::except
   TellOnce(text);
 }
 
+/// What is open without the recovery copy. A stop can't be taken back: it is named where it works.
+std::string WithoutCopy() {
+  const bool can_be_closed = cone.DelayRows <= sounding.RowCount && WhyNotWhole(kCptFile).empty();
+  return std::string("DO NOT END THE PROGRAM.  UNTIL THEN THE SOUNDING CANNOT BE SUSPENDED") +
+         (can_be_closed ? ", BUT STOPPED AND CLOSED: THAT NEEDS THE SOUNDING FILE ALONE.  "
+                        : ".  ");
+}
+
 std::string MessageOfChanged(SoundingFile file) {
-  if (file == kTemporaryFile) return kCopyChangedMessage + kWithoutCopy;
+  if (file == kTemporaryFile) return kCopyChangedMessage + WithoutCopy();
   return file == kCptFile ? kChangedMessage : kHeldMessage;
 }
 
@@ -253,7 +259,7 @@ bool WriteHeld(SoundingFile file) {
     return false;
   } catch (const GoneFault& fault) {
     const bool is_copy = file == kTemporaryFile;
-    NoteFailed(file, is_copy ? kCopyGoneMessage + kWithoutCopy : MessageOfRefused(file), fault);
+    NoteFailed(file, is_copy ? kCopyGoneMessage + WithoutCopy() : MessageOfRefused(file), fault);
     return false;
   } catch (const std::exception& fault) {  // of any kind: the next file must get its line too
     NoteFailed(file, MessageOfRefused(file), fault);

@@ -109,7 +109,7 @@ void MainloopPass() {
 }
 
 void Mainloop() {
-  TakeUpMissingSteps();  // before the first tick shows what is known of them
+  Step(TakeUpMissingSteps);  // before the first tick shows what is known of them
   EnterMainloop();
   for (;;) {
     try {

@@ -14,6 +14,7 @@
 #include "platform/boxes.h"
 #include "platform/numbers.h"
 #include "sounding/held_rows.h"
+#include "sounding/missing_steps.h"
 #include "sounding/record_grid.h"
 #include "sounding/row_text.h"
 #include "sounding/sounding_state.h"
@@ -33,9 +34,11 @@ std::string ShownDistance(float metres) {
          (settings.DepthUnits == 1 ? " ft" : " m");
 }
 
-/// Rods that moved while nobody counted stand elsewhere than is shown.
+/// Rods that moved while nobody counted stand elsewhere than is shown. What was missed before the
+/// resume is not in a depth that is counted from the surface.
 bool IsDepthInDoubt() {
-  return Main.lblStepsSign.Visible || cone.TruckPortLost == kTrue;
+  return missing_steps.EdgesLost > 0 || missing_steps.TimesAway > missing_steps.TimesAwayBefore ||
+         cone.TruckPortLost == kTrue;
 }
 
 void ShowCurrent() {
@@ -64,7 +67,7 @@ void frmResumeDepthStatus_lblDepthReached_Click() {
     PostBox(
         "SOUNDING CANNOT BE RESUMED WITH ANOTHER CONE THAN THE ONE WHOSE RECORDS WERE READ: CONE "
         "#" +
-        RecordedConeNumber());
+        RecordedConeNumber() + ".  IF IT IS THAT CONE, PULL ITS PLUG AND CONNECT IT AGAIN.");
     return;
   }
   if (resume_depth.RowsAtGap != sounding.RowCount) AppendOrHold(kTemporaryFile, GapRow());

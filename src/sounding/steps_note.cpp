@@ -1,13 +1,16 @@
 #include "sounding/steps_note.h"
 
 #include <array>
+#include <cmath>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "core/channels.h"
 #include "core/error_trap.h"
 #include "core/resume_waits.h"
 #include "core/session.h"
+#include "platform/clock.h"
 #include "platform/disk.h"
 #include "platform/files.h"
 #include "platform/numbers.h"
@@ -22,6 +25,8 @@ namespace penlog {
 namespace {
 
 constexpr const char* kLineEnd = "\r\n";
+constexpr double kMostNoted = 1e9;       ///< beyond is damage
+constexpr Micros kPause = 10 * kSecond;  ///< behind an attempt: a slow medium must not hold up rows
 
 /// Times away, depth of the first and of the last return, edges lost.
 using NotedValues = std::array<double, 4>;
@@ -73,7 +78,7 @@ std::optional<NotedValues> ValuesOf(std::string_view lines) {
   for (double& value : values) {
     const std::size_t end = lines.find(kLineEnd);
     const auto number = WholeNumberText(lines.substr(0, end));
-    if (end == lines.npos || !number) return std::nullopt;
+    if (end == lines.npos || !number || std::abs(*number) > kMostNoted) return std::nullopt;
     value = *number;
     lines.remove_prefix(end + 2);
   }
@@ -83,20 +88,22 @@ std::optional<NotedValues> ValuesOf(std::string_view lines) {
 }  // namespace
 
 void KeepMissingSteps() {
-  if (!MayMiss() || !IsUnderWay()) return;
+  // The first tick behind an attempt, for the clock stands still in it.
+  if (std::exchange(steps_note.HasTried, false)) steps_note.NotBefore = Now() + kPause;
+  if (!MayMiss() || !IsUnderWay() || Now() < steps_note.NotBefore) return;
+  if (sounding.Held[0].Failed) return;  // the rows come first
   const std::string note = NoteNow();
-  if (note == steps_note.Kept || steps_note.RetrySecond == sounding.SecondsCounter) return;
+  if (note == steps_note.Kept) return;
   try {
     ReplaceFile(PathOfNote(), note);
     steps_note.Kept = note;
-    steps_note.RetrySecond = -1;
   } catch (const RuntimeFault& fault) {
-    steps_note.RetrySecond = sounding.SecondsCounter;
     TellOnce(
         "THAT DEPTH STEPS MAY BE MISSING COULD NOT BE NOTED YET.  IF THE SOUNDING IS RESUMED "
         "BEFORE IT IS, NOTHING TELLS IT THERE.  " +
         std::string(fault.what()));
   }
+  steps_note.HasTried = true;
 }
 
 void TakeUpMissingSteps() {
@@ -106,11 +113,12 @@ void TakeUpMissingSteps() {
   const auto values = ValuesOf(std::string_view(note).substr(HeadOfNote().size()));
   if (!values) return;
   const auto& [times, first, last, edges] = *values;
-  sounding.StepsMayBeMissing = times > 0 ? kTrue : kFalse;
+  const std::int32_t times_away = ToInteger32(times);
+  missing_steps.EdgesLostBefore = ToInteger32(edges);
+  sounding.StepsMayBeMissing = times_away > 0 ? kTrue : kFalse;
   sounding.StepsMayBeMissingDepth = static_cast<float>(last);
-  missing_steps.TimesAway = ToInteger32(times);
+  missing_steps.TimesAway = missing_steps.TimesAwayBefore = times_away;
   missing_steps.FirstDepth = static_cast<float>(first);
-  missing_steps.EdgesLostBefore = RoundHalfEven(edges);
   steps_note.Kept = note;
 }
 

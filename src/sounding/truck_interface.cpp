@@ -229,7 +229,9 @@ void NoteStepsMayBeMissing() {
 void ForgetMissingSteps() {
   sounding.StepsMayBeMissing = 0;
   sounding.StepsMayBeMissingDepth = 0;
+  const std::int64_t so_far = missing_steps.EdgesLostAtStart + missing_steps.EdgesLost;
   missing_steps = MissingStepsState{};
+  missing_steps.EdgesLostAtStart = so_far;
 }
 
 void SetPressureLine(std::int16_t line) {

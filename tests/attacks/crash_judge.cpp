@@ -236,8 +236,8 @@ class MarkWalk {
     // A way down begins at the first depth, and a life behind it may go on at the last one.
     const bool goes_down = number == 1 && firsts_++ <= allowed_.ways_down;
     const bool follows = number == last_ + 1 || (is_next && firsts_ > 1);
-    // Below the last row that stood it was marked in the life before, too.
-    const bool is_marked_again = number == last_ && allowed_.resumed_at.count(number - 1) > 0;
+    // Below the last row that stood they were marked in the life before, too.
+    const bool is_marked_again = number <= last_ && allowed_.resumed_at.count(number - 1) > 0;
     if (number == 0 || !(goes_down || follows || is_marked_again))
       return "a mark out of its order: " + line;
     if (mark.seconds < seconds_) return "a mark before its time: " + line;

@@ -291,6 +291,23 @@ TEST(HarmedCopy, BesideAFileThatIsGoneTooNamesNoWayThatDoesNotWork) {
   EXPECT_EQ(text.find(kWayOut), text.npos) << text;
 }
 
+// A stop can't be taken back: it is not named where it leads nowhere.
+TEST(HarmedCopy, BesideAFileThatIsGoneOrWithTooFewRowsIsNotToldToBeClosed) {
+  for (const bool too_few : {true, false}) {
+    GoesOn taken;
+    if (too_few) {
+      cone.DelayRows = static_cast<std::int16_t>(sounding.RowCount + kMore);
+    } else {
+      taken.disk.Remove(kCpt);
+    }
+    taken.disk.Remove(kTemporary);
+    TakenUp::Row();
+    EXPECT_TRUE(IsTold(kCopyGone)) << too_few;
+    EXPECT_TRUE(IsTold("UNTIL THEN THE SOUNDING CANNOT BE SUSPENDED.  ")) << too_few;
+    EXPECT_FALSE(IsTold("STOPPED AND CLOSED")) << too_few;
+  }
+}
+
 // What is refused, given up, or slow.
 
 TEST(RefusedRow, OfTheCopyIsToldAgainThoughTheFileStillLags) {

@@ -111,7 +111,7 @@ TEST(DepthReached, WithAnotherConeThanTheSoundingsIsRefusedUntilThatOneIsBack) {
   ASSERT_EQ(OpenBoxes().size(), 1U);
   EXPECT_EQ(FrontBox()->text,
             "SOUNDING CANNOT BE RESUMED WITH ANOTHER CONE THAN THE ONE WHOSE RECORDS WERE READ: "
-            "CONE #DSE1234");
+            "CONE #DSE1234.  IF IT IS THAT CONE, PULL ITS PLUG AND CONNECT IT AGAIN.");
   EXPECT_EQ(ReadFile(kTemporary), "what it holds\r\n");
   EXPECT_EQ(sounding.ConsoleMode, 1);
   EXPECT_TRUE(frmResumeDepthStatus.Visible);

@@ -37,6 +37,11 @@ struct Noted : Console {
     NoteStepsMayBeMissing();
     KeepMissingSteps();
   }
+  /// Past the pause behind an attempt.
+  static void Later() {
+    KeepMissingSteps();
+    RunFor(10 * kSecond);
+  }
   /// The next life of the program.
   static void Restart() {
     Forget();
@@ -53,14 +58,15 @@ TEST(MissingSteps, AreKeptWithTheirDepthsAndTakenUpByAResume) {
   Noted noted;
   Noted::Away(1.25F);
   EXPECT_EQ(noted.Note(), kHead + "1\r\n1.250\r\n1.250\r\n0\r\n");
-  Noted::Away(3.5F);
+  Noted::Later();
   missing_steps.EdgesLost = 4;
-  KeepMissingSteps();
+  Noted::Away(3.5F);
   EXPECT_EQ(noted.Note(), kHead + "2\r\n1.250\r\n3.500\r\n4\r\n");
   Noted::Restart();
   EXPECT_EQ(sounding.StepsMayBeMissing, kTrue);
   EXPECT_EQ(sounding.StepsMayBeMissingDepth, 3.5F);
   EXPECT_EQ(missing_steps.TimesAway, 2);
+  EXPECT_EQ(missing_steps.TimesAwayBefore, 2);
   EXPECT_EQ(missing_steps.FirstDepth, 1.25F);
   EXPECT_EQ(missing_steps.EdgesLostBefore, 4);
   EXPECT_EQ(missing_steps.EdgesLost, 0);
@@ -127,6 +133,7 @@ TEST(MissingSteps, OfAnotherSoundingADamagedNoteOrNoResumeAreNotTakenUp) {
         Case{"another day", "2026-06-14 09:30:00\r\nHARBOUR(007)\r\n1\r\n1\r\n1\r\n0\r\n"},
         Case{"another name", "2026-06-15 09:30:00\r\nHARBOUR(008)\r\n1\r\n1\r\n1\r\n0\r\n"},
         Case{"cut", kHead + "1\r\n1.250\r\n"}, Case{"no number", kHead + "1\r\nx\r\n1\r\n0\r\n"},
+        Case{"too large", kHead + "9999999999\r\n1\r\n1\r\n7\r\n"},
         Case{"no resume", kHead + "1\r\n1\r\n1\r\n7\r\n", ""}}) {
     Noted noted;
     if (!row.note.empty()) noted.disk.Put(kNote, row.note);
@@ -141,17 +148,52 @@ TEST(MissingSteps, ThatADiskRefusesAreToldOnceAndKeptAsSoonAsItTakesThem) {
   Noted noted;
   noted.disk.SetRoom(0);
   Noted::Away(1.25F);
-  for (int second = 0; second < 5; ++second) {
-    ++sounding.SecondsCounter;
+  for (int attempt = 0; attempt < 5; ++attempt) {
+    Noted::Later();
     KeepMissingSteps();
   }
   ASSERT_EQ(OpenBoxes().size(), 1U);
   EXPECT_TRUE(FrontBox()->text.starts_with("THAT DEPTH STEPS MAY BE MISSING COULD NOT BE NOTED"));
   EXPECT_EQ(noted.Note(), "");
   noted.disk.SetRoom(-1);
-  ++sounding.SecondsCounter;
+  Noted::Later();
   KeepMissingSteps();
   EXPECT_EQ(noted.Note(), kHead + "1\r\n1.250\r\n1.250\r\n0\r\n");
+}
+
+TEST(MissingSteps, ThatGoOnComingAreWrittenOnceInTenSecondsAndBehindTheRows) {
+  Noted noted;
+  int works = 0;
+  noted.disk.before = [&works](std::string_view work, const std::string&) {
+    works += work == "create" ? 1 : 0;
+  };
+  const auto minute = [] {
+    for (int tick = 0; tick < 60 * 5; ++tick) {
+      ++missing_steps.EdgesLost;
+      KeepMissingSteps();
+      Noted::RunFor(200 * kMillisecond);
+    }
+  };
+  minute();
+  EXPECT_EQ(works, 6);
+  sounding.Held[kTemporaryFile].Failed = true;
+  minute();
+  EXPECT_EQ(works, 6) << "the rows come first";
+  sounding.Held[kTemporaryFile].Failed = false;
+  KeepMissingSteps();
+  EXPECT_TRUE(noted.Note().ends_with("\r\n601\r\n") || noted.Note().ends_with("\r\n600\r\n"));
+}
+
+// The depth begins at the start.
+TEST(MissingSteps, OfBeforeTheStartAreNoneOfTheSoundings) {
+  const Noted noted;
+  missing_steps.EdgesLost = 3;
+  ForgetMissingSteps();
+  EXPECT_EQ(missing_steps.EdgesLost, 0);
+  EXPECT_EQ(missing_steps.EdgesLostAtStart, 3);
+  missing_steps.EdgesLost = 2;
+  ForgetMissingSteps();
+  EXPECT_EQ(missing_steps.EdgesLostAtStart, 5);
 }
 
 TEST(MissingSteps, GoWithTheSoundingAndNotBefore) {
