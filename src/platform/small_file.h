@@ -7,7 +7,7 @@
 namespace penlog {
 
 /// Bytes; no text file of a sounding comes near it.
-constexpr std::int64_t kMostOfSmallFile = 64 * 1024 * 1024;
+constexpr std::int64_t kMostOfSmallFile = std::int64_t{64} * 1024 * 1024;
 
 /// Whole content. A longer file is none of ours and would take the memory that rows need: a
 /// `RuntimeFault` in words before a byte of it is read.
