@@ -74,7 +74,7 @@ TEST(Console, TriesOnceMoreToWriteWhatIsHeldAtItsEnd) {
     const std::string path = "/data/held.txt";
     world.disk.MakeFolder("/data");
     RunConsoleFor(kSecond, [&] {
-      session.SoundingFiles[file] = path;
+      session.SoundingFiles[static_cast<std::size_t>(file)] = path;
       world.disk.Put(path, "begun\r\n");
       StartFile(file, "begun\r\n");
       world.disk.SetRoom(0);

@@ -21,8 +21,12 @@ struct Alarms : testing::Test {
     FollowAlarms();
   }
   std::size_t Tones() const { return world.host.tones.size(); }
-  static void Hold(SoundingFile file) { sounding.Held[file].Text = "a row\r\n"; }
-  static void Release(SoundingFile file) { sounding.Held[file].Text.clear(); }
+  static void Hold(SoundingFile file) {
+    sounding.Held[static_cast<std::size_t>(file)].Text = "a row\r\n";
+  }
+  static void Release(SoundingFile file) {
+    sounding.Held[static_cast<std::size_t>(file)].Text.clear();
+  }
   World world;
 };
 
