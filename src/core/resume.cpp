@@ -15,6 +15,7 @@
 #include "core/channels.h"
 #include "core/error_trap.h"
 #include "core/feet.h"
+#include "core/header_columns.h"
 #include "core/message.h"
 #include "core/resumed_copy.h"
 #include "core/resumed_zeros.h"
@@ -46,10 +47,6 @@ constexpr std::int16_t kReadingsAveraged = 4;
 constexpr float kDeepest = 12'000;  ///< m; as deep as a sounding's start may lie
 constexpr std::size_t kMostLinesTold = 5;
 constexpr float kUnlikelyJump = 5;  ///< m; told where the last row lies so far below the others
-
-bool HasHeaderColumnOnly(int channel) {
-  return channels.RecordMode(channel) == 3;
-}
 
 void TakeHeader(const StoredSounding& stored) {
   TakeSoundingPaths(stored.main_file);

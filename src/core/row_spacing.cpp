@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/channels.h"
+#include "core/header_columns.h"
 #include "core/resumed_copy.h"
 #include "core/settings.h"
 #include "core/temporary_data.h"
@@ -30,10 +30,6 @@ constexpr double kMostOfThem = 0.8;
 constexpr double kMostStep = 10;       ///< m; rows further apart tell no step
 constexpr double kFewSteps = 3;        ///< as many may fall together
 constexpr double kFellTogether = 1.8;  ///< steps that rows which fell together stand apart at most
-
-bool HasHeaderColumnOnly(int channel) {
-  return channels.RecordMode(channel) == 3;
-}
 
 /// From a row to the next one.
 struct RowDistance {

@@ -15,6 +15,10 @@
 
 namespace penlog {
 
+const std::string& PathOf(SoundingFile file) {
+  return session.SoundingFiles[static_cast<std::size_t>(file)];
+}
+
 namespace {
 
 const std::string kHeldMessage =
@@ -53,10 +57,6 @@ constexpr std::int64_t kUnfit = std::int64_t{1} << 60;
 
 HeldText& HeldFor(SoundingFile file) {
   return sounding.Held[static_cast<std::size_t>(file)];
-}
-
-const std::string& PathOf(SoundingFile file) {
-  return session.SoundingFiles[static_cast<std::size_t>(file)];
 }
 
 std::string ContentOnDisk(const std::string& path) {

@@ -28,6 +28,9 @@ enum SoundingFile : int {
   kTimFile = 4,
 };
 
+/// Where it stands.
+const std::string& PathOf(SoundingFile file);
+
 /// Why the last attempt on each file failed, by the index of `SoundingFiles`.
 struct HeldReasonsState {
   std::array<std::string, 7> Why;

@@ -8,6 +8,7 @@
 
 #include "conelink/cone_state.h"
 #include "core/channels.h"
+#include "core/header_columns.h"
 #include "core/message.h"
 #include "core/resume.h"
 #include "core/resume_waits.h"
@@ -41,10 +42,6 @@
 namespace penlog {
 
 namespace {
-
-const std::string& PathOf(SoundingFile file) {
-  return session.SoundingFiles[static_cast<std::size_t>(file)];
-}
 
 CptForm FormOfSettings() {
   return settings.DepthSignificantDigits > 2 ? CptForm::New : CptForm::Old;
@@ -439,10 +436,6 @@ bool MendCptFile(StoredSounding& stored) {
   }
   work.TellOfFound();
   return true;
-}
-
-bool HasHeaderColumnOnly(int channel) {
-  return channels.RecordMode(channel) == 3;
 }
 
 /// What an attempt that was given up must not leave changed: another sounding may be begun.

@@ -26,10 +26,6 @@ namespace {
 
 constexpr int kHeaderLines = 2;
 
-const std::string& PathOf(SoundingFile file) {
-  return session.SoundingFiles[static_cast<std::size_t>(file)];
-}
-
 float SecondsNow() {
   return static_cast<float>(SecondsSinceMidnight(TheClock().Wall()));
 }

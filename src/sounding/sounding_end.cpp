@@ -4,9 +4,9 @@
 #include <string>
 
 #include "conelink/cone_state.h"
-#include "core/channels.h"
 #include "core/data_directory.h"
 #include "core/error_trap.h"
+#include "core/header_columns.h"
 #include "core/instance_lock.h"
 #include "core/message.h"
 #include "core/session.h"
@@ -107,9 +107,8 @@ bool CanBeClosed() {
 bool CanBeResumed() {
   bool can = false;
   Trapped([&can] {
-    const auto stored = ReadTemporaryData(
-        ReadFile(session.SoundingFiles[kTemporaryFile]),
-        [](int channel) { return channels.RecordMode(channel) == 3; }, kMostRows);
+    const auto stored = ReadTemporaryData(ReadFile(session.SoundingFiles[kTemporaryFile]),
+                                          HasHeaderColumnOnly, kMostRows);
     const bool is_ours = stored.main_file == session.SoundingFiles[kCptFile];
     can = is_ours && !stored.done && stored.unreadable.empty();
   });

@@ -21,10 +21,6 @@ namespace penlog {
 
 namespace {
 
-const std::string& PathOf(SoundingFile file) {
-  return session.SoundingFiles[static_cast<std::size_t>(file)];
-}
-
 /// A file that a start makes, and how to undo it.
 struct NewFile {
   SoundingFile file;
